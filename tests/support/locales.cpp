@@ -1,0 +1,36 @@
+#include "support/locales.h"
+
+#include <clocale>
+#include <stdexcept>
+
+namespace testing_support {
+
+std::vector<std::string> const& allLocales() {
+    static std::vector<std::string> const names = {
+        "C", "de_DE.UTF-8", "en_US.UTF-8", "fr_FR.ISO-8859-15", "ps_AF.UTF-8", "tr_TR.UTF-8"};
+    return names;
+}
+
+ScopedCLocale::ScopedCLocale(std::string const& name) : previous_(std::setlocale(LC_ALL, nullptr)) {
+    if (std::setlocale(LC_ALL, name.c_str()) == nullptr) {
+        throw std::runtime_error("the locale " + name + " is not there");
+    }
+}
+
+ScopedCLocale::~ScopedCLocale() {
+    std::setlocale(LC_ALL, previous_.c_str());
+}
+
+// std::locale::global sets the C locale too when the locale has a name; here it is put back.
+ScopedCppLocale::ScopedCppLocale(std::locale const& locale)
+    : previousC_(std::setlocale(LC_ALL, nullptr)), previous_(std::locale::global(locale)) {
+    std::setlocale(LC_ALL, previousC_.c_str());
+}
+
+ScopedCppLocale::~ScopedCppLocale() {
+    std::string const c = std::setlocale(LC_ALL, nullptr);
+    std::locale::global(previous_);
+    std::setlocale(LC_ALL, c.c_str());
+}
+
+}  // namespace testing_support

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <locale>
+#include <string>
+#include <vector>
+
+namespace testing_support {
+
+/// The locales that the suite brings along, and "C".
+std::vector<std::string> const& allLocales();
+
+/// Sets the C locale (setlocale) for a scope.
+class ScopedCLocale {
+public:
+    explicit ScopedCLocale(std::string const& name);
+    ~ScopedCLocale();
+    ScopedCLocale(ScopedCLocale const&) = delete;
+    ScopedCLocale& operator=(ScopedCLocale const&) = delete;
+
+private:
+    std::string previous_;
+};
+
+/// Sets the global C++ locale for a scope, and leaves the C locale alone.
+class ScopedCppLocale {
+public:
+    explicit ScopedCppLocale(std::locale const& locale);
+    explicit ScopedCppLocale(std::string const& name) : ScopedCppLocale(std::locale(name)) {}
+    ~ScopedCppLocale();
+    ScopedCppLocale(ScopedCppLocale const&) = delete;
+    ScopedCppLocale& operator=(ScopedCppLocale const&) = delete;
+
+private:
+    std::string previousC_;
+    std::locale previous_;
+};
+
+/// Both at once.
+struct ScopedLocale {
+    explicit ScopedLocale(std::string const& name) : cpp(name), c(name) {}
+    ScopedCppLocale cpp;
+    ScopedCLocale c;
+};
+
+}  // namespace testing_support

@@ -1,0 +1,11 @@
+#pragma once
+
+// The result codes and levels of every report, written once. The codes are in the style of COM.
+namespace com::halvorin::internal {
+
+inline constexpr unsigned int INVALID_ARGUMENT = 0x80070057;
+inline constexpr unsigned int GENERAL_FAILURE = 0x80004005;
+
+inline constexpr int LEVEL_ERROR = 3;
+
+}  // namespace com::halvorin::internal

@@ -1,0 +1,288 @@
+#include "utillibrary/datatypes/Variant.h"
+
+#include <cwchar>
+#include <functional>
+#include <stdexcept>
+
+#include "utillibrary/datatypes/Variant_internal.h"
+
+// What a Variant is: construction, assignment, copying, and the names of the types. Its numbers and
+// its text stand in sources of their own.
+namespace com::halvorin::datatypes {
+
+namespace {
+
+using namespace com::halvorin::internal;
+
+// A value in the low bytes of an otherwise zero slot. Put together before it is stored: a copy that
+// follows at once reads all eight bytes, and waits for two narrower stores.
+template <typename T>
+Variant::Slot slotOf(T value) noexcept {
+    Variant::Slot slot{};
+    std::memcpy(&slot, &value, sizeof value);
+    return slot;
+}
+
+constexpr Variant::Slot EMPTY_SLOT{};
+
+// Widens by sign. KEPT(bytes-widen-by-sign): no decoding; every byte is a character of its own.
+void widenInto(std::wstring& wide, char const* text) {
+    std::size_t const size = std::strlen(text);
+    wide.resize(size);
+    wchar_t* const out = wide.data();
+    for (std::size_t i = 0; i < size; ++i) {
+        out[i] = static_cast<wchar_t>(static_cast<Byte>(text[i]));
+    }
+}
+
+char const* notNull(char const* text) {
+    if (text == nullptr) throw std::logic_error("basic_string::_M_construct null not valid");
+    return text;
+}
+
+// The time as a copy has it. KEPT(copy-normalises-time): through the accessors, not as a whole.
+xtime_t copyOfTime(xtime_t const& time) noexcept {
+    xtime_t copy;
+    copy.putDateTime(time.getDateTime());
+    copy.putNanoseconds(time.getNanoseconds());
+    return copy;
+}
+
+}  // namespace
+
+wchar_t const* const Variant::typeNames[16] = {
+    L"UnsignedByte", L"Uint16", L"Uint32", L"Byte",    L"Int16",    L"Int32", L"Float",   L"Double",
+    L"String",       L"Int64",  L"Uint64", L"Boolean", L"DateTime", L"Null",  L"Unknown", nullptr};
+
+int const Variant::typeNumbers[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 0, -1};
+
+double const Variant::FLT_THRESHOLD = 1e-06;
+double const Variant::DBL_THRESHOLD = 1e-12;
+
+// ---- construction
+
+Variant::Variant() noexcept : dataType(UNKNOWN), uVal(EMPTY_SLOT) {}
+
+Variant::Variant(Variant const& other)
+    : dataType(other.dataType),
+      uVal(other.uVal),
+      timeVal(copyOfTime(other.timeVal)),
+      wText(other.wText),
+      wTextAux(other.wTextAux) {}
+
+Variant::Variant(unsigned char value) noexcept : dataType(UNSIGNED_BYTE), uVal(slotOf(value)) {}
+Variant::Variant(unsigned short value) noexcept : dataType(UINT16), uVal(slotOf(value)) {}
+Variant::Variant(unsigned int value) noexcept : dataType(UINT32), uVal(slotOf(value)) {}
+Variant::Variant(unsigned long value) noexcept : dataType(UINT64), uVal(slotOf(value)) {}
+Variant::Variant(char value) noexcept : dataType(BYTE), uVal(slotOf(value)) {}
+Variant::Variant(short value) noexcept : dataType(INT16), uVal(slotOf(value)) {}
+Variant::Variant(int value) noexcept : dataType(INT32), uVal(slotOf(value)) {}
+Variant::Variant(long value) noexcept : dataType(INT64), uVal(slotOf(value)) {}
+Variant::Variant(float value) noexcept : dataType(FLOAT), uVal(slotOf(value)) {}
+Variant::Variant(double value) noexcept : dataType(DOUBLE), uVal(slotOf(value)) {}
+Variant::Variant(bool value) noexcept : dataType(BOOLEAN), uVal(slotOf(value)) {}
+
+Variant::Variant(wchar_t const* text) : dataType(STRING), uVal(EMPTY_SLOT), wText(text) {}
+Variant::Variant(std::wstring const& text) : dataType(STRING), uVal(EMPTY_SLOT), wText(text) {}
+
+Variant::Variant(char const* text) : dataType(STRING), uVal(EMPTY_SLOT) {
+    widenInto(wText, notNull(text));
+}
+
+// KEPT(text-ends-at-zero-byte): by its pointer, unlike wide text.
+Variant::Variant(std::string const& text) : Variant(text.c_str()) {}
+
+Variant::Variant(xtime_t const& time) noexcept
+    : dataType(DATE_TIME), uVal(slotOf(time.toVMSTime())), timeVal(time) {}
+
+Variant::~Variant() = default;
+
+// ---- questions
+
+VariantType Variant::type() const noexcept {
+    return dataType;
+}
+
+bool Variant::isNull() const noexcept {
+    return dataType == NULL_VALUE;
+}
+
+// KEPT(null-has-value): "null" was said, which is more than nothing.
+bool Variant::hasValue() const noexcept {
+    return dataType != UNKNOWN;
+}
+
+VariantType Variant::typeName2Number(wchar_t const* name) noexcept {
+    std::size_t i = 0;
+    while (typeNames[i] != nullptr && std::wcscmp(name, typeNames[i]) != 0)
+        ++i;
+    return typeNumbers[i];
+}
+
+wchar_t const* Variant::typeNumber2Name(int number) noexcept {
+    if (number == UNKNOWN) return typeNames[NULL_VALUE];
+    return number >= UNSIGNED_BYTE && number <= NULL_VALUE ? typeNames[number - 1] : nullptr;
+}
+
+// ---- changes
+
+void Variant::clear() noexcept {
+    // KEPT(clear-keeps-time): timeVal, wTextAux and sbcText stay.
+    dataType = UNKNOWN;
+    uVal = EMPTY_SLOT;
+    wText.clear();
+}
+
+void Variant::makeNull() noexcept {
+    clear();
+    dataType = NULL_VALUE;
+}
+
+namespace {
+
+template <typename T>
+void assignScalar(Variant& variant, T value, TypeNumber type) noexcept {
+    variant.wText.clear();
+    variant.uVal = slotOf(value);
+    variant.dataType = type;
+}
+
+}  // namespace
+
+void Variant::assign(unsigned char value) noexcept {
+    assignScalar(*this, value, UNSIGNED_BYTE);
+}
+void Variant::assign(unsigned short value) noexcept {
+    assignScalar(*this, value, UINT16);
+}
+void Variant::assign(unsigned int value) noexcept {
+    assignScalar(*this, value, UINT32);
+}
+void Variant::assign(unsigned long value) noexcept {
+    assignScalar(*this, value, UINT64);
+}
+void Variant::assign(char value) noexcept {
+    assignScalar(*this, value, BYTE);
+}
+void Variant::assign(short value) noexcept {
+    assignScalar(*this, value, INT16);
+}
+void Variant::assign(int value) noexcept {
+    assignScalar(*this, value, INT32);
+}
+void Variant::assign(long value) noexcept {
+    assignScalar(*this, value, INT64);
+}
+void Variant::assign(float value) noexcept {
+    assignScalar(*this, value, FLOAT);
+}
+void Variant::assign(double value) noexcept {
+    assignScalar(*this, value, DOUBLE);
+}
+void Variant::assign(bool value) noexcept {
+    assignScalar(*this, value, BOOLEAN);
+}
+
+void Variant::assign(wchar_t const* text) {
+    // Clearing empties this object's own text, to the pointer's eyes as well.
+    std::less_equal<> const notAfter;
+    bool const own = notAfter(wText.data(), text) && notAfter(text, wText.data() + wText.size());
+    clear();
+    wText.assign(own ? L"" : text);
+    dataType = STRING;
+}
+
+void Variant::assign(std::wstring const& text) {
+    clear();
+    wText.assign(text);
+    dataType = STRING;
+}
+
+void Variant::assign(char const* text) {
+    clear();
+    widenInto(wText, notNull(text));
+    dataType = STRING;
+}
+
+// KEPT(text-ends-at-zero-byte): by its pointer, unlike wide text.
+void Variant::assign(std::string const& text) {
+    assign(text.c_str());
+}
+
+void Variant::assign(xtime_t const& time) noexcept {
+    assignScalar(*this, time.toVMSTime(), DATE_TIME);
+    timeVal = time;
+}
+
+void Variant::assign(Variant const& other) {
+    // KEPT(self-assignment-empties): no test for the own address; the first step clears both.
+    clear();
+    dataType = other.dataType;
+    copyUVal(other);
+    wText = other.wText;
+    wTextAux = other.wTextAux;
+    timeVal = copyOfTime(other.timeVal);
+}
+
+void Variant::copyUVal(Variant const& other) noexcept {
+    uVal = other.uVal;
+}
+
+namespace {
+
+template <typename T>
+Variant& assigned(Variant& variant, T const& value) noexcept(noexcept(variant.assign(value))) {
+    variant.assign(value);
+    return variant;
+}
+
+}  // namespace
+
+Variant& Variant::operator=(wchar_t const* text) {
+    return assigned(*this, text);
+}
+Variant& Variant::operator=(char const* text) {
+    return assigned(*this, text);
+}
+Variant& Variant::operator=(float value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(double value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(char value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(short value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(int value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(long const& value) noexcept {
+    return assigned(*this, value);
+}
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): KEPT(self-assignment-empties), in `assign`.
+Variant& Variant::operator=(Variant const& other) {
+    return assigned(*this, other);
+}
+Variant& Variant::operator=(bool value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(unsigned char value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(unsigned short value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(unsigned int value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(unsigned long const& value) noexcept {
+    return assigned(*this, value);
+}
+Variant& Variant::operator=(xtime_t const& time) noexcept {
+    return assigned(*this, time);
+}
+
+}  // namespace com::halvorin::datatypes

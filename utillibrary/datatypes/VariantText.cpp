@@ -1,0 +1,175 @@
+#include <charconv>
+#include <sstream>
+#include <string_view>
+#include <type_traits>
+
+#include "utillibrary/application/ORUsyslog.h"
+#include "utillibrary/application/result_codes_internal.h"
+#include "utillibrary/datatypes/Variant.h"
+#include "utillibrary/datatypes/Variant_internal.h"
+#include "utillibrary/utilities/decimal_internal.h"
+#include "utillibrary/utilities/locale_internal.h"
+
+// A Variant as text. Wide and narrow text are made by the same code: Text is one or the other, and
+// what comes in the other width is converted last.
+namespace com::halvorin::datatypes {
+
+namespace {
+
+using namespace com::halvorin::internal;
+
+constexpr unsigned int ENGLISH_UNITED_STATES = 1033;
+
+// The same number of characters, each widened by its sign or narrowed to its low 8 bits.
+template <typename Text, typename Source>
+Text recoded(Source const& source) {
+    using Character = typename Text::value_type;
+    Text text(source.size(), Character());
+    Character* const out = text.data();
+    for (std::size_t i = 0; i < source.size(); ++i) {
+        if constexpr (sizeof(Character) == 1) {
+            out[i] = static_cast<Character>(source[i]);  // KEPT(low-eight-bits): no replacement
+        } else {
+            out[i] = static_cast<Character>(static_cast<Byte>(source[i]));
+        }
+    }
+    return text;
+}
+
+template <typename Text>
+Text fromBytes(std::string_view bytes) {
+    if constexpr (std::is_same_v<Text, std::string>) {
+        return Text(bytes);
+    } else {
+        return recoded<Text>(bytes);
+    }
+}
+
+// A text of its own is given on as it is.
+template <typename Text>
+Text fromNarrow(std::string narrow) {
+    if constexpr (std::is_same_v<Text, std::string>) {
+        return narrow;
+    } else {
+        return recoded<Text>(narrow);
+    }
+}
+
+template <typename Text>
+Text fromWide(std::wstring const& wide) {
+    if constexpr (std::is_same_v<Text, std::wstring>) {
+        return wide;
+    } else {
+        return recoded<Text>(wide);
+    }
+}
+
+// The rule itself: what a wide stream made now inserts.
+template <typename Value>
+std::wstring inserted(Value value) {
+    std::wostringstream stream;
+    stream.exceptions(std::ios_base::badbit);  // a failed allocation is no cut text
+    stream << value;
+    return stream.str();
+}
+
+char* writePlain(char* out, int value) noexcept {
+    return std::to_chars(out, out + GENERAL_SIZE, value).ptr;
+}
+
+char* writePlain(char* out, bool value) noexcept {
+    *out = value ? '1' : '0';
+    return out + 1;
+}
+
+char* writePlain(char* out, double value) noexcept {
+    return writeGeneral(out, value);
+}
+
+// The direct road: where the stream would write the C locale's characters, they are written here. A
+// stream prints through libc and so follows the rounding mode; the digits made here do not.
+template <typename Text, typename Value>
+Text printed(Value value) {
+    if (!wideStreamsWritePlainNumbers() || (std::is_same_v<Value, double> && !roundsToNearest())) {
+        return fromWide<Text>(inserted(value));
+    }
+    char characters[GENERAL_SIZE];
+    char const* const end = writePlain(characters, value);
+    return fromBytes<Text>({characters, static_cast<std::size_t>(end - characters)});
+}
+
+void reportUnknownType() {
+    application::oru::writelog("Variant::convertToString", LEVEL_ERROR,
+                               "Cannot convert unknown type", GENERAL_FAILURE);
+}
+
+template <typename Text>
+Text textOf(Variant const& variant) {
+    switch (variant.dataType) {
+        case UNKNOWN:
+            return fromBytes<Text>("unknown");
+        case UNSIGNED_BYTE:
+            return printed<Text>(int{stored<unsigned char>(variant)});
+        case UINT16:
+            return printed<Text>(int{stored<unsigned short>(variant)});
+        // KEPT(uint32-prints-signed): the 32 bits as an int.
+        case UINT32:
+            return printed<Text>(stored<int>(variant));
+        case BYTE:
+            return printed<Text>(int{stored<Byte>(variant)});
+        case INT16:
+            return printed<Text>(int{stored<short>(variant)});
+        case INT32:
+            return printed<Text>(stored<int>(variant));
+        case FLOAT:
+            return printed<Text>(double{stored<float>(variant)});
+        case DOUBLE:
+            return printed<Text>(stored<double>(variant));
+        case STRING:
+            return fromWide<Text>(variant.wText);
+        // KEPT(int64-prints-as-double): six significant digits, of both 64-bit kinds.
+        case INT64:
+            return printed<Text>(static_cast<double>(stored<long>(variant)));
+        case UINT64:
+            return printed<Text>(static_cast<double>(stored<unsigned long>(variant)));
+        case BOOLEAN:
+            return printed<Text>(storedBoolean(variant));
+        case DATE_TIME:
+            return fromNarrow<Text>(variant.timeVal.toString(true, 0, ""));
+        case NULL_VALUE:
+            return fromBytes<Text>("null");
+        default:
+            reportUnknownType();
+            return Text();
+    }
+}
+
+}  // namespace
+
+// KEPT(locale-id-is-ignored): every output is the same for any of them.
+std::wstring Variant::convertToString(unsigned int /*localeId*/) const {
+    return textOf<std::wstring>(*this);
+}
+
+std::string Variant::convertToStringSBC(unsigned int /*localeId*/) const {
+    return textOf<std::string>(*this);
+}
+
+std::wstring Variant::toString(unsigned int localeId) const {
+    return convertToString(localeId);
+}
+
+std::string Variant::toStringSBC(unsigned int localeId) const {
+    return convertToStringSBC(localeId);
+}
+
+std::string Variant::toString() const {
+    return convertToStringSBC(ENGLISH_UNITED_STATES);
+}
+
+Variant::operator char const*() const {
+    convertToStringSBC(ENGLISH_UNITED_STATES).swap(sbcText);
+    return sbcText.c_str();
+}
+
+}  // namespace com::halvorin::datatypes

@@ -1,0 +1,151 @@
+#include "utillibrary/utilities/decimal_internal.h"
+
+#include <bit>
+#include <charconv>
+#include <cstdint>
+
+namespace com::halvorin::internal {
+
+namespace {
+
+__extension__ using Wide = unsigned __int128;
+
+constexpr int DIGITS = 6;
+constexpr unsigned SMALLEST_COEFFICIENT = 100'000;  // six digits
+constexpr unsigned LARGEST_COEFFICIENT = 999'999;
+
+constexpr int MANTISSA_BITS = 52;
+constexpr int EXPONENT_BIAS = 1023 + MANTISSA_BITS;
+
+// value = coefficient * 10^(exponent - 5), the coefficient having six digits.
+struct SixDigits {
+    unsigned coefficient;
+    int exponent;
+};
+
+// Powers of five fit 64 bits up to 5^27.
+constexpr int LARGEST_POWER = 27;
+constexpr auto POWERS_OF_FIVE = [] {
+    std::array<std::uint64_t, LARGEST_POWER + 1> table{};
+    table[0] = 1;
+    for (std::size_t i = 1; i < table.size(); ++i)
+        table[i] = table[i - 1] * 5;
+    return table;
+}();
+
+// Rounds a quotient of six digits by what was cut off, halves to even; 999999.5 has seven digits.
+SixDigits roundedUpIf(bool up, std::uint64_t coefficient, int exponent) noexcept {
+    auto const rounded = static_cast<unsigned>(coefficient) + (up ? 1U : 0U);
+    if (rounded > LARGEST_COEFFICIENT) return {SMALLEST_COEFFICIENT, exponent + 1};
+    return {rounded, exponent};
+}
+
+// m * 2^e below 10^6 and above 10^-17, from its binary form.
+//
+// With k = 5 - x, x being its decimal exponent, the coefficient is m * 5^k * 2^(k + e) rounded. The
+// product has at most 53 + 63 bits, so it is exact, and the bits that the shift drops decide the
+// rounding without error. x is estimated from the binary exponent: never too large, and at most one
+// too small; then the quotient has a seventh digit, which joins what was dropped.
+SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {
+    int const binaryExponent = exponent + MANTISSA_BITS;    // floor(log2(value))
+    int decimalExponent = (binaryExponent * 315653) >> 20;  // * log10(2), rounded down
+    int const power = DIGITS - 1 - decimalExponent;         // [0, 22]
+    Wide const product =
+        static_cast<Wide>(mantissa) * POWERS_OF_FIVE[static_cast<std::size_t>(power)];
+    int const shift = -(power + exponent);  // [31, 107]
+    auto quotient = static_cast<std::uint64_t>(product >> shift);
+    Wide const dropped = product & ((static_cast<Wide>(1) << shift) - 1);
+    Wide const half = static_cast<Wide>(1) << (shift - 1);
+
+    if (quotient <= LARGEST_COEFFICIENT) {
+        bool const up = dropped > half || (dropped == half && quotient % 2 != 0);
+        return roundedUpIf(up, quotient, decimalExponent);
+    }
+    ++decimalExponent;
+    auto const last = static_cast<unsigned>(quotient % 10);
+    quotient /= 10;
+    bool const tie = last == 5 && dropped == 0;
+    bool const up = tie ? quotient % 2 != 0 : last >= 5;
+    return roundedUpIf(up, quotient, decimalExponent);
+}
+
+// 10^6 to below 10^17: the whole part divided once; the fraction can only break a tie upwards.
+SixDigits scaledDown(double value) noexcept {
+    auto const whole = static_cast<std::uint64_t>(value);
+    bool const hasFraction = static_cast<double>(whole) != value;
+    int exponent = DIGITS;
+    std::uint64_t divisor = 10;
+    while (whole / divisor > LARGEST_COEFFICIENT) {
+        divisor *= 10;
+        ++exponent;
+    }
+    std::uint64_t const quotient = whole / divisor;
+    std::uint64_t const rest = whole % divisor;
+    std::uint64_t const half = divisor / 2;
+    bool const up = rest > half || (rest == half && (hasFraction || quotient % 2 != 0));
+    return roundedUpIf(up, quotient, exponent);
+}
+
+char* writeExponent(char* out, int exponent) noexcept {
+    *out++ = 'e';
+    *out++ = exponent < 0 ? '-' : '+';
+    return writeTwoDigits(out, static_cast<unsigned>(exponent < 0 ? -exponent : exponent));
+}
+
+// As "%g" lays them out: fixed from 10^-4 to below 10^6, else with an exponent; no trailing zeros.
+char* layOut(char* out, SixDigits value) noexcept {
+    char digits[DIGITS];
+    writeTwoDigits(digits, value.coefficient / 10000);
+    writeFourDigits(digits + 2, value.coefficient % 10000);
+    int count = DIGITS;
+    while (count > 1 && digits[count - 1] == '0')
+        --count;
+
+    auto const put = [&out](char const* from, int n) {
+        std::memcpy(out, from, static_cast<std::size_t>(n));
+        out += n;
+    };
+    if (value.exponent < -4 || value.exponent >= DIGITS) {
+        *out++ = digits[0];
+        if (count > 1) {
+            *out++ = '.';
+            put(digits + 1, count - 1);
+        }
+        return writeExponent(out, value.exponent);
+    }
+    if (value.exponent < 0) {
+        put("0.000", 1 - value.exponent);
+        put(digits, count);
+        return out;
+    }
+    int const wholeDigits = value.exponent + 1;
+    put(digits, wholeDigits);  // trailing zeros of the whole part stay
+    if (count > wholeDigits) {
+        *out++ = '.';
+        put(digits + wholeDigits, count - wholeDigits);
+    }
+    return out;
+}
+
+}  // namespace
+
+char* writeGeneral(char* out, double value) noexcept {
+    auto const bits = std::bit_cast<std::uint64_t>(value);
+    double const magnitude = std::bit_cast<double>(bits & ~(1ULL << 63));
+    if (magnitude == 0 || (magnitude >= 1e-16 && magnitude < 1e17)) {
+        if (bits >> 63 != 0) *out++ = '-';
+        if (magnitude == 0) {
+            *out++ = '0';
+            return out;
+        }
+        if (magnitude >= 1e6) return layOut(out, scaledDown(magnitude));
+        auto const exponent = static_cast<int>(bits >> MANTISSA_BITS & 0x7FF) - EXPONENT_BIAS;
+        std::uint64_t const mantissa =
+            (bits & ((1ULL << MANTISSA_BITS) - 1)) | (1ULL << MANTISSA_BITS);
+        return layOut(out, scaledUp(mantissa, exponent));
+    }
+    // The rest of the range, infinities and NaN: exact too, and three times as long.
+    return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
+}
+
+}  // namespace com::halvorin::internal

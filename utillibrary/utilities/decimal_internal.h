@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <cstring>
+
+// Digits, written once: whatever this library prints in decimal without asking a locale.
+// All writers take a position in the caller's buffer and give the position after what they wrote.
+namespace com::halvorin::internal {
+
+/// "00", "01" ... "99", one after the other.
+inline constexpr auto TWO_DIGITS = [] {
+    std::array<char, 200> table{};
+    for (unsigned i = 0; i < 100; ++i) {
+        table[2 * i] = static_cast<char>('0' + i / 10);
+        table[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return table;
+}();
+
+/// Takes  value: 0..99
+inline char* writeTwoDigits(char* out, unsigned value) noexcept {
+    std::memcpy(out, &TWO_DIGITS[2 * static_cast<std::size_t>(value)], 2);
+    return out + 2;
+}
+
+/// Takes  value: 0..9999
+inline char* writeFourDigits(char* out, unsigned value) noexcept {
+    return writeTwoDigits(writeTwoDigits(out, value / 100), value % 100);
+}
+
+/// The longest text of `writeGeneral`: "-1.23457e+308".
+inline constexpr std::size_t GENERAL_SIZE = 13;
+
+/// What `printf("%.6g")` writes in the C locale under round-to-nearest; needs GENERAL_SIZE bytes.
+char* writeGeneral(char* out, double value) noexcept;
+
+}  // namespace com::halvorin::internal

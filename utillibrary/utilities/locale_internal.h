@@ -1,0 +1,20 @@
+#pragma once
+
+// Questions about the two locales that are in force at once. They move separately: `setlocale` and
+// `uselocale` rule libc (printf, strtod, isspace), `std::locale::global` rules the streams.
+namespace com::halvorin::internal {
+
+/// Whether libc writes and reads "." as the decimal point, in the calling thread's C locale.
+bool decimalPointIsDot() noexcept;
+
+/// Whether a wide stream made now would write a number as its plain digits: decimal point ".", no
+/// grouping, and the standard's own facets at work.
+/// Cost  9 ns under the classic locale; under another one the C++ library copies it under a mutex,
+///       as it does for every stream, since there is no other way to ask.
+bool wideStreamsWritePlainNumbers();
+
+/// Whether conversions between decimal text and binary numbers round to the nearest. libc follows
+/// `fesetround`; arithmetic of our own does not in every step.
+bool roundsToNearest() noexcept;
+
+}  // namespace com::halvorin::internal
