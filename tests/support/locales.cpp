@@ -17,9 +17,7 @@ ScopedCLocale::ScopedCLocale(std::string const& name) : previous_(std::setlocale
     }
 }
 
-ScopedCLocale::~ScopedCLocale() {
-    std::setlocale(LC_ALL, previous_.c_str());
-}
+ScopedCLocale::~ScopedCLocale() { std::setlocale(LC_ALL, previous_.c_str()); }
 
 // std::locale::global sets the C locale too when the locale has a name; here it is put back.
 ScopedCppLocale::ScopedCppLocale(std::locale const& locale)

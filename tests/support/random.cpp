@@ -20,12 +20,8 @@ std::uint64_t seed() {
     return value;
 }
 
-std::mt19937_64 randomEngine() {
-    return std::mt19937_64(seed());
-}
+std::mt19937_64 randomEngine() { return std::mt19937_64(seed()); }
 
-std::uint64_t sweepStride() {
-    return fromEnvironment("UTILLIBRARY_TEST_STRIDE", 1);
-}
+std::uint64_t sweepStride() { return fromEnvironment("UTILLIBRARY_TEST_STRIDE", 1); }
 
 }  // namespace testing_support

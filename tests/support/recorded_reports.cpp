@@ -20,9 +20,7 @@ std::ostream& operator<<(std::ostream& out, Report const& report) {
                << "\", 0x" << std::hex << report.code << std::dec << '}';
 }
 
-std::vector<Report> takeReports() {
-    return std::exchange(reports(), {});
-}
+std::vector<Report> takeReports() { return std::exchange(reports(), {}); }
 
 }  // namespace testing_support
 

@@ -48,6 +48,20 @@ xtime_t copyOfTime(xtime_t const& time) noexcept {
     return copy;
 }
 
+// What every assignment of a number does; `clear` and all it resets are in these three lines.
+template <typename T>
+void assignScalar(Variant& variant, T value, TypeNumber type) noexcept {
+    variant.wText.clear();
+    variant.uVal = slotOf(value);
+    variant.dataType = type;
+}
+
+template <typename T>
+Variant& assigned(Variant& variant, T const& value) noexcept(noexcept(variant.assign(value))) {
+    variant.assign(value);
+    return variant;
+}
+
 }  // namespace
 
 wchar_t const* const Variant::typeNames[16] = {
@@ -83,6 +97,7 @@ Variant::Variant(double value) noexcept : dataType(DOUBLE), uVal(slotOf(value)) 
 Variant::Variant(bool value) noexcept : dataType(BOOLEAN), uVal(slotOf(value)) {}
 
 Variant::Variant(wchar_t const* text) : dataType(STRING), uVal(EMPTY_SLOT), wText(text) {}
+// NOLINTNEXTLINE(modernize-pass-by-value): the interface takes a reference.
 Variant::Variant(std::wstring const& text) : dataType(STRING), uVal(EMPTY_SLOT), wText(text) {}
 
 Variant::Variant(char const* text) : dataType(STRING), uVal(EMPTY_SLOT) {
@@ -99,18 +114,12 @@ Variant::~Variant() = default;
 
 // ---- questions
 
-VariantType Variant::type() const noexcept {
-    return dataType;
-}
+VariantType Variant::type() const noexcept { return dataType; }
 
-bool Variant::isNull() const noexcept {
-    return dataType == NULL_VALUE;
-}
+bool Variant::isNull() const noexcept { return dataType == NULL_VALUE; }
 
 // KEPT(null-has-value): "null" was said, which is more than nothing.
-bool Variant::hasValue() const noexcept {
-    return dataType != UNKNOWN;
-}
+bool Variant::hasValue() const noexcept { return dataType != UNKNOWN; }
 
 VariantType Variant::typeName2Number(wchar_t const* name) noexcept {
     std::size_t i = 0;
@@ -120,7 +129,7 @@ VariantType Variant::typeName2Number(wchar_t const* name) noexcept {
 }
 
 wchar_t const* Variant::typeNumber2Name(int number) noexcept {
-    if (number == UNKNOWN) return typeNames[NULL_VALUE];
+    if (number == UNKNOWN) return typeNames[NULL_VALUE];  // it stands behind the fourteen others
     return number >= UNSIGNED_BYTE && number <= NULL_VALUE ? typeNames[number - 1] : nullptr;
 }
 
@@ -138,50 +147,17 @@ void Variant::makeNull() noexcept {
     dataType = NULL_VALUE;
 }
 
-namespace {
-
-template <typename T>
-void assignScalar(Variant& variant, T value, TypeNumber type) noexcept {
-    variant.wText.clear();
-    variant.uVal = slotOf(value);
-    variant.dataType = type;
-}
-
-}  // namespace
-
-void Variant::assign(unsigned char value) noexcept {
-    assignScalar(*this, value, UNSIGNED_BYTE);
-}
-void Variant::assign(unsigned short value) noexcept {
-    assignScalar(*this, value, UINT16);
-}
-void Variant::assign(unsigned int value) noexcept {
-    assignScalar(*this, value, UINT32);
-}
-void Variant::assign(unsigned long value) noexcept {
-    assignScalar(*this, value, UINT64);
-}
-void Variant::assign(char value) noexcept {
-    assignScalar(*this, value, BYTE);
-}
-void Variant::assign(short value) noexcept {
-    assignScalar(*this, value, INT16);
-}
-void Variant::assign(int value) noexcept {
-    assignScalar(*this, value, INT32);
-}
-void Variant::assign(long value) noexcept {
-    assignScalar(*this, value, INT64);
-}
-void Variant::assign(float value) noexcept {
-    assignScalar(*this, value, FLOAT);
-}
-void Variant::assign(double value) noexcept {
-    assignScalar(*this, value, DOUBLE);
-}
-void Variant::assign(bool value) noexcept {
-    assignScalar(*this, value, BOOLEAN);
-}
+void Variant::assign(unsigned char value) noexcept { assignScalar(*this, value, UNSIGNED_BYTE); }
+void Variant::assign(unsigned short value) noexcept { assignScalar(*this, value, UINT16); }
+void Variant::assign(unsigned int value) noexcept { assignScalar(*this, value, UINT32); }
+void Variant::assign(unsigned long value) noexcept { assignScalar(*this, value, UINT64); }
+void Variant::assign(char value) noexcept { assignScalar(*this, value, BYTE); }
+void Variant::assign(short value) noexcept { assignScalar(*this, value, INT16); }
+void Variant::assign(int value) noexcept { assignScalar(*this, value, INT32); }
+void Variant::assign(long value) noexcept { assignScalar(*this, value, INT64); }
+void Variant::assign(float value) noexcept { assignScalar(*this, value, FLOAT); }
+void Variant::assign(double value) noexcept { assignScalar(*this, value, DOUBLE); }
+void Variant::assign(bool value) noexcept { assignScalar(*this, value, BOOLEAN); }
 
 void Variant::assign(wchar_t const* text) {
     // Clearing empties this object's own text, to the pointer's eyes as well.
@@ -205,9 +181,7 @@ void Variant::assign(char const* text) {
 }
 
 // KEPT(text-ends-at-zero-byte): by its pointer, unlike wide text.
-void Variant::assign(std::string const& text) {
-    assign(text.c_str());
-}
+void Variant::assign(std::string const& text) { assign(text.c_str()); }
 
 void Variant::assign(xtime_t const& time) noexcept {
     assignScalar(*this, time.toVMSTime(), DATE_TIME);
@@ -224,65 +198,26 @@ void Variant::assign(Variant const& other) {
     timeVal = copyOfTime(other.timeVal);
 }
 
-void Variant::copyUVal(Variant const& other) noexcept {
-    uVal = other.uVal;
-}
+void Variant::copyUVal(Variant const& other) noexcept { uVal = other.uVal; }
 
-namespace {
-
-template <typename T>
-Variant& assigned(Variant& variant, T const& value) noexcept(noexcept(variant.assign(value))) {
-    variant.assign(value);
-    return variant;
-}
-
-}  // namespace
-
-Variant& Variant::operator=(wchar_t const* text) {
-    return assigned(*this, text);
-}
-Variant& Variant::operator=(char const* text) {
-    return assigned(*this, text);
-}
-Variant& Variant::operator=(float value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(double value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(char value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(short value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(int value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(long const& value) noexcept {
-    return assigned(*this, value);
-}
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): KEPT(self-assignment-empties), in `assign`.
-Variant& Variant::operator=(Variant const& other) {
-    return assigned(*this, other);
-}
-Variant& Variant::operator=(bool value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(unsigned char value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(unsigned short value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(unsigned int value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(unsigned long const& value) noexcept {
-    return assigned(*this, value);
-}
-Variant& Variant::operator=(xtime_t const& time) noexcept {
-    return assigned(*this, time);
-}
+// NOLINTBEGIN(misc-unconventional-assign-operator, cppcoreguidelines-c-copy-assignment-signature):
+// `assigned` gives back what it is handed.
+Variant& Variant::operator=(wchar_t const* text) { return assigned(*this, text); }
+Variant& Variant::operator=(char const* text) { return assigned(*this, text); }
+Variant& Variant::operator=(float value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(double value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(char value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(short value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(int value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(long const& value) noexcept { return assigned(*this, value); }
+// NOLINTNEXTLINE(cert-oop54-cpp, bugprone-unhandled-self-assignment): `assign` says why.
+Variant& Variant::operator=(Variant const& other) { return assigned(*this, other); }
+Variant& Variant::operator=(bool value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(unsigned char value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(unsigned short value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(unsigned int value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(unsigned long const& value) noexcept { return assigned(*this, value); }
+Variant& Variant::operator=(xtime_t const& time) noexcept { return assigned(*this, time); }
+// NOLINTEND(misc-unconventional-assign-operator, cppcoreguidelines-c-copy-assignment-signature)
 
 }  // namespace com::halvorin::datatypes

@@ -24,6 +24,7 @@ using VariantType = int;
 //
 // Conversions exist twice, as a named member and as an operator that does the same. They never check
 // a range and never throw, save std::bad_alloc where text is made or is read under a foreign locale.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): a copy normalises, so moves are copies.
 class UTILLIBRARY_EXPORT Variant {
 public:
     // ---- construction: each like the `assign` of its argument, on an empty object

@@ -140,82 +140,36 @@ Target toInteger(Variant const& variant) {
 
 }  // namespace
 
-unsigned char Variant::toUbyte() const {
-    return toInteger<unsigned char>(*this);
-}
-char Variant::toByte() const {
-    return toInteger<char>(*this);
-}
-short Variant::toInt16() const {
-    return toInteger<short>(*this);
-}
-unsigned short Variant::toUint16() const {
-    return toInteger<unsigned short>(*this);
-}
-int Variant::toInt32() const {
-    return toInteger<int>(*this);
-}
-unsigned int Variant::toUint32() const {
-    return toInteger<unsigned int>(*this);
-}
-long Variant::toInt64() const {
-    return toInteger<long>(*this);
-}
-unsigned long Variant::toUint64() const {
-    return toInteger<unsigned long>(*this);
-}
+unsigned char Variant::toUbyte() const { return toInteger<unsigned char>(*this); }
+char Variant::toByte() const { return toInteger<char>(*this); }
+short Variant::toInt16() const { return toInteger<short>(*this); }
+unsigned short Variant::toUint16() const { return toInteger<unsigned short>(*this); }
+int Variant::toInt32() const { return toInteger<int>(*this); }
+unsigned int Variant::toUint32() const { return toInteger<unsigned int>(*this); }
+long Variant::toInt64() const { return toInteger<long>(*this); }
+unsigned long Variant::toUint64() const { return toInteger<unsigned long>(*this); }
 
-float Variant::toFloat() const {
-    return readAs<float>(*this, FloatingReader<float>());
-}
-double Variant::toDouble() const {
-    return readAs<double>(*this, FloatingReader<double>());
-}
-bool Variant::toBool() const {
-    return readAs<bool>(*this, BooleanReader());
-}
+float Variant::toFloat() const { return readAs<float>(*this, FloatingReader<float>()); }
+double Variant::toDouble() const { return readAs<double>(*this, FloatingReader<double>()); }
+bool Variant::toBool() const { return readAs<bool>(*this, BooleanReader()); }
 
 xtime_t Variant::toXtime_t() const noexcept {
     // KEPT(time-whatever-the-type): the type is not asked.
     return {timeVal.getDateTime(), timeVal.getNanoseconds()};
 }
 
-Variant::operator unsigned char() const {
-    return toUbyte();
-}
-Variant::operator char() const {
-    return toByte();
-}
-Variant::operator short() const {
-    return toInt16();
-}
-Variant::operator unsigned short() const {
-    return toUint16();
-}
-Variant::operator int() const {
-    return toInt32();
-}
-Variant::operator unsigned int() const {
-    return toUint32();
-}
-Variant::operator long() const {
-    return toInt64();
-}
-Variant::operator unsigned long() const {
-    return toUint64();
-}
-Variant::operator float() const {
-    return toFloat();
-}
-Variant::operator double() const {
-    return toDouble();
-}
-Variant::operator bool() const {
-    return toBool();
-}
-Variant::operator xtime_t() const noexcept {
-    return toXtime_t();
-}
+Variant::operator unsigned char() const { return toUbyte(); }
+Variant::operator char() const { return toByte(); }
+Variant::operator short() const { return toInt16(); }
+Variant::operator unsigned short() const { return toUint16(); }
+Variant::operator int() const { return toInt32(); }
+Variant::operator unsigned int() const { return toUint32(); }
+Variant::operator long() const { return toInt64(); }
+Variant::operator unsigned long() const { return toUint64(); }
+Variant::operator float() const { return toFloat(); }
+Variant::operator double() const { return toDouble(); }
+Variant::operator bool() const { return toBool(); }
+Variant::operator xtime_t() const noexcept { return toXtime_t(); }
 
 int Variant::compareDoublesHelper(double a, double b, double threshold) noexcept {
     // KEPT(zero-is-below-all): a ratio to zero says nothing, so zero has a place of its own.

@@ -82,9 +82,7 @@ char* writePlain(char* out, bool value) noexcept {
     return out + 1;
 }
 
-char* writePlain(char* out, double value) noexcept {
-    return writeGeneral(out, value);
-}
+char* writePlain(char* out, double value) noexcept { return writeGeneral(out, value); }
 
 // The direct road: where the stream would write the C locale's characters, they are written here. A
 // stream prints through libc and so follows the rounding mode; the digits made here do not.
@@ -155,17 +153,13 @@ std::string Variant::convertToStringSBC(unsigned int /*localeId*/) const {
     return textOf<std::string>(*this);
 }
 
-std::wstring Variant::toString(unsigned int localeId) const {
-    return convertToString(localeId);
-}
+std::wstring Variant::toString(unsigned int localeId) const { return convertToString(localeId); }
 
 std::string Variant::toStringSBC(unsigned int localeId) const {
     return convertToStringSBC(localeId);
 }
 
-std::string Variant::toString() const {
-    return convertToStringSBC(ENGLISH_UNITED_STATES);
-}
+std::string Variant::toString() const { return convertToStringSBC(ENGLISH_UNITED_STATES); }
 
 Variant::operator char const*() const {
     convertToStringSBC(ENGLISH_UNITED_STATES).swap(sbcText);

@@ -13,9 +13,7 @@ namespace com::halvorin::internal {
 
 namespace {
 
-constexpr bool isDigit(wchar_t c) noexcept {
-    return c >= L'0' && c <= L'9';
-}
+constexpr bool isDigit(wchar_t c) noexcept { return c >= L'0' && c <= L'9'; }
 
 // Takes the sign off a text, if it has one; true for a minus.
 bool takeSign(std::wstring_view& text) noexcept {

@@ -88,6 +88,7 @@ void xtime_t::add(float amount) noexcept {
 void xtime_t::now() {
     timespec clock{};
     if (clock_gettime(CLOCK_REALTIME, &clock) != 0) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): a known errno has a constant text.
         throw std::runtime_error(CLOCK_ERROR + std::string(std::strerror(errno)));
     }
     seconds_ = clock.tv_sec;

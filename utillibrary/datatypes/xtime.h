@@ -160,7 +160,7 @@ public:
     /// down. KEPT(half-a-second-up) Not const: a constant time does not turn into a number.
     /// KEPT(number-of-a-variable-time)
     /// Example  (5 s, 500000000 ns) gives 6
-    // NOLINTNEXTLINE(google-explicit-constructor): hosts write `long seconds = t;`.
+    // NOLINTNEXTLINE(google-explicit-constructor, readability-make-member-function-const)
     UTILLIBRARY_INLINE operator long() noexcept {
         // KEPT(number-of-a-variable-time): const would fit, and would make `time == 5L` ambiguous for
         // a constant time. KEPT(half-a-second-up): unlike in the fourteen-digit text.

@@ -21,16 +21,13 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-constexpr unsigned int NANOSECONDS_PER_SECOND = 1'000'000'000;
 constexpr int SECONDS_PER_HOUR = 3600;
 constexpr int SECONDS_PER_MINUTE = 60;
 
 // The longest time text: a year of 11 characters, 15 of date and time, 4 of fraction, 5 of zone.
 constexpr std::size_t TEXT_SIZE = 64;
 
-constexpr unsigned natural(int value) noexcept {
-    return static_cast<unsigned>(value);
-}
+constexpr unsigned natural(int value) noexcept { return static_cast<unsigned>(value); }
 
 // ---- times to text
 
@@ -315,7 +312,7 @@ std::string xtime_t::toString(bool applyOffset, int offsetSeconds,
         end = writeFraction(end, nanoseconds_ % NANOSECONDS_PER_SECOND);
     }
     if (applyOffset) end = writeZone(end, offsetSeconds);
-    return std::string(text.data(), end);
+    return {text.data(), end};
 }
 
 bool xtime_t::fromString(std::string const& text) noexcept {
@@ -359,7 +356,7 @@ std::string timeToYYYYString(long seconds) {
     for (int const field : {t.month, t.day, t.hour, t.minute, t.second}) {
         end = writeTwoDigits(end, natural(field));
     }
-    return std::string(text.data(), end);
+    return {text.data(), end};
 }
 
 long YYYYStringTotime(std::string const& text) {
@@ -369,9 +366,7 @@ long YYYYStringTotime(std::string const& text) {
     return convertFourteen(text);
 }
 
-std::string to_string(datatypes::xtime_t const& time) {
-    return time.toString(true, 0, "");
-}
+std::string to_string(datatypes::xtime_t const& time) { return time.toString(true, 0, ""); }
 
 }  // namespace utilities
 

@@ -52,9 +52,7 @@ float percentInUse(unsigned long used, unsigned long total) noexcept {
 
 }  // namespace
 
-SysStats::SysStats() noexcept {
-    getCPUTotals(user_, nice_, system_, idle_);
-}
+SysStats::SysStats() noexcept { getCPUTotals(user_, nice_, system_, idle_); }
 
 float SysStats::systemMemory() const noexcept {
     struct sysinfo const info = readSysinfo();
@@ -92,8 +90,6 @@ float SysStats::systemCPU() const noexcept {
     return cpu_;
 }
 
-float SysStats::uptime() const noexcept {
-    return static_cast<float>(readSysinfo().uptime);
-}
+float SysStats::uptime() const noexcept { return static_cast<float>(readSysinfo().uptime); }
 
 }  // namespace com::halvorin::utilities

@@ -42,10 +42,8 @@ constexpr bool isLeapYear(unsigned long year) noexcept {
 /// Takes  year: within 3.1e11 of 0; month: 1..12
 constexpr long daysToMonth(long year, int month) noexcept {
     bool const beforeMarch = month <= 2;
-    unsigned long const y =
-        static_cast<unsigned long>(year) + YEARS_SHIFTED - (beforeMarch ? 1 : 0);
-    unsigned long const m =
-        static_cast<unsigned long>(beforeMarch ? month + 12 : month);  // [3, 14]
+    auto const y = static_cast<unsigned long>(year) + YEARS_SHIFTED - (beforeMarch ? 1 : 0);
+    auto const m = static_cast<unsigned long>(beforeMarch ? month + 12 : month);  // [3, 14]
     unsigned long const century = y / 100;
     unsigned long const dayOfYears = 1461 * y / 4 - century + century / 4;
     unsigned long const dayOfMonths = (979 * m - 2919) / 32;  // [0, 337]

@@ -131,7 +131,7 @@ char* layOut(char* out, SixDigits value) noexcept {
 
 char* writeGeneral(char* out, double value) noexcept {
     auto const bits = std::bit_cast<std::uint64_t>(value);
-    double const magnitude = std::bit_cast<double>(bits & ~(1ULL << 63));
+    auto const magnitude = std::bit_cast<double>(bits & ~(1ULL << 63));
     if (magnitude == 0 || (magnitude >= 1e-16 && magnitude < 1e17)) {
         if (bits >> 63 != 0) *out++ = '-';
         if (magnitude == 0) {

@@ -10,7 +10,7 @@ namespace com::halvorin::internal {
 /// "00", "01" ... "99", one after the other.
 inline constexpr auto TWO_DIGITS = [] {
     std::array<char, 200> table{};
-    for (unsigned i = 0; i < 100; ++i) {
+    for (std::size_t i = 0; i < 100; ++i) {
         table[2 * i] = static_cast<char>('0' + i / 10);
         table[2 * i + 1] = static_cast<char>('0' + i % 10);
     }

@@ -32,8 +32,6 @@ bool wideStreamsWritePlainNumbers() {
                 typeid(std::ctype_byname<wchar_t>));
 }
 
-bool roundsToNearest() noexcept {
-    return std::fegetround() == FE_TONEAREST;
-}
+bool roundsToNearest() noexcept { return std::fegetround() == FE_TONEAREST; }
 
 }  // namespace com::halvorin::internal

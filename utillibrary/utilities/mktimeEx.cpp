@@ -24,9 +24,7 @@ constexpr Carried carryOver(long value, long unit) noexcept {
 }
 
 // KEPT(calendar-ends-in-2038): the type could hold more, hosts rely on the end.
-constexpr bool inRange(long seconds) noexcept {
-    return seconds >= 0 && seconds <= LAST_SECOND;
-}
+constexpr bool inRange(long seconds) noexcept { return seconds >= 0 && seconds <= LAST_SECOND; }
 
 }  // namespace
 
