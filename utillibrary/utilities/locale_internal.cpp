@@ -9,14 +9,18 @@ namespace com::halvorin::internal {
 
 namespace {
 
-template <typename Facet>
+// Whether a locale's facet is the one that stands first, or one of the others, and none of a host's
+// making.
+template <typename Facet, typename... Others>
 bool hasStandard(std::locale const& locale) {
-    return typeid(std::use_facet<Facet>(locale)) == typeid(Facet);
+    Facet const& facet = std::use_facet<Facet>(locale);
+    return typeid(facet) == typeid(Facet) || (... || (typeid(facet) == typeid(Others)));
 }
 
 }  // namespace
 
 bool decimalPointIsDot() noexcept {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): glibc's points into the locale, which stays.
     char const* const point = nl_langinfo(RADIXCHAR);
     return point[0] == '.' && point[1] == '\0';
 }
@@ -27,9 +31,7 @@ bool wideStreamsWritePlainNumbers() {
     auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(global);
     return punctuation.decimal_point() == L'.' && punctuation.grouping().empty() &&
            hasStandard<std::num_put<wchar_t>>(global) &&
-           (hasStandard<std::ctype<wchar_t>>(global) ||
-            typeid(std::use_facet<std::ctype<wchar_t>>(global)) ==
-                typeid(std::ctype_byname<wchar_t>));
+           hasStandard<std::ctype<wchar_t>, std::ctype_byname<wchar_t>>(global);
 }
 
 bool roundsToNearest() noexcept { return std::fegetround() == FE_TONEAREST; }
