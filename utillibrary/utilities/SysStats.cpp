@@ -54,6 +54,8 @@ float percentInUse(unsigned long used, unsigned long total) noexcept {
 
 SysStats::SysStats() noexcept { getCPUTotals(user_, nice_, system_, idle_); }
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): hosts ask an object, whatever it reads.
+
 float SysStats::systemMemory() const noexcept {
     struct sysinfo const info = readSysinfo();
     // KEPT(cache-counts-as-used): freeram alone; the unit of both cancels.
@@ -91,5 +93,7 @@ float SysStats::systemCPU() const noexcept {
 }
 
 float SysStats::uptime() const noexcept { return static_cast<float>(readSysinfo().uptime); }
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 }  // namespace com::halvorin::utilities

@@ -13,7 +13,7 @@ namespace {
 // making.
 template <typename Facet, typename... Others>
 bool hasStandard(std::locale const& locale) {
-    Facet const& facet = std::use_facet<Facet>(locale);
+    auto const& facet = std::use_facet<Facet>(locale);
     return typeid(facet) == typeid(Facet) || (... || (typeid(facet) == typeid(Others)));
 }
 
