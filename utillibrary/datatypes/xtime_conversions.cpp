@@ -6,14 +6,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <optional>
 #include <string_view>
 
 #include "utillibrary/utilities/calendar_internal.h"
 #include "utillibrary/utilities/decimal_internal.h"
 #include "utillibrary/utilities/locale_internal.h"
-#include "utillibrary/utilities/mktimeEx.h"
 
 namespace com::halvorin {
 
@@ -141,10 +139,46 @@ std::optional<WrittenTime> scanWritten(std::string const& text) noexcept {
     return written;
 }
 
-// Reads the canonical form from left to right. Each step answers whether the text goes on as it says.
-class CanonicalReader {
+// Eight characters held against a pattern at once: '0' in it stands for any digit, any other
+// character for itself. Little-endian: the first character is the lowest byte.
+class EightCharacters {
 public:
-    explicit CanonicalReader(std::string_view text) noexcept
+    EightCharacters(char const* text, char const (&pattern)[9]) noexcept {
+        std::uint64_t wanted = 0;
+        std::memcpy(&differences_, text, 8);
+        std::memcpy(&wanted, pattern, 8);
+        differences_ ^= wanted;
+        // What must be added to a byte of the differences to reach its top bit when it is too large:
+        // more than 9 for a digit, more than 0 for itself.
+        std::uint64_t margins = 0;
+        for (unsigned i = 0; i < 8; ++i) {
+            margins |= (pattern[i] == '0' ? 0x76UL : 0x7FUL) << (8 * i);
+        }
+        constexpr std::uint64_t TOP_BITS = 0x8080808080808080;
+        matched_ = (((differences_ + margins) | differences_) & TOP_BITS) == 0;
+    }
+
+    bool matched() const noexcept { return matched_; }
+
+    /// The number that the two digits from a position on make; each byte has room for 99.
+    int pair(unsigned position) const noexcept {
+        std::uint64_t const pairs = 10 * differences_ + (differences_ >> 8);
+        return static_cast<int>(pairs >> (8 * position) & 0xFF);
+    }
+
+private:
+    std::uint64_t differences_ = 0;
+    bool matched_ = false;
+};
+
+static_assert(std::endian::native == std::endian::little);
+
+constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+// Reads a text from left to right. Each step answers whether the text goes on as it says.
+class Reader {
+public:
+    explicit Reader(std::string_view text) noexcept
         : cursor_(text.data()), end_(text.data() + text.size()) {}
 
     bool atEnd() const noexcept { return cursor_ == end_; }
@@ -155,62 +189,55 @@ public:
         return true;
     }
 
+    bool digit(int& value) noexcept {
+        if (atEnd() || !isDigit(*cursor_)) return false;
+        value = *cursor_++ - '0';
+        return true;
+    }
+
     bool twoDigits(int& value) noexcept {
-        if (end_ - cursor_ < 2 || !isDigit(cursor_[0]) || !isDigit(cursor_[1])) return false;
-        value = 10 * (cursor_[0] - '0') + (cursor_[1] - '0');
-        cursor_ += 2;
+        int units = 0;
+        if (!digit(value) || !digit(units)) return false;
+        value = 10 * value + units;
         return true;
-    }
-
-    bool fourDigits(int& value) noexcept {
-        int high = 0;
-        int low = 0;
-        if (!twoDigits(high) || !twoDigits(low)) return false;
-        value = 100 * high + low;
-        return true;
-    }
-
-    // "ss" or "ss.f", with one to nine digits after a point that libc would read as one.
-    bool seconds(float& value) noexcept {
-        int whole = 0;
-        if (!twoDigits(whole)) return false;
-        if (!skip('.')) {
-            value = static_cast<float>(whole);
-            return true;
-        }
-        long digits = whole;
-        std::size_t places = 0;
-        for (; !atEnd() && isDigit(*cursor_) && places < POWERS_OF_TEN.size();
-             ++cursor_, ++places) {
-            digits = 10 * digits + (*cursor_ - '0');
-        }
-        return places > 0 && places < POWERS_OF_TEN.size() && decimalPointIsDot() &&
-               roundedOnce(static_cast<double>(digits) / POWERS_OF_TEN[places], value);
     }
 
 private:
-    static bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
-    // libc rounds the text to a float once. Digits and power are exact, so the quotient is off by
-    // one rounding; making it a float is the second. The two together differ from the one only when
-    // the quotient lies beside or upon the middle between two floats: then there is no answer.
-    static bool roundedOnce(double quotient, float& value) noexcept {
-        constexpr std::uint64_t DROPPED = (1UL << 29) - 1;  // 53 bits less 24
-        constexpr std::uint64_t MIDDLE = 1UL << 28;
-        std::uint64_t const dropped = std::bit_cast<std::uint64_t>(quotient) & DROPPED;
-        if (dropped >= MIDDLE - 1 && dropped <= MIDDLE + 1) return false;
-        value = static_cast<float>(quotient);
-        return true;
-    }
-
-    static constexpr std::array<double, 10> POWERS_OF_TEN = {1e0, 1e1, 1e2, 1e3, 1e4,
-                                                             1e5, 1e6, 1e7, 1e8, 1e9};
-
     char const* cursor_;
     char const* end_;
 };
 
-bool readZone(CanonicalReader& reader, WrittenTime& written) noexcept {
+constexpr std::array<double, 10> POWERS_OF_TEN = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+
+// libc rounds a text to a float once. Digits and power are exact, so the quotient is off by one
+// rounding; making it a float is the second. The two together differ from the one only when the
+// quotient lies beside or upon the middle between two floats: then there is no answer.
+bool roundedOnce(double quotient, float& value) noexcept {
+    constexpr std::uint64_t DROPPED = (1UL << 29) - 1;  // 53 bits less 24
+    constexpr std::uint64_t MIDDLE = 1UL << 28;
+    std::uint64_t const dropped = std::bit_cast<std::uint64_t>(quotient) & DROPPED;
+    value = static_cast<float>(quotient);
+    return dropped < MIDDLE - 1 || dropped > MIDDLE + 1;
+}
+
+// "ss" or "ss.f", with one to nine digits after a point that libc reads as one.
+bool readSeconds(Reader& reader, float& value) noexcept {
+    int whole = 0;
+    if (!reader.twoDigits(whole)) return false;
+    value = static_cast<float>(whole);
+    if (!reader.skip('.')) return true;
+
+    long digits = whole;
+    std::size_t places = 0;
+    for (int digit = 0; reader.digit(digit); ++places) {
+        if (places + 1 == POWERS_OF_TEN.size()) return false;
+        digits = 10 * digits + digit;
+    }
+    return places > 0 && decimalPointIsDot() &&
+           roundedOnce(static_cast<double>(digits) / POWERS_OF_TEN[places], value);
+}
+
+bool readZone(Reader& reader, WrittenTime& written) noexcept {
     if (reader.atEnd() || reader.skip('Z')) return reader.atEnd();
     bool const west = reader.skip('-');
     if (!west && !reader.skip('+')) return false;
@@ -225,14 +252,20 @@ bool readZone(CanonicalReader& reader, WrittenTime& written) noexcept {
 // "+dd:dd" or nothing. Each number has the digits that its sscanf conversion would take, so the two
 // read the same. Anything else: no answer.
 std::optional<WrittenTime> readCanonical(std::string_view text) noexcept {
-    CanonicalReader reader(text);
+    constexpr std::size_t FRAME = 16;
+    if (text.size() < FRAME) return std::nullopt;
+    EightCharacters const date(text.data(), "0000-00-");
+    EightCharacters const time(text.data() + FRAME / 2, "00T00:00");
+    if (!date.matched() || !time.matched()) return std::nullopt;
+
     WrittenTime written;
-    bool const dateAndTime =
-        reader.fourDigits(written.year) && reader.skip('-') && reader.twoDigits(written.month) &&
-        reader.skip('-') && reader.twoDigits(written.day) && reader.skip('T') &&
-        reader.twoDigits(written.hour) && reader.skip(':') && reader.twoDigits(written.minute);
-    if (!dateAndTime) return std::nullopt;
-    if (reader.skip(':') && !reader.seconds(written.second)) return std::nullopt;
+    written.year = 100 * date.pair(0) + date.pair(2);
+    written.month = date.pair(5);
+    written.day = time.pair(0);
+    written.hour = time.pair(3);
+    written.minute = time.pair(6);
+    Reader reader(text.substr(FRAME));
+    if (reader.skip(':') && !readSeconds(reader, written.second)) return std::nullopt;
     if (!readZone(reader, written)) return std::nullopt;
     return written;
 }
@@ -250,16 +283,12 @@ bool makesSense(WrittenTime const& t) noexcept {
            t.zoneHours >= -23 && t.zoneHours <= 23 && t.zoneMinutes >= 0 && t.zoneMinutes <= 59;
 }
 
+// What mktimeEx gives for a record of these fields, which here need not be kept.
 long secondsOf(int year, int month, int day, int hour, int minute, int second,
                int adjustment) noexcept {
-    std::tm record{};
-    record.tm_year = year - 1900;
-    record.tm_mon = month - 1;
-    record.tm_mday = day;
-    record.tm_hour = hour;
-    record.tm_min = minute;
-    record.tm_sec = second;
-    return utilities::mktimeEx(&record, adjustment);
+    long const days = daysToDate(year, month, day);
+    long const secondOfDay = hour * 3600L + minute * 60L + second;
+    return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
 }
 
 // ---- fourteen digits
@@ -282,18 +311,11 @@ long convertFourteen(std::string const& text) {
 
 // Owns fourteen decimal digits, of which std::stoi takes each field whole.
 std::optional<long> readFourteen(std::string_view text) noexcept {
-    CanonicalReader reader(text);
-    int year = 0;
-    int month = 0;
-    int day = 0;
-    int hour = 0;
-    int minute = 0;
-    int second = 0;
-    bool const digits = reader.fourDigits(year) && reader.twoDigits(month) &&
-                        reader.twoDigits(day) && reader.twoDigits(hour) &&
-                        reader.twoDigits(minute) && reader.twoDigits(second);
-    if (!digits) return std::nullopt;
-    return secondsOf(year, month, day, hour, minute, second, 0);
+    EightCharacters const date(text.data(), "00000000");
+    EightCharacters const time(text.data() + FOURTEEN - 8, "00000000");
+    if (!date.matched() || !time.matched()) return std::nullopt;
+    return secondsOf(100 * date.pair(0) + date.pair(2), date.pair(4), date.pair(6), time.pair(2),
+                     time.pair(4), time.pair(6), 0);
 }
 
 }  // namespace

@@ -17,6 +17,15 @@ constexpr long floorDivide(long dividend, long divisor) noexcept {
     return dividend / divisor - (dividend % divisor < 0 ? 1 : 0);
 }
 
+// KEPT(calendar-ends-in-2038): the results' type could hold more; hosts rely on the end.
+constexpr bool inCalendarRange(long seconds) noexcept { return seconds >= 0 && seconds <= INT_MAX; }
+
+/// Seconds since 1970 and an adjustment to them, or -1 where one or the other leaves the range.
+constexpr long adjustedSeconds(long seconds, long adjustment) noexcept {
+    bool const inRange = inCalendarRange(seconds) && inCalendarRange(seconds + adjustment);
+    return inRange ? seconds + adjustment : -1;
+}
+
 struct CivilDate {
     long year;
     int month;      // 1..12
@@ -48,6 +57,14 @@ constexpr long daysToMonth(long year, int month) noexcept {
     unsigned long const dayOfYears = 1461 * y / 4 - century + century / 4;
     unsigned long const dayOfMonths = (979 * m - 2919) / 32;  // [0, 337]
     return static_cast<long>(dayOfYears + dayOfMonths - DAYS_SHIFTED);
+}
+
+/// Days from 1970-01-01 to a date whose month and day may be any: what a year or a month cannot hold
+/// goes into the next ones.
+/// Takes  year: the full year; month: from 1; day: from 1; each within 2^33 of 0
+constexpr long daysToDate(long year, long month, long day) noexcept {
+    long const years = floorDivide(month - 1, 12);
+    return daysToMonth(year + years, static_cast<int>(month - 12 * years)) + day - 1;
 }
 
 /// The date of a day counted from 1970-01-01.

@@ -1,7 +1,5 @@
 #include "utillibrary/utilities/mktimeEx.h"
 
-#include <climits>
-
 #include "utillibrary/utilities/calendar_internal.h"
 
 namespace com::halvorin::utilities {
@@ -9,8 +7,6 @@ namespace com::halvorin::utilities {
 namespace {
 
 using namespace com::halvorin::internal;
-
-constexpr long LAST_SECOND = INT_MAX;
 
 // What a unit holds too much of, or too little, goes into the next larger one.
 struct Carried {
@@ -23,18 +19,14 @@ constexpr Carried carryOver(long value, long unit) noexcept {
     return {carry, static_cast<int>(value - carry * unit)};
 }
 
-// KEPT(calendar-ends-in-2038): the type could hold more, hosts rely on the end.
-constexpr bool inRange(long seconds) noexcept { return seconds >= 0 && seconds <= LAST_SECOND; }
-
 }  // namespace
 
 long mktimeEx(std::tm* record, int adjustment) noexcept {
     Carried const seconds = carryOver(record->tm_sec, 60);
     Carried const minutes = carryOver(record->tm_min + seconds.carry, 60);
     Carried const hours = carryOver(record->tm_hour + minutes.carry, 24);
-    Carried const months = carryOver(record->tm_mon, 12);
-    long const days = daysToMonth(1900L + record->tm_year + months.carry, months.rest + 1) +
-                      (record->tm_mday - 1L) + hours.carry;
+    long const days =
+        daysToDate(1900L + record->tm_year, 1L + record->tm_mon, record->tm_mday + hours.carry);
     CivilDate const date = dateOfDay(days);
 
     // KEPT(calendar-normalises-on-failure): written before anything can fail.
@@ -49,9 +41,8 @@ long mktimeEx(std::tm* record, int adjustment) noexcept {
 
     record->tm_yday = date.dayOfYear;
     record->tm_wday = static_cast<int>((days + 4) % 7);  // 1970-01-01 was a Thursday
-    long const result =
-        days * SECONDS_PER_DAY + hours.rest * 3600L + minutes.rest * 60L + seconds.rest;
-    return inRange(result) && inRange(result + adjustment) ? result + adjustment : -1;
+    long const secondOfDay = hours.rest * 3600L + minutes.rest * 60L + seconds.rest;
+    return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
 }
 
 }  // namespace com::halvorin::utilities
