@@ -8,9 +8,10 @@ namespace com::halvorin::utilities {
 
 // Cheap readings of the Linux machine that the host runs on.
 //
-// Percentages are 0 to 100. Nothing is logged, thrown or allocated; no locale takes part. An object
-// remembers the previous processor reading, so one object belongs to one thread at a time; all else
-// keeps no state. A copy goes on from the same previous reading.
+// Percentages are 0 to 100 wherever the kernel reports no more free than there is. Nothing is logged,
+// thrown or allocated; no locale takes part. An object remembers the previous processor reading, so
+// one object belongs to one thread at a time; all else keeps no state. A copy goes on from the same
+// previous reading.
 //     SysStats machine;
 //     sleep(1);
 //     float busy = machine.systemCPU();   // of that second
@@ -30,8 +31,9 @@ public:
     /// Takes    path: any file or directory there; a zero byte ends it.
     /// Gives    0; percent in use, and free: the bytes that an unprivileged user may still write.
     ///          The total is counted in fragments and the free space in blocks of the file system's
-    ///          preferred size, as the fields stand. KEPT(two-block-sizes) 100 percent where the
-    ///          file system reports no blocks.
+    ///          preferred size, as the fields stand. KEPT(two-block-sizes) Should free come out
+    ///          above the total, their difference wraps, and percent is far above 100. 100 percent
+    ///          where the file system reports no blocks.
     /// Fails    with the errno of statvfs, such as ENOENT; percent and free are untouched then.
     /// Source   statvfs(3)
     int diskSpace(std::string const& path, float& percent, unsigned long& free) const noexcept;
@@ -48,7 +50,8 @@ public:
     /// Gives    percent of user, nice and system time in all four; the previous result again where
     ///          no tick has passed or a counter went backwards. KEPT(no-tick-no-news) The reading
     ///          becomes the previous one in every case.
-    /// Fails    never.
+    /// Fails    never; an unreadable "/proc/stat" is a reading of four zeros, so that the call after
+    ///          it measures from boot.
     float systemCPU() const noexcept;
 
     /// Seconds since boot, suspended time included.
