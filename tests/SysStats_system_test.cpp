@@ -1,0 +1,530 @@
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <new>
+#include <string>
+#include <sys/statvfs.h>
+#include <sys/syscall.h>
+#include <sys/sysinfo.h>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <utillibrary/utilities/SysStats.h>
+
+// This program is its own kernel: it defines the calls that SysStats makes, in place of libc's, so
+// that the real members meet every answer a system can give. What they make of "/proc/stat" as a
+// text is told in SysStats_test.cpp.
+
+using com::halvorin::utilities::SysStats;
+using namespace std::string_literals;
+
+namespace {
+
+// One answer of read: bytes, or an errno. After the last one the file is at its end.
+struct Read {
+    std::string bytes;
+    int error = 0;
+};
+
+struct Kernel {
+    int statvfsError = 0;
+    struct statvfs disk {};
+    std::string statvfsPath;
+
+    int openError = 0;
+    std::vector<Read> reads;
+    std::size_t nextRead = 0;
+    int file = -1;  // the descriptor that stands for "/proc/stat"
+    int openFlags = 0;
+    int timesOpened = 0;
+
+    int sysinfoError = 0;
+};
+
+Kernel kernel;
+struct sysinfo memory;  // what sysinfo answers; it ends in an array of no size, so it stands alone
+
+std::size_t allocations = 0;
+
+}  // namespace
+
+extern "C" int sysinfo(struct sysinfo* info) noexcept {
+    if (kernel.sysinfoError != 0) {
+        errno = kernel.sysinfoError;
+        return -1;
+    }
+    *info = memory;
+    return 0;
+}
+
+extern "C" int statvfs(char const* path, struct statvfs* status) noexcept {
+    kernel.statvfsPath = path;
+    if (kernel.statvfsError != 0) {
+        errno = kernel.statvfsError;
+        return -1;
+    }
+    *status = kernel.disk;
+    return 0;
+}
+
+extern "C" int open(char const* path, int flags, ...) {
+    va_list rest;
+    va_start(rest, flags);
+    mode_t const mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    if (std::strcmp(path, "/proc/stat") != 0) {
+        return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    }
+    ++kernel.timesOpened;
+    kernel.openFlags = flags;
+    if (kernel.openError != 0) {
+        errno = kernel.openError;
+        return -1;
+    }
+    kernel.nextRead = 0;
+    kernel.file = static_cast<int>(syscall(SYS_openat, AT_FDCWD, "/dev/null", O_RDONLY));
+    return kernel.file;
+}
+
+extern "C" ssize_t read(int file, void* buffer, std::size_t size) {
+    if (file != kernel.file) return syscall(SYS_read, file, buffer, size);
+    if (kernel.nextRead == kernel.reads.size()) return 0;
+    Read const& answer = kernel.reads[kernel.nextRead++];
+    if (answer.error != 0) {
+        errno = answer.error;
+        return -1;
+    }
+    return static_cast<ssize_t>(answer.bytes.copy(static_cast<char*>(buffer), size));
+}
+
+// What a build with _FORTIFY_SOURCE calls in place of read.
+extern "C" ssize_t __read_chk(int file, void* buffer, std::size_t size, std::size_t /*room*/) {
+    return read(file, buffer, size);
+}
+
+// Not inlined, so that the compiler sees pairs of new and delete, and no free of what new gave.
+__attribute__((noinline)) void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
+    throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+__attribute__((noinline)) void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block) noexcept {
+    operator delete(block);
+}
+void operator delete(void* block, std::size_t /*size*/) noexcept {
+    operator delete(block);
+}
+void operator delete[](void* block, std::size_t /*size*/) noexcept {
+    operator delete(block);
+}
+
+namespace {
+
+using Counters = std::array<unsigned long, 4>;
+
+void statSays(std::string const& text) {
+    kernel.reads = {{text}};
+    kernel.nextRead = 0;
+}
+
+std::ptrdiff_t openDescriptors() {
+    std::filesystem::directory_iterator const files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
+Counters countersOf(SysStats const& machine) {
+    Counters counters = {91, 92, 93, 94};
+    machine.getCPUTotals(counters[0], counters[1], counters[2], counters[3]);
+    return counters;
+}
+
+struct SystemTest : testing::Test {
+    SystemTest() {
+        kernel = Kernel();
+        memory = {};
+    }
+};
+
+// ---- memory
+
+struct MemoryFact {
+    char const* fact;
+    unsigned long total;
+    unsigned long free;
+    unsigned int unit;
+    float percent;
+};
+
+MemoryFact const MEMORY_FACTS[] = {
+    {"what is not free is used",         1000,     250,     1,    75.0F         },
+    {"all of it may be free",            1000,     1000,    1,    0.0F          },
+    {"or none",                          1000,     0,       1,    100.0F        },
+    {"the unit takes no part",           1000,     250,     4096, 75.0F         },
+    {"not even one of nothing",          1000,     250,     0,    75.0F         },
+    {"without memory all of it is used", 0,        0,       1,    100.0F        },
+    {"whatever is free of it",           0,        5,       1,    100.0F        },
+    {"more free than there is wraps",    100,      101,     1,    0x1p+64F      },
+    {"floats are divided as doubles",    27203377, 1148158, 1,    0x1.7f1e12p+6F},
+};
+
+TEST_F(SystemTest, MemoryInUseIsAllThatIsNotFree) {
+    for (MemoryFact const& row : MEMORY_FACTS) {
+        SCOPED_TRACE(row.fact);
+        memory.totalram = row.total;
+        memory.freeram = row.free;
+        memory.mem_unit = row.unit;
+        EXPECT_EQ(SysStats().systemMemory(), row.percent);
+    }
+}
+
+TEST_F(SystemTest, MemoryOfBuffersAndSwapCountsAsUsed) {
+    memory.totalram = 1000;
+    memory.freeram = 250;
+    memory.bufferram = 300;  // KEPT(cache-counts-as-used)
+    memory.sharedram = 100;
+    memory.totalswap = 5000;
+    memory.freeswap = 4000;
+    memory.totalhigh = 7;
+    memory.freehigh = 3;
+    EXPECT_EQ(SysStats().systemMemory(), 75.0F);
+}
+
+TEST_F(SystemTest, MemoryOfAKernelThatDoesNotAnswerIsAllInUse) {
+    memory.totalram = 1000;
+    memory.freeram = 250;
+    kernel.sysinfoError = EFAULT;
+    EXPECT_EQ(SysStats().systemMemory(), 100.0F);
+}
+
+// ---- uptime
+
+TEST_F(SystemTest, UptimeIsTheKernelsWholeSecondsAsAFloat) {
+    struct {
+        long seconds;
+        float uptime;
+    } const facts[] = {
+        {0,        0.0F       },
+        {1,        1.0F       },
+        {86401,    86401.0F   },
+        {16777217, 16777216.0F}, // what a float holds of it
+        {-5,       -5.0F      },
+        {LONG_MAX, 0x1p+63F   },
+    };
+    for (auto const& row : facts) {
+        SCOPED_TRACE(row.seconds);
+        memory.uptime = row.seconds;
+        EXPECT_EQ(SysStats().uptime(), row.uptime);
+    }
+    kernel.sysinfoError = EFAULT;
+    EXPECT_EQ(SysStats().uptime(), 0.0F);
+}
+
+// ---- disk
+
+struct DiskFact {
+    char const* fact;
+    unsigned long blocks;
+    unsigned long fragmentSize;
+    unsigned long available;
+    unsigned long blockSize;
+    float percent;
+    unsigned long free;
+};
+
+DiskFact const DISK_FACTS[] = {
+    {"one size for both",             1000,      4096, 250,       4096, 75.0F,          1024000},
+    {"the total is of fragments",     1000,      1024, 10,        4096, 96.0F,          40960  }, // KEPT(two-block-sizes)
+    {"free is of blocks",             1000,      4096, 100,       1024, 97.5F,          102400 },
+    {"all of it may be free",         1000,      512,  1000,      512,  0.0F,           512000 },
+    {"or none",                       1000,      512,  0,         512,  100.0F,         0      },
+    {"no blocks are all in use",      0,         4096, 0,         4096, 100.0F,         0      },
+    {"but free is what it is",        0,         4096, 7,         4096, 100.0F,         28672  },
+    {"so too with fragments of 0",    1000,      0,    7,         4096, 100.0F,         28672  },
+    {"free above the total wraps",    100,       1,    101,       1,    0x1p+64F,       101    }, // KEPT(two-block-sizes)
+    {"the total wraps at 64 bits",    1UL << 63, 2,    7,         1,    100.0F,         7      },
+    {"and so does free",              1000,      1,    1UL << 63, 2,    100.0F,         0      },
+    {"floats are divided as doubles", 27203377,  1,    1148158,   1,    0x1.7f1e12p+6F, 1148158},
+};
+
+TEST_F(SystemTest, DiskSpaceIsCountedAsTheFieldsStand) {
+    for (DiskFact const& row : DISK_FACTS) {
+        SCOPED_TRACE(row.fact);
+        kernel.disk.f_blocks = row.blocks;
+        kernel.disk.f_frsize = row.fragmentSize;
+        kernel.disk.f_bavail = row.available;
+        kernel.disk.f_bfree = row.available + 50;  // the administrator's share takes no part
+        kernel.disk.f_bsize = row.blockSize;
+        float percent = -1;
+        unsigned long free = 1;
+        EXPECT_EQ(SysStats().diskSpace("/somewhere", percent, free), 0);
+        EXPECT_EQ(percent, row.percent);
+        EXPECT_EQ(free, row.free);
+    }
+}
+
+TEST_F(SystemTest, DiskSpaceAnswersWithTheErrorAndLeavesItsOutputs) {
+    for (int const error : {ENOENT, EACCES, EIO, ENOTDIR, ELOOP, EINTR, EOVERFLOW}) {
+        SCOPED_TRACE(error);
+        kernel.statvfsError = error;
+        float percent = -1.5F;
+        unsigned long free = 77;
+        EXPECT_EQ(SysStats().diskSpace("/somewhere", percent, free), error);
+        EXPECT_EQ(percent, -1.5F);
+        EXPECT_EQ(free, 77UL);
+    }
+}
+
+TEST_F(SystemTest, DiskSpaceAsksForThePathUpToAZeroByte) {
+    struct {
+        std::string given;
+        std::string asked;
+    } const facts[] = {
+        {"/tmp",            "/tmp"           },
+        {"",                ""               },
+        {"some where/else", "some where/else"},
+        {"/tmp\0/else"s,    "/tmp"           },
+        {"\0/tmp"s,         ""               },
+        {"/\xE9\xFF",       "/\xE9\xFF"      },
+    };
+    for (auto const& row : facts) {
+        SCOPED_TRACE(row.given);
+        float percent = 0;
+        unsigned long free = 0;
+        SysStats().diskSpace(row.given, percent, free);
+        EXPECT_EQ(kernel.statvfsPath, row.asked);
+    }
+}
+
+// ---- counters
+
+struct ReadingFact {
+    char const* fact;
+    std::vector<Read> reads;
+    Counters counters;
+};
+
+std::string const FILLING(10000, 'x');
+
+ReadingFact const READING_FACTS[] = {
+    {"one read",                     {{"cpu  1 2 3 4 5\n"}},                             {1, 2, 3, 4}   },
+    {"several are put together",     {{"cpu  1"}, {"2 3 "}, {"4"}, {"5 67 8\n"}},        {12, 3, 45, 67}},
+    {"one byte each",
+     {{"c"}, {" "}, {"1"}, {" "}, {"2"}, {" "}, {"3"}, {" "}, {"4"}},
+     {1, 2, 3, 4}                                                                                       },
+    {"a signal before the first",    {{"", EINTR}, {"cpu 1 2 3 4"}},                     {1, 2, 3, 4}   },
+    {"and between",                  {{"cpu 1 2"}, {"", EINTR}, {"", EINTR}, {"0 3 4"}}, {1, 20, 3, 4}  },
+    {"an error at once",             {{"", EIO}, {"cpu 1 2 3 4"}},                       {0, 0, 0, 0}   },
+    {"an error later",               {{"cpu 1 2 "}, {"", EIO}, {"3 4"}},                 {1, 2, 0, 0}   },
+    {"another error is no signal",   {{"cpu 1 2 "}, {"", EAGAIN}, {"3 4"}},              {1, 2, 0, 0}   },
+    {"an empty file",                {},                                                 {0, 0, 0, 0}   },
+    {"the end comes where it comes", {{"cpu 1 2 3"}, {""}, {" 4"}},                      {1, 2, 3, 0}   },
+    {"a file of any length",         {{"cpu 1 2 3 4 " + FILLING}, {FILLING}, {FILLING}}, {1, 2, 3, 4}   },
+    {"the longest first line",
+     {{"cpu  18446744073709551615 18446744073709551615 18446744073709551615 "},
+      {"18446744073709551615 18446744073709551615 18446744073709551615\n" + FILLING}},
+     {ULONG_MAX, ULONG_MAX, ULONG_MAX, ULONG_MAX}                                                       },
+};
+
+TEST_F(SystemTest, CountersAreReadToTheEndOfWhatTheyNeed) {
+    SysStats const machine;
+    for (ReadingFact const& row : READING_FACTS) {
+        SCOPED_TRACE(row.fact);
+        kernel.reads = row.reads;
+        kernel.timesOpened = 0;
+        EXPECT_EQ(countersOf(machine), row.counters);
+        EXPECT_EQ(kernel.timesOpened, 1);
+    }
+}
+
+TEST_F(SystemTest, CountersOfAFileThatCannotBeOpenedAreZero) {
+    SysStats const machine;
+    kernel.file = -1;  // so that a read of no file would find one
+    for (int const error : {ENOENT, EACCES, EMFILE}) {
+        SCOPED_TRACE(error);
+        statSays("cpu 1 2 3 4");
+        kernel.openError = error;
+        EXPECT_EQ(countersOf(machine), (Counters{0, 0, 0, 0}));
+    }
+}
+
+TEST_F(SystemTest, TheFileIsOpenedForThisProcessAloneAndClosedAgain) {
+    statSays("cpu 1 2 3 4");
+    std::ptrdiff_t const before = openDescriptors();
+    SysStats const machine;
+    EXPECT_EQ(kernel.openFlags & O_ACCMODE, O_RDONLY);
+    EXPECT_NE(kernel.openFlags & O_CLOEXEC, 0);
+    countersOf(machine);
+    machine.systemCPU();
+    kernel.reads = {
+        {"", EIO}
+    };
+    machine.systemCPU();
+    EXPECT_EQ(kernel.timesOpened, 4);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+// ---- load
+
+struct LoadStep {
+    char const* fact;
+    char const* stat;  // null: the file cannot be opened
+    float load;
+};
+
+LoadStep const LOAD_STEPS[] = {
+    {"the first measures from construction", "cpu 11 20 30 43", 25.0F},
+    {"no tick, no news",                     "cpu 11 20 30 43", 25.0F}, // KEPT(no-tick-no-news)
+    {"each measures from the one before",    "cpu 11 20 32 45", 50.0F},
+    {"user goes backwards",                  "cpu 1 20 32 45",  50.0F},
+    {"and was stored all the same",          "cpu 2 20 32 48",  25.0F},
+    {"nice goes backwards",                  "cpu 2 5 32 48",   25.0F},
+    {"and was stored",                       "cpu 2 9 32 49",   80.0F},
+    {"system goes backwards",                "cpu 2 9 3 49",    80.0F},
+    {"and was stored",                       "cpu 2 9 4 50",    50.0F},
+    {"idle goes backwards",                  "cpu 9 9 4 5",     50.0F},
+    {"and was stored",                       "cpu 10 9 4 8",    25.0F},
+    {"a file that is gone reads as zeros",   nullptr,           25.0F},
+    {"twice too",                            nullptr,           25.0F},
+    {"so that the next measures from boot",  "cpu 10 5 5 20",   50.0F},
+    {"half a line as well",                  "cpu 11",          50.0F},
+    {"counts what was read",                 "cpu 12 0 0 3",    25.0F},
+    {"an idle machine has no load",          "cpu 12 0 0 4",    0.0F },
+    {"which is news that is kept",           "cpu 12 0 0 4",    0.0F },
+};
+
+void setStat(char const* stat) {
+    kernel.openError = stat == nullptr ? ENOENT : 0;
+    if (stat != nullptr) statSays(stat);
+}
+
+TEST_F(SystemTest, LoadIsMeasuredFromTheCallBefore) {
+    statSays("cpu 10 20 30 40");
+    SysStats const machine;
+    for (LoadStep const& step : LOAD_STEPS) {
+        SCOPED_TRACE(step.fact);
+        setStat(step.stat);
+        EXPECT_EQ(machine.systemCPU(), step.load);
+    }
+}
+
+TEST_F(SystemTest, LoadIsZeroBeforeTheFirstTick) {
+    statSays("cpu 10 20 30 40");
+    EXPECT_EQ(SysStats().systemCPU(), 0.0F);
+    EXPECT_EQ(kernel.timesOpened, 2);
+
+    SysStats const machine;
+    statSays("cpu 9 99 99 99");
+    EXPECT_EQ(machine.systemCPU(), 0.0F);
+}
+
+TEST_F(SystemTest, LoadIsMeasuredFromBootWhereTheFirstReadingFailed) {
+    setStat(nullptr);
+    SysStats const machine;
+    setStat("cpu 1 1 1 1");
+    EXPECT_EQ(machine.systemCPU(), 75.0F);
+}
+
+TEST_F(SystemTest, LoadOfACopyGoesOnFromTheSameReading) {
+    statSays("cpu 10 20 30 40");
+    SysStats const machine;
+    statSays("cpu 11 20 30 43");
+    ASSERT_EQ(machine.systemCPU(), 25.0F);
+
+    SysStats const copy(machine);
+    SysStats assigned;
+    assigned = machine;
+    EXPECT_EQ(copy.systemCPU(), 25.0F);
+    EXPECT_EQ(assigned.systemCPU(), 25.0F);
+
+    statSays("cpu 12 20 30 44");
+    EXPECT_EQ(machine.systemCPU(), 50.0F);
+    EXPECT_EQ(machine.systemCPU(), 50.0F);
+    EXPECT_EQ(copy.systemCPU(), 50.0F);
+    statSays("cpu 12 20 30 46");
+    EXPECT_EQ(assigned.systemCPU(), 25.0F);
+}
+
+TEST_F(SystemTest, OtherReadingsLeaveTheLoadAlone) {
+    statSays("cpu 10 20 30 40");
+    SysStats const machine;
+    statSays("cpu 11 20 30 43");
+    countersOf(machine);
+    EXPECT_EQ(kernel.timesOpened, 2);
+    machine.systemMemory();
+    machine.uptime();
+    float percent = 0;
+    unsigned long free = 0;
+    machine.diskSpace("/", percent, free);
+    EXPECT_EQ(kernel.timesOpened, 2);
+    EXPECT_EQ(machine.systemCPU(), 25.0F);
+}
+
+TEST_F(SystemTest, AnObjectIsItsFiveFieldsInOrder) {
+    statSays("cpu 1 2 3 4");
+    SysStats const machine;
+    statSays("cpu 6 8 9 9");
+    struct Image {
+        Counters counters;
+        float load;
+    };
+    auto const image = [&machine] {
+        Image copy{};
+        std::memcpy(&copy, &machine, sizeof copy.counters + sizeof copy.load);
+        return copy;
+    };
+    EXPECT_EQ(image().counters, (Counters{1, 2, 3, 4}));
+    EXPECT_EQ(image().load, 0.0F);
+    machine.systemCPU();
+    EXPECT_EQ(image().counters, (Counters{6, 8, 9, 9}));
+    EXPECT_EQ(image().load, 77.27272727F);
+}
+
+// ---- what a reading costs
+
+TEST_F(SystemTest, NothingIsAllocatedOrPrinted) {
+    statSays("cpu 1 2 3 4");
+    std::string const path = "/a/path/that/is/too/long/for/a/small/string";
+    kernel.statvfsPath.reserve(100);
+    float percent = 0;
+    unsigned long counter = 0;
+
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    std::size_t const before = allocations;
+    {
+        SysStats const machine;
+        machine.systemMemory();
+        machine.diskSpace(path, percent, counter);
+        machine.getCPUTotals(counter, counter, counter, counter);
+        machine.systemCPU();
+        machine.uptime();
+
+        kernel.sysinfoError = EFAULT;
+        kernel.statvfsError = ENOENT;
+        kernel.openError = EMFILE;
+        SysStats const other(machine);
+        other.systemMemory();
+        other.diskSpace(path, percent, counter);
+        other.systemCPU();
+        other.uptime();
+    }
+    std::size_t const after = allocations;
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(after, before);
+}
+
+}  // namespace

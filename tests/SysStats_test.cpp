@@ -1,0 +1,265 @@
+#include <array>
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <sys/statvfs.h>
+#include <type_traits>
+
+#include <gmock/gmock.h>
+
+#include "utillibrary/utilities/SysStats_internal.h"
+#include <utillibrary/utilities/SysStats.h>
+
+using com::halvorin::internal::cpuLoad;
+using com::halvorin::internal::CpuTotals;
+using com::halvorin::internal::parseCpuTotals;
+using com::halvorin::internal::percentOf;
+using com::halvorin::utilities::SysStats;
+
+namespace {
+
+using Counters = std::array<unsigned long, 4>;
+
+constexpr unsigned long MOST = 18446744073709551615UL;  // 64 bits
+
+Counters countersOf(CpuTotals const& totals) {
+    return {totals.user, totals.nice, totals.system, totals.idle};
+}
+
+// ---- the text of "/proc/stat"
+
+struct TotalsFact {
+    char const* fact;
+    char const* text;
+    Counters counters;
+};
+
+TotalsFact const TOTALS_FACTS[] = {
+    {"a label and four numbers",         "cpu  1 2 3 4\n",                  {1, 2, 3, 4}       },
+    {"other columns are left out",
+     "cpu  1 2 3 4 5 6 7 8 9 9\n",                                          {1, 2, 3, 4}       }, // KEPT(first-four-counters)
+    {"so are the other lines",           "cpu 1 2 3 4\ncpu0 5 6 7 8\n",     {1, 2, 3, 4}       },
+    {"the label may be any word",        "cpu17 1 2 3 4",                   {1, 2, 3, 4}       },
+    {"even a number",                    "9 1 2 3 4",                       {1, 2, 3, 4}       },
+    {"or one byte",                      "- 1 2 3 4",                       {1, 2, 3, 4}       },
+    {"blanks may precede it",            " \n cpu 1 2 3 4",                 {1, 2, 3, 4}       },
+    {"no line need end",                 "cpu 1 2 3 4",                     {1, 2, 3, 4}       },
+    {"six kinds of blank, however many", "cpu\t1\n2\v\v3\f\r4 ",            {1, 2, 3, 4}       },
+    {"leading zeros say nothing",        "cpu 00 01 002 0003",              {0, 1, 2, 3}       },
+    {"a line without the fourth number", "cpu 1 2 3\n",                     {1, 2, 3, 0}       },
+    {"without the third",                "cpu 1 2",                         {1, 2, 0, 0}       },
+    {"without the second",               "cpu 1 ",                          {1, 0, 0, 0}       },
+    {"without any",                      "cpu",                             {0, 0, 0, 0}       },
+    {"without any, but for the blank",   "cpu ",                            {0, 0, 0, 0}       },
+    {"nothing at all",                   "",                                {0, 0, 0, 0}       },
+    {"nothing but blanks",               " \t\n",                           {0, 0, 0, 0}       },
+    {"the next line begins with a word", "cpu 1 2 3\ncpu0 5 6 7 8\n",       {1, 2, 3, 0}       },
+    {"a word ends the reading",          "cpu x 2 3 4",                     {0, 0, 0, 0}       },
+    {"in any place",                     "cpu 1 2 x 4",                     {1, 2, 0, 0}       },
+    {"also right after a number",        "cpu 1 2x 3 4",                    {1, 2, 0, 0}       },
+    {"a fraction is such a word",        "cpu 1.5 2 3 4",                   {1, 0, 0, 0}       },
+    {"and a base's sign",                "cpu 0x10 2 3 4",                  {0, 0, 0, 0}       },
+    {"a sign is no part of a counter",   "cpu 1 -2 3 4",                    {1, 0, 0, 0}       },
+    {"whichever sign",                   "cpu 1 +2 3 4",                    {1, 0, 0, 0}       },
+    {"one below the largest number",     "cpu 18446744073709551614 2 3 4",  {MOST - 1, 2, 3, 4}},
+    {"the largest, of 20 digits",        "cpu 1 18446744073709551615 3 4",  {1, MOST, 3, 4}    },
+    {"wherever it stands",               "cpu 1 2 3 18446744073709551615",  {1, 2, 3, MOST}    },
+    {"one above is no counter",          "cpu 1 18446744073709551616 3 4",  {1, 0, 0, 0}       },
+    {"nor are 21 digits",                "cpu 100000000000000000000 2 3 4", {0, 0, 0, 0}       },
+};
+
+TEST(CpuTotals, AreTheFirstFourNumbersOfAText) {
+    for (TotalsFact const& row : TOTALS_FACTS) {
+        SCOPED_TRACE(row.fact);
+        EXPECT_EQ(countersOf(parseCpuTotals(row.text)), row.counters);
+    }
+}
+
+TEST(CpuTotals, EndWhereTheTextEnds) {
+    std::string_view const text = "cpu 1 2 3 456789";
+    EXPECT_EQ(countersOf(parseCpuTotals(text.substr(0, 11))), (Counters{1, 2, 3, 4}));
+    EXPECT_EQ(countersOf(parseCpuTotals(text.substr(0, 10))), (Counters{1, 2, 3, 0}));
+    EXPECT_EQ(countersOf(parseCpuTotals(text.substr(0, 5))), (Counters{1, 0, 0, 0}));
+    EXPECT_EQ(countersOf(parseCpuTotals({})), (Counters{0, 0, 0, 0}));
+    EXPECT_EQ(countersOf(parseCpuTotals({"cpu 1\0 2 3 4", 12})), (Counters{1, 0, 0, 0}));
+}
+
+// ---- shares and loads
+
+struct ShareFact {
+    char const* fact;
+    unsigned long part;
+    unsigned long total;
+    float percent;
+};
+
+// Each of the last rows is off by one bit where the counts are made doubles, where the product or
+// the quotient is a float, or where the division comes first in floats.
+ShareFact const SHARE_FACTS[] = {
+    {"nothing",                      0,          7,           0.0F          },
+    {"one of a hundred",             1,          100,         1.0F          },
+    {"all",                          9,          9,           100.0F        },
+    {"a third",                      1,          3,           0x1.0aaaaap+5F},
+    {"two thirds",                   2,          3,           0x1.0aaaaap+6F},
+    {"more than there is",           3,          2,           150.0F        },
+    {"64 bits",                      MOST,       1,           0x1.9p+70F    },
+    {"counts become floats first",   45987975,   574995807,   0x1.ffdeb4p+2F},
+    {"and are divided as doubles",   905717840,  32561554776, 0x1.640a04p+1F},
+    {"with one rounding at the end", 26055219,   27203377,    0x1.7f1e12p+6F},
+    {"whatever their size",          4543030103, 53501526646, 0x1.0fb994p+3F},
+};
+
+TEST(PercentOf, RoundsCountsToFloatsAndDividesThemAsDoubles) {
+    for (ShareFact const& row : SHARE_FACTS) {
+        SCOPED_TRACE(row.fact);
+        EXPECT_EQ(percentOf(row.part, row.total), row.percent);
+    }
+}
+
+struct LoadFact {
+    char const* fact;
+    CpuTotals previous;
+    CpuTotals now;
+    float load;
+};
+
+constexpr float PREVIOUS_LOAD = 12.5F;
+
+LoadFact const LOAD_FACTS[] = {
+    {"user time is busy",                  {10, 20, 30, 40}, {11, 20, 30, 43},          25.0F         },
+    {"nice time is busy",                  {10, 20, 30, 40}, {10, 21, 30, 43},          25.0F         },
+    {"system time is busy",                {10, 20, 30, 40}, {10, 20, 31, 43},          25.0F         },
+    {"the three are added up",             {10, 20, 30, 40}, {11, 22, 33, 44},          60.0F         },
+    {"only idle is no load",               {10, 20, 30, 40}, {10, 20, 30, 41},          0.0F          },
+    {"no idle is full load",               {10, 20, 30, 40}, {11, 20, 30, 40},          100.0F        },
+    {"it may start from nothing",          {0, 0, 0, 0},     {1, 1, 0, 2},              50.0F         },
+    {"no tick keeps the previous load",
+     {10, 20, 30, 40},
+     {10, 20, 30, 40},
+     PREVIOUS_LOAD                                                                                    }, // KEPT(no-tick-no-news)
+    {"user time that goes backwards too",
+     {10, 20, 30, 40},
+     {9, 99, 99, 99},
+     PREVIOUS_LOAD                                                                                    }, // KEPT(no-tick-no-news)
+    {"and nice time",                      {10, 20, 30, 40}, {99, 19, 99, 99},          PREVIOUS_LOAD },
+    {"and system time",                    {10, 20, 30, 40}, {99, 99, 29, 99},          PREVIOUS_LOAD },
+    {"and idle time",                      {10, 20, 30, 40}, {99, 99, 99, 39},          PREVIOUS_LOAD },
+    {"and all at once",                    {10, 20, 30, 40}, {0, 0, 0, 0},              PREVIOUS_LOAD },
+    {"sums wrap at 64 bits",               {MOST, 0, 0, 0},  {MOST, 3, 0, 9},           25.0F         },
+    {"on both sides",                      {MOST, 2, 0, 0},  {MOST, 3, 1, 6},           25.0F         },
+    {"and so does the total",              {0, 0, 0, 0},     {MOST, 0, 0, 2},           0x1.9p+70F    },
+    {"down to no tick at all",             {0, 0, 0, 0},     {MOST, 0, 0, 1},           PREVIOUS_LOAD },
+    {"exact as floats divided as doubles", {0, 0, 0, 0},     {26055219, 0, 0, 1148158}, 0x1.7f1e12p+6F},
+};
+
+TEST(CpuLoad, IsTheBusyShareOfTheTicksBetweenTwoReadings) {
+    for (LoadFact const& row : LOAD_FACTS) {
+        SCOPED_TRACE(row.fact);
+        EXPECT_EQ(cpuLoad(row.previous, row.now, PREVIOUS_LOAD), row.load);
+    }
+}
+
+// ---- the class
+
+static_assert(std::is_trivially_copyable_v<SysStats> && std::is_standard_layout_v<SysStats>);
+static_assert(sizeof(SysStats) == 40 && !std::is_polymorphic_v<SysStats>);
+static_assert(std::is_nothrow_default_constructible_v<SysStats>);
+static_assert(
+    std::is_same_v<decltype(&SysStats::systemMemory), float (SysStats::*)() const noexcept>);
+static_assert(std::is_same_v<decltype(&SysStats::systemCPU), float (SysStats::*)() const noexcept>);
+static_assert(std::is_same_v<decltype(&SysStats::uptime), float (SysStats::*)() const noexcept>);
+static_assert(
+    std::is_same_v<decltype(&SysStats::diskSpace),
+                   int (SysStats::*)(std::string const&, float&, unsigned long&) const noexcept>);
+static_assert(std::is_same_v<decltype(&SysStats::getCPUTotals),
+                             void (SysStats::*)(unsigned long&, unsigned long&, unsigned long&,
+                                                unsigned long&) const noexcept>);
+
+// ---- the machine that the tests run on
+
+Counters countersOfThisMachine() {
+    Counters counters{};
+    SysStats().getCPUTotals(counters[0], counters[1], counters[2], counters[3]);
+    return counters;
+}
+
+Counters countersByStream() {
+    std::ifstream stream("/proc/stat");
+    stream.imbue(std::locale::classic());
+    std::string label;
+    Counters counters{};
+    stream >> label >> counters[0] >> counters[1] >> counters[2] >> counters[3];
+    return counters;
+}
+
+TEST(ThisMachine, HasMemoryInUse) {
+    float const percent = SysStats().systemMemory();
+    EXPECT_GT(percent, 0.0F);
+    EXPECT_LE(percent, 100.0F);
+}
+
+TEST(ThisMachine, HasADisk) {
+    float percent = -1;
+    unsigned long free = 1;
+    ASSERT_EQ(SysStats().diskSpace("/", percent, free), 0);
+    EXPECT_GE(percent, 0.0F);
+    EXPECT_LE(percent, 100.0F);
+
+    struct statvfs status {};
+    ASSERT_EQ(statvfs("/", &status), 0);
+    EXPECT_LE(free, status.f_blocks * status.f_bsize);
+}
+
+TEST(ThisMachine, HasNoSuchFile) {
+    float percent = -1.5F;
+    unsigned long free = 77;
+    EXPECT_EQ(SysStats().diskSpace("/no/such/file/anywhere", percent, free), ENOENT);
+    EXPECT_EQ(SysStats().diskSpace("", percent, free), ENOENT);
+    EXPECT_EQ(SysStats().diskSpace("/proc/self/status/below-a-file", percent, free), ENOTDIR);
+    EXPECT_EQ(SysStats().diskSpace(std::string(5000, 'x'), percent, free), ENAMETOOLONG);
+    EXPECT_EQ(percent, -1.5F);
+    EXPECT_EQ(free, 77UL);
+}
+
+TEST(ThisMachine, CountsTheTicksThatItsFileSays) {
+    Counters const before = countersByStream();
+    Counters const between = countersOfThisMachine();
+    Counters const after = countersByStream();
+    // The kernel may take back a tick or two of idle time; the other three only grow.
+    for (std::size_t i = 0; i < 3; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_LE(before[i], between[i]);
+        EXPECT_LE(between[i], after[i]);
+    }
+    EXPECT_NEAR(static_cast<double>(between[3]), static_cast<double>(before[3]), 1000.0);
+    EXPECT_THAT(between, testing::Contains(testing::Gt(0UL)));
+}
+
+TEST(ThisMachine, IsBusyWhileItWorks) {
+    SysStats const machine;
+    auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+    float const load = machine.systemCPU();
+    EXPECT_GT(load, 0.0F);
+    EXPECT_LE(load, 100.0F);
+}
+
+TEST(ThisMachine, HasBeenUpSinceItsFileSays) {
+    auto const secondsByStream = [] {
+        std::ifstream stream("/proc/uptime");
+        stream.imbue(std::locale::classic());
+        double seconds = 0;
+        stream >> seconds;
+        return seconds;
+    };
+    double const before = secondsByStream();
+    double const uptime = static_cast<double>(SysStats().uptime());
+    double const after = secondsByStream();
+    // Whole seconds, rounded up; a float of years of seconds is off by a few.
+    EXPECT_GE(uptime, before - 16.0);
+    EXPECT_LE(uptime, after + 16.0);
+    EXPECT_GT(uptime, 0.0);
+}
+
+}  // namespace
