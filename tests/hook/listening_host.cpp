@@ -1,0 +1,20 @@
+#include <iostream>
+
+#include "hook/open_failure_paths.h"
+#include "support/recorded_reports.h"
+
+// A host with a log hook of its own: it hears each report once, with all four arguments.
+int main() {
+    int status = 0;
+    for (FailurePath const* path = openFailurePaths(); path->what != nullptr; ++path) {
+        bool const told = path->fail();
+        auto const heard = testing_support::takeReports();
+        decltype(heard) const expected = {
+            {path->component, path->level, path->message, path->code}
+        };
+        bool const exact = told && heard == expected;
+        if (!exact) status = 1;
+        std::cout << (exact ? "heard: " : "NOT HEARD: ") << path->what << '\n';
+    }
+    return status;
+}

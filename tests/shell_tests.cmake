@@ -1,0 +1,28 @@
+# The library as a file: what a host links, loads, installs and finds. And the tree around it.
+
+find_program(BATS_PROGRAM bats REQUIRED)
+find_program(GXX_PROGRAM g++ REQUIRED)
+find_program(CLANGXX_PROGRAM clang++ REQUIRED)
+
+set(shell_environment
+  "SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+  "VARIANTS=${CMAKE_CURRENT_BINARY_DIR}/library_variants"
+  "CMAKE=${CMAKE_COMMAND}"
+  "GXX=${GXX_PROGRAM}"
+  "CLANGXX=${CLANGXX_PROGRAM}"
+  "NM=${CMAKE_NM}"
+  "READELF=${CMAKE_READELF}")
+
+# tests/NAME.bats
+function(utillibrary_shell_test name)
+  add_test(NAME ${name} COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/${name}.bats")
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${shell_environment}")
+endfunction()
+
+# The library of each compiler, with and without link-time optimisation and symbolic functions.
+add_test(NAME library_variants COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/library_variants.sh")
+set_tests_properties(library_variants PROPERTIES
+  FIXTURES_SETUP library_variants TIMEOUT 600 PROCESSORS 2 ENVIRONMENT "${shell_environment}")
+
+utillibrary_shell_test(log_hook)
+set_tests_properties(log_hook PROPERTIES FIXTURES_REQUIRED library_variants)
