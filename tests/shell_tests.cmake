@@ -26,3 +26,6 @@ set_tests_properties(library_variants PROPERTIES
 
 utillibrary_shell_test(log_hook)
 set_tests_properties(log_hook PROPERTIES FIXTURES_REQUIRED library_variants)
+
+utillibrary_shell_test(exports)
+set_tests_properties(exports PROPERTIES FIXTURES_REQUIRED library_variants)
