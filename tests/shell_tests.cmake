@@ -3,6 +3,7 @@
 find_program(BATS_PROGRAM bats REQUIRED)
 find_program(GXX_PROGRAM g++ REQUIRED)
 find_program(CLANGXX_PROGRAM clang++ REQUIRED)
+find_program(PKG_CONFIG_PROGRAM pkg-config REQUIRED)
 
 set(shell_environment
   "SOURCE_DIR=${PROJECT_SOURCE_DIR}"
@@ -11,7 +12,8 @@ set(shell_environment
   "GXX=${GXX_PROGRAM}"
   "CLANGXX=${CLANGXX_PROGRAM}"
   "NM=${CMAKE_NM}"
-  "READELF=${CMAKE_READELF}")
+  "READELF=${CMAKE_READELF}"
+  "PKG_CONFIG=${PKG_CONFIG_PROGRAM}")
 
 # tests/NAME.bats
 function(utillibrary_shell_test name)
@@ -29,3 +31,6 @@ set_tests_properties(log_hook PROPERTIES FIXTURES_REQUIRED library_variants)
 
 utillibrary_shell_test(exports)
 set_tests_properties(exports PROPERTIES FIXTURES_REQUIRED library_variants)
+
+utillibrary_shell_test(package)
+set_tests_properties(package PROPERTIES PROCESSORS 2)
