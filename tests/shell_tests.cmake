@@ -34,3 +34,6 @@ set_tests_properties(exports PROPERTIES FIXTURES_REQUIRED library_variants)
 
 utillibrary_shell_test(package)
 set_tests_properties(package PROPERTIES PROCESSORS 2)
+
+utillibrary_shell_test(readme)
+set_tests_properties(readme PROPERTIES FIXTURES_REQUIRED library_variants)
