@@ -22,6 +22,7 @@ public:
     /// Stores both as given: more than 999999999 nanoseconds stay as they are, unlike with
     /// `putNanoseconds`. KEPT(constructor-stores-as-given)
     UTILLIBRARY_INLINE xtime_t(long seconds, unsigned int nanoseconds) noexcept
+        // KEPT(constructor-stores-as-given): nothing is carried; the fields come back as they were.
         : seconds_(seconds), nanoseconds_(nanoseconds) {}
 
     /// Whole seconds; implicit, so that a number of seconds may stand where a time is wanted.
