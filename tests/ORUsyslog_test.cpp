@@ -28,9 +28,7 @@ char const* const MANGLED_NAME =
     "EEiSA_j";
 
 // The library's own hook, which this program's replaces.
-Hook libraryHook() {
-    return reinterpret_cast<Hook>(dlsym(RTLD_NEXT, MANGLED_NAME));
-}
+Hook libraryHook() { return reinterpret_cast<Hook>(dlsym(RTLD_NEXT, MANGLED_NAME)); }
 
 TEST(LogHook, HearsEachFailureOnceWithAllItsArguments) {
     ASSERT_NE(failurePaths()->what, nullptr);

@@ -115,21 +115,11 @@ __attribute__((noinline)) void* operator new(std::size_t size) {
     if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
     throw std::bad_alloc();
 }
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-__attribute__((noinline)) void operator delete(void* block) noexcept {
-    std::free(block);
-}
-void operator delete[](void* block) noexcept {
-    operator delete(block);
-}
-void operator delete(void* block, std::size_t /*size*/) noexcept {
-    operator delete(block);
-}
-void operator delete[](void* block, std::size_t /*size*/) noexcept {
-    operator delete(block);
-}
+void* operator new[](std::size_t size) { return operator new(size); }
+__attribute__((noinline)) void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { operator delete(block); }
+void operator delete(void* block, std::size_t /*size*/) noexcept { operator delete(block); }
+void operator delete[](void* block, std::size_t /*size*/) noexcept { operator delete(block); }
 
 namespace {
 
