@@ -41,3 +41,5 @@ set_tests_properties(readme PROPERTIES FIXTURES_REQUIRED library_variants)
 # What is kept on purpose is named wherever it must be, and the script that says so would notice.
 add_test(NAME kept COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-kept")
 utillibrary_shell_test(check_kept)
+
+utillibrary_shell_test(bootstrap)
