@@ -25,7 +25,7 @@ std::ostream& operator<<(std::ostream& out, Integers const& integers);
 /// The low bits that each target keeps of one 64-bit number.
 Integers lowBitsOf(long number);
 
-/// Every conversion exists twice, as a named member and as an operator; here both must say the same.
+/// Every conversion exists twice, as a named member and as an operator; both must say the same.
 void expectIntegers(com::halvorin::datatypes::Variant const& variant, Integers const& expected);
 
 /// The same for floating values, by their bits: zeros are told apart, and NaN equals itself.
