@@ -1,0 +1,37 @@
+#include "support/failing_allocations.h"
+
+#include <cstdlib>
+
+namespace testing_support {
+
+namespace {
+
+bool watching = false;
+long count = 0;
+long failing = NO_ALLOCATION;
+
+}  // namespace
+
+AllocationWatch::AllocationWatch(long failingAllocation) noexcept {
+    count = 0;
+    failing = failingAllocation;
+    watching = true;
+}
+
+AllocationWatch::~AllocationWatch() { watching = false; }
+
+long watchedAllocations() noexcept { return count; }
+
+}  // namespace testing_support
+
+void* operator new(std::size_t size) {
+    using namespace testing_support;
+    if (watching && count++ == failing) throw std::bad_alloc();
+    void* const memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
