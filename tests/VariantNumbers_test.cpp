@@ -564,6 +564,61 @@ TEST(VariantNumbers, IsSilentWhereThereIsAValue) {
     }
 }
 
+// Stands for what is wrong with a host's output.
+class FailingOutput : public CapturedOutput {
+public:
+    enum class Failure { REFUSES, CANNOT_FLUSH, THROWS, HAS_NO_MEMORY };
+
+    explicit FailingOutput(Failure failure) : failure_(failure) {
+        std::cout.exceptions(std::ios_base::badbit | std::ios_base::failbit |
+                             std::ios_base::eofbit);
+    }
+    ~FailingOutput() override { std::cout.exceptions(std::ios_base::goodbit); }
+    FailingOutput(FailingOutput const&) = delete;
+    FailingOutput& operator=(FailingOutput const&) = delete;
+
+protected:
+    std::streamsize xsputn(char const* text, std::streamsize size) override {
+        if (failure_ == Failure::THROWS) throw std::runtime_error("no output");
+        if (failure_ == Failure::HAS_NO_MEMORY) throw std::bad_alloc();
+        return failure_ == Failure::REFUSES ? 0 : CapturedOutput::xsputn(text, size);
+    }
+    int sync() override { return failure_ == Failure::CANNOT_FLUSH ? -1 : 0; }
+
+private:
+    Failure failure_;
+};
+
+// What used to come out: the exception that a host's own buffer throws.
+TEST(VariantNumbers, DoesNotThrowWhenStandardOutputDoes) {
+    using Failure = FailingOutput::Failure;
+    for (Failure const failure :
+         {Failure::REFUSES, Failure::CANNOT_FLUSH, Failure::THROWS, Failure::HAS_NO_MEMORY}) {
+        for (Conversion const& conversion : CONVERSIONS) {
+            SCOPED_TRACE(conversion.name);
+            SCOPED_TRACE(static_cast<int>(failure));
+            FailingOutput const output(failure);
+            double result = 1;
+            EXPECT_NO_THROW(result = conversion.convert(ofType(0)));
+            EXPECT_EQ(result, 0.0);
+            EXPECT_TRUE(std::cout.bad());
+        }
+    }
+    EXPECT_TRUE(std::cout.good());
+}
+
+// What used to come out: the message behind 21 asterisks, and the width gone.
+TEST(VariantNumbers, SaysItWithoutAHostsWidth) {
+    CapturedOutput const output;
+    std::cout.width(120);
+    std::cout.fill('*');
+    EXPECT_EQ(Variant().toInt32(), 0);
+    EXPECT_EQ(output.str(), std::string(MESSAGE) + '\n');
+    EXPECT_EQ(std::cout.width(), 120);
+    std::cout.width(0);
+    std::cout.fill(' ');
+}
+
 // ---- times
 
 constexpr long SECONDS = 1763164800;

@@ -1,6 +1,7 @@
 #include <cwchar>
-#include <ios>
+#include <exception>
 #include <iostream>
+#include <string_view>
 #include <type_traits>
 
 #include "utillibrary/datatypes/Variant.h"
@@ -16,15 +17,18 @@ namespace {
 using namespace com::halvorin::internal;
 
 // KEPT(message-says-utility): not "utilities", and no full stop; hosts look for this line.
-constexpr char const* NO_VALUE =
+constexpr std::string_view NO_VALUE =
     "com::halvorin::utility::Variant::convert::"
     "Failed to convert data type because type is not supported";
+static_assert(NO_VALUE.size() == 99);
 
 void reportNoValue() {
-    // A host may have told the stream to throw; a conversion never does.
+    // A host may have told the stream to throw, what its buffer throws included; a conversion never
+    // does. Written unformatted: a width that the host has set is for its own next output.
     try {
-        std::cout << NO_VALUE << std::endl;  // NOLINT(performance-avoid-endl): flushed on purpose
-    } catch (std::ios_base::failure const&) {
+        std::cout.write(NO_VALUE.data(), NO_VALUE.size());
+        std::cout << std::endl;  // NOLINT(performance-avoid-endl): flushed on purpose
+    } catch (std::exception const&) {
         // The stream remembers that it failed.
         return;
     }
