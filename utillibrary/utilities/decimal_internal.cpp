@@ -52,7 +52,7 @@ SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {
     int const power = DIGITS - 1 - decimalExponent;         // [0, 22]
     Wide const product =
         static_cast<Wide>(mantissa) * POWERS_OF_FIVE[static_cast<std::size_t>(power)];
-    int const shift = -(power + exponent);  // [31, 107]
+    int const shift = -(power + exponent);  // [33, 84]
     auto quotient = static_cast<std::uint64_t>(product >> shift);
     Wide const dropped = product & ((static_cast<Wide>(1) << shift) - 1);
     Wide const half = static_cast<Wide>(1) << (shift - 1);
