@@ -1,43 +1,479 @@
 #include <climits>
 #include <ctime>
+#include <ostream>
+#include <random>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include <utillibrary/utilities/mktimeEx.h>
 
+#include "support/random.h"
+#include "support/time_zone.h"
+
 using com::halvorin::utilities::mktimeEx;
 
 namespace {
 
-std::tm record(int year, int month, int day, int hour, int minute, int second) {
-    std::tm fields{};
-    fields.tm_year = year;
-    fields.tm_mon = month;
-    fields.tm_mday = day;
-    fields.tm_hour = hour;
-    fields.tm_min = minute;
-    fields.tm_sec = second;
-    return fields;
+static_assert(std::is_same_v<decltype(&mktimeEx), long (*)(std::tm*, int) noexcept>);
+
+// The six fields that are read and written: years since 1900, month from 0.
+struct Fields {
+    int year;
+    int month;
+    int day;
+    int hour;
+    int minute;
+    int second;
+
+    bool operator==(Fields const&) const = default;
+};
+
+// The two that are written from 1970 on: days from Sunday, and from 1 January.
+struct Day {
+    int ofWeek;
+    int ofYear;
+
+    bool operator==(Day const&) const = default;
+};
+
+constexpr Day UNWRITTEN = {77, 7777};
+
+constexpr Fields LARGEST = {INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX};
+constexpr Fields SMALLEST = {INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN};
+
+std::ostream& operator<<(std::ostream& out, Fields const& f) {
+    return out << '{' << f.year << ", " << f.month << ", " << f.day << ", " << f.hour << ", "
+               << f.minute << ", " << f.second << '}';
 }
+
+std::ostream& operator<<(std::ostream& out, Day const& d) {
+    return out << '{' << d.ofWeek << ", " << d.ofYear << '}';
+}
+
+constexpr int DAYLIGHT = 55;
+constexpr long EAST = 5555;
+constexpr char const* ZONE = "a zone";
+
+std::tm recordOf(Fields const& fields) {
+    std::tm record{};
+    record.tm_year = fields.year;
+    record.tm_mon = fields.month;
+    record.tm_mday = fields.day;
+    record.tm_hour = fields.hour;
+    record.tm_min = fields.minute;
+    record.tm_sec = fields.second;
+    record.tm_wday = UNWRITTEN.ofWeek;
+    record.tm_yday = UNWRITTEN.ofYear;
+    record.tm_isdst = DAYLIGHT;
+    record.tm_gmtoff = EAST;
+    record.tm_zone = ZONE;
+    return record;
+}
+
+Fields fieldsOf(std::tm const& record) {
+    return {record.tm_year, record.tm_mon, record.tm_mday,
+            record.tm_hour, record.tm_min, record.tm_sec};
+}
+
+Day dayOf(std::tm const& record) { return {record.tm_wday, record.tm_yday}; }
+
+// ---- the result and its range
 
 struct SecondsFact {
     char const* fact;
-    std::tm fields;  // years since 1900, month from 0
+    Fields fields;
     int adjustment;
     long seconds;
 };
 
 SecondsFact const SECONDS_FACTS[] = {
-    {"the epoch is second 0",  record(70,  0, 1,  0, 0,  0), 0, 0         },
-    {"the last second of all", record(138, 0, 19, 3, 14, 7), 0, 2147483647},
-    {"and the one after it",   record(138, 0, 19, 3, 14, 8), 0, -1        }, // KEPT(calendar-ends-in-2038)
+    {"the epoch is second 0",                {70, 0, 1, 0, 0, 0},      0,        0         },
+    {"the second after it",                  {70, 0, 1, 0, 0, 1},      0,        1         },
+    {"the second before it has none",        {69, 11, 31, 23, 59, 59}, 0,        -1        },
+    {"a day has 86400",                      {70, 0, 2, 0, 0, 0},      0,        86400     },
+    {"an hour has 3600",                     {70, 0, 1, 1, 0, 0},      0,        3600      },
+    {"a minute has 60",                      {70, 0, 1, 0, 1, 0},      0,        60        },
+    {"a present-day second",                 {124, 2, 5, 6, 8, 9},     0,        1709618889},
+    {"the last day begins",                  {138, 0, 19, 0, 0, 0},    0,        2147472000},
+    {"the last second but one",              {138, 0, 19, 3, 14, 6},   0,        2147483646},
+    {"the last second",                      {138, 0, 19, 3, 14, 7},   0,        2147483647},
+ // KEPT(calendar-ends-in-2038)
+    {"the second after it has none",         {138, 0, 19, 3, 14, 8},   0,        -1        },
+    {"nor has a later minute",               {138, 0, 19, 3, 15, 0},   0,        -1        },
+    {"nor has the next day",                 {138, 0, 20, 0, 0, 0},    0,        -1        },
+    {"nor has what 32 bits would wrap to 0", {206, 1, 7, 6, 28, 16},   0,        -1        },
+
+ // the adjustment is added to the result
+    {"an adjustment is added",               {124, 2, 5, 6, 8, 9},     3600,     1709622489},
+    {"a negative one too",                   {124, 2, 5, 6, 8, 9},     -16200,   1709602689},
+    {"down to second 1",                     {70, 0, 1, 0, 1, 0},      -59,      1         },
+    {"down to second 0",                     {70, 0, 1, 0, 1, 0},      -60,      0         },
+    {"but not below it",                     {70, 0, 1, 0, 1, 0},      -61,      -1        },
+    {"one before the epoch",                 {70, 0, 1, 0, 0, 0},      -1,       -1        },
+    {"up to the last second but one",        {138, 0, 19, 3, 13, 7},   59,       2147483646},
+    {"up to the last second",                {138, 0, 19, 3, 13, 7},   60,       2147483647},
+    {"but not above it",                     {138, 0, 19, 3, 13, 7},   61,       -1        },
+    {"one after the last",                   {138, 0, 19, 3, 14, 7},   1,        -1        },
+    {"the largest from the epoch",           {70, 0, 1, 0, 0, 0},      INT_MAX,  2147483647},
+    {"the largest from a second later",      {70, 0, 1, 0, 0, 1},      INT_MAX,  -1        },
+    {"the last second, to 0",                {138, 0, 19, 3, 14, 7},   -INT_MAX, 0         },
+    {"the last second but one",              {138, 0, 19, 3, 14, 6},   -INT_MAX, -1        },
+    {"the smallest adjustment of all",       {138, 0, 19, 3, 14, 7},   INT_MIN,  -1        },
+ // the range is looked at before the adjustment as well
+    {"a time after the last is not saved",   {138, 0, 19, 3, 14, 8},   -1,       -1        },
+    {"nor is one before the first",          {69, 11, 31, 23, 59, 59}, 1,        -1        },
 };
 
 TEST(MktimeEx, CountsTheSecondsOfARecord) {
     for (SecondsFact const& row : SECONDS_FACTS) {
         SCOPED_TRACE(row.fact);
-        std::tm fields = row.fields;
-        EXPECT_EQ(mktimeEx(&fields, row.adjustment), row.seconds);
+        std::tm record = recordOf(row.fields);
+        EXPECT_EQ(mktimeEx(&record, row.adjustment), row.seconds);
+    }
+}
+
+// ---- what is written back
+
+struct NormalisedFact {
+    char const* fact;
+    Fields fields;
+    Fields normalised;
+};
+
+NormalisedFact const NORMALISED_FACTS[] = {
+    {"a record in its ranges stays",   {124, 2, 5, 6, 8, 9},      {124, 2, 5, 6, 8, 9}     },
+
+ // seconds
+    {"second -61 borrows two minutes", {124, 2, 5, 6, 8, -61},    {124, 2, 5, 6, 6, 59}    },
+    {"second -60 borrows one",         {124, 2, 5, 6, 8, -60},    {124, 2, 5, 6, 7, 0}     },
+    {"second -59 borrows one too",     {124, 2, 5, 6, 8, -59},    {124, 2, 5, 6, 7, 1}     },
+    {"second -1 borrows one",          {124, 2, 5, 6, 8, -1},     {124, 2, 5, 6, 7, 59}    },
+    {"second 0 stays",                 {124, 2, 5, 6, 8, 0},      {124, 2, 5, 6, 8, 0}     },
+    {"second 59 stays",                {124, 2, 5, 6, 8, 59},     {124, 2, 5, 6, 8, 59}    },
+    {"second 60 is the next minute",   {124, 2, 5, 6, 8, 60},     {124, 2, 5, 6, 9, 0}     },
+    {"second 61 is one into it",       {124, 2, 5, 6, 8, 61},     {124, 2, 5, 6, 9, 1}     },
+    {"second 120 carries two minutes", {124, 2, 5, 6, 8, 120},    {124, 2, 5, 6, 10, 0}    },
+    {"a carry through every field",    {123, 11, 31, 23, 59, 60}, {124, 0, 1, 0, 0, 0}     },
+    {"a borrow through every field",   {124, 0, 1, 0, 0, -1},     {123, 11, 31, 23, 59, 59}},
+
+ // minutes
+    {"minute -61 borrows two hours",   {124, 2, 5, 6, -61, 9},    {124, 2, 5, 4, 59, 9}    },
+    {"minute -60 borrows one",         {124, 2, 5, 6, -60, 9},    {124, 2, 5, 5, 0, 9}     },
+    {"minute -1 borrows one",          {124, 2, 5, 6, -1, 9},     {124, 2, 5, 5, 59, 9}    },
+    {"minute 59 stays",                {124, 2, 5, 6, 59, 9},     {124, 2, 5, 6, 59, 9}    },
+    {"minute 60 is the next hour",     {124, 2, 5, 6, 60, 9},     {124, 2, 5, 7, 0, 9}     },
+    {"minute 61 is one into it",       {124, 2, 5, 6, 61, 9},     {124, 2, 5, 7, 1, 9}     },
+
+ // hours
+    {"hour -25 borrows two days",      {124, 2, 5, -25, 8, 9},    {124, 2, 3, 23, 8, 9}    },
+    {"hour -24 borrows one",           {124, 2, 5, -24, 8, 9},    {124, 2, 4, 0, 8, 9}     },
+    {"hour -1 borrows one",            {124, 2, 5, -1, 8, 9},     {124, 2, 4, 23, 8, 9}    },
+    {"hour 23 stays",                  {124, 2, 5, 23, 8, 9},     {124, 2, 5, 23, 8, 9}    },
+    {"hour 24 is the next day",        {124, 2, 5, 24, 8, 9},     {124, 2, 6, 0, 8, 9}     },
+    {"hour 25 is one into it",         {124, 2, 5, 25, 8, 9},     {124, 2, 6, 1, 8, 9}     },
+    {"hour 48 of day 0 is day 2",      {70, 0, 0, 48, 0, 0},      {70, 0, 2, 0, 0, 0}      },
+
+ // days
+    {"day -1 is two before the first", {124, 2, -1, 0, 0, 0},     {124, 1, 28, 0, 0, 0}    },
+    {"day 0 of March 2024",            {124, 2, 0, 0, 0, 0},      {124, 1, 29, 0, 0, 0}    },
+    {"day 0 of March 2023",            {123, 2, 0, 0, 0, 0},      {123, 1, 28, 0, 0, 0}    },
+    {"day 0 of January",               {124, 0, 0, 0, 0, 0},      {123, 11, 31, 0, 0, 0}   },
+    {"28 February 2023 stays",         {123, 1, 28, 0, 0, 0},     {123, 1, 28, 0, 0, 0}    },
+    {"29 February 2023 is March",      {123, 1, 29, 0, 0, 0},     {123, 2, 1, 0, 0, 0}     },
+    {"29 February 2024 stays",         {124, 1, 29, 0, 0, 0},     {124, 1, 29, 0, 0, 0}    },
+    {"30 February 2024 is March",      {124, 1, 30, 0, 0, 0},     {124, 2, 1, 0, 0, 0}     },
+    {"30 April stays",                 {124, 3, 30, 0, 0, 0},     {124, 3, 30, 0, 0, 0}    },
+    {"31 April is 1 May",              {124, 3, 31, 0, 0, 0},     {124, 4, 1, 0, 0, 0}     },
+    {"31 December stays",              {123, 11, 31, 0, 0, 0},    {123, 11, 31, 0, 0, 0}   },
+    {"32 December is January",         {123, 11, 32, 0, 0, 0},    {124, 0, 1, 0, 0, 0}     },
+    {"day 365 of 2023 is its last",    {123, 0, 365, 0, 0, 0},    {123, 11, 31, 0, 0, 0}   },
+    {"day 366 of 2023 is in 2024",     {123, 0, 366, 0, 0, 0},    {124, 0, 1, 0, 0, 0}     },
+    {"day 366 of 2024 is its last",    {124, 0, 366, 0, 0, 0},    {124, 11, 31, 0, 0, 0}   },
+    {"day 367 of 2024 is in 2025",     {124, 0, 367, 0, 0, 0},    {125, 0, 1, 0, 0, 0}     },
+    {"a year back",                    {124, 0, -365, 0, 0, 0},   {122, 11, 31, 0, 0, 0}   },
+    {"20000 days on",                  {70, 0, 20000, 0, 0, 0},   {124, 9, 3, 0, 0, 0}     },
+
+ // months
+    {"month -13 borrows two years",    {124, -13, 5, 6, 8, 9},    {122, 11, 5, 6, 8, 9}    },
+    {"month -12 borrows one",          {124, -12, 5, 6, 8, 9},    {123, 0, 5, 6, 8, 9}     },
+    {"month -1 borrows one",           {124, -1, 5, 6, 8, 9},     {123, 11, 5, 6, 8, 9}    },
+    {"month 11 stays",                 {123, 11, 5, 6, 8, 9},     {123, 11, 5, 6, 8, 9}    },
+    {"month 12 is the next January",   {123, 12, 5, 6, 8, 9},     {124, 0, 5, 6, 8, 9}     },
+    {"month 13 is the next February",  {123, 13, 5, 6, 8, 9},     {124, 1, 5, 6, 8, 9}     },
+    {"month 24 carries two years",     {122, 24, 5, 6, 8, 9},     {124, 0, 5, 6, 8, 9}     },
+    {"then comes the day, in 2023",    {122, 13, 29, 0, 0, 0},    {123, 2, 1, 0, 0, 0}     },
+    {"and in 2024",                    {123, 13, 29, 0, 0, 0},    {124, 1, 29, 0, 0, 0}    },
+
+ // leap years
+    {"2000 is leap",                   {100, 1, 29, 12, 0, 0},    {100, 1, 29, 12, 0, 0}   },
+    {"and its last day is day 365",    {100, 11, 31, 0, 0, 0},    {100, 11, 31, 0, 0, 0}   },
+    {"2100 is not leap",               {200, 1, 29, 0, 0, 0},     {200, 2, 1, 0, 0, 0}     },
+    {"1900 is not leap",               {0, 1, 29, 0, 0, 0},       {0, 2, 1, 0, 0, 0}       },
+    {"1600 is leap",                   {-300, 1, 29, 0, 0, 0},    {-300, 1, 29, 0, 0, 0}   },
+    {"year 0 is leap",                 {-1900, 1, 29, 0, 0, 0},   {-1900, 1, 29, 0, 0, 0}  },
+    {"year -1 is not leap",            {-1901, 1, 29, 0, 0, 0},   {-1901, 2, 1, 0, 0, 0}   },
+    {"year -4 is leap",                {-1904, 1, 29, 0, 0, 0},   {-1904, 1, 29, 0, 0, 0}  },
+    {"year -100 is not leap",          {-2000, 1, 29, 0, 0, 0},   {-2000, 2, 1, 0, 0, 0}   },
+
+ // years
+    {"1969 is below the count",        {69, 11, 31, 23, 59, 59},  {69, 11, 31, 23, 59, 59} },
+    {"1970 begins it",                 {70, 0, 1, 0, 0, 0},       {70, 0, 1, 0, 0, 0}      },
+    {"from 1969 into 1970",            {69, 11, 31, 23, 59, 60},  {70, 0, 1, 0, 0, 0}      },
+    {"from 1970 into 1969",            {70, 0, 1, 0, 0, -1},      {69, 11, 31, 23, 59, 59} },
+};
+
+// Sums leave an int on the way; what is written is cut to one.
+NormalisedFact const FAR_NORMALISED_FACTS[] = {
+    {"the largest second",   {70, 0, 1, 0, 0, INT_MAX},         {138, 0, 19, 3, 14, 7}          },
+    {"the smallest second",  {138, 0, 19, 3, 15, INT_MIN},      {70, 0, 1, 0, 0, 52}            },
+    {"the largest minute",   {70, 0, 1, 0, INT_MAX, 0},         {4153, 0, 23, 2, 7, 0}          },
+    {"and a carry into it",  {70, 0, 1, 0, INT_MAX, 60},        {4153, 0, 23, 2, 8, 0}          },
+    {"the smallest minute",  {70, 0, 1, 0, INT_MIN, 0},         {-4014, 11, 8, 21, 52, 0}       },
+    {"and a borrow from it", {70, 0, 1, 0, INT_MIN, -1},        {-4014, 11, 8, 21, 51, 59}      },
+    {"the largest hour",     {70, 0, 1, INT_MAX, 0, 0},         {245053, 9, 9, 7, 0, 0}         },
+    {"and a carry into it",  {70, 0, 1, INT_MAX, 60, 0},        {245053, 9, 9, 8, 0, 0}         },
+    {"the smallest hour",    {70, 0, 1, INT_MIN, 0, 0},         {-244914, 2, 24, 16, 0, 0}      },
+    {"and a borrow from it", {70, 0, 1, INT_MIN, -1, 0},        {-244914, 2, 24, 15, 59, 0}     },
+    {"the largest day",      {70, 0, INT_MAX, 0, 0, 0},         {5879680, 6, 10, 0, 0, 0}       },
+    {"the smallest day",     {70, 0, INT_MIN, 0, 0, 0},         {-5879541, 5, 22, 0, 0, 0}      },
+    {"the largest month",    {70, INT_MAX, 1, 0, 0, 0},         {178957040, 7, 1, 0, 0, 0}      },
+    {"back to 1970",         {-178956900, INT_MAX, 1, 0, 0, 0}, {70, 7, 1, 0, 0, 0}             },
+    {"the smallest month",   {70, INT_MIN, 1, 0, 0, 0},         {-178956901, 4, 1, 0, 0, 0}     },
+    {"up to 2000",           {178957071, INT_MIN, 1, 0, 0, 0},  {100, 4, 1, 0, 0, 0}            },
+    {"year 5885486",         {5883586, 0, 1, 0, 0, 0},          {5883586, 0, 1, 0, 0, 0}        },
+    {"year 5885487",         {5883587, 0, 1, 0, 0, 0},          {5883587, 0, 1, 0, 0, 0}        },
+    {"the largest year",     {INT_MAX, 0, 1, 0, 0, 0},          {INT_MAX, 0, 1, 0, 0, 0}        },
+    {"a second more wraps",  {INT_MAX, 11, 31, 23, 59, 60},     {INT_MIN, 0, 1, 0, 0, 0}        },
+    {"by months too",        {INT_MAX, 12, 1, 0, 0, 0},         {INT_MIN, 0, 1, 0, 0, 0}        },
+    {"the smallest year",    {INT_MIN, 0, 1, 0, 0, 0},          {INT_MIN, 0, 1, 0, 0, 0}        },
+    {"a second less wraps",  {INT_MIN, 0, 1, 0, 0, -1},         {INT_MAX, 11, 31, 23, 59, 59}   },
+    {"by months too",        {INT_MIN, -1, 1, 0, 0, 0},         {INT_MAX, 11, 1, 0, 0, 0}       },
+    {"the largest of all",   LARGEST,                           {-1962397934, 11, 27, 12, 21, 7}},
+    {"the smallest of all",  SMALLEST,                          {1962397931, 11, 1, 10, 37, 52} },
+};
+
+// The result is that of the record it was normalised to.
+void expectNormalised(NormalisedFact const& row) {
+    SCOPED_TRACE(row.fact);
+    std::tm record = recordOf(row.fields);
+    long const seconds = mktimeEx(&record, 0);
+    EXPECT_EQ(fieldsOf(record), row.normalised);
+    EXPECT_EQ(mktimeEx(&record, 0), seconds);
+    EXPECT_EQ(fieldsOf(record), row.normalised);
+}
+
+TEST(MktimeEx, NormalisesTheRecord) {
+    for (NormalisedFact const& row : NORMALISED_FACTS)
+        expectNormalised(row);
+    for (NormalisedFact const& row : FAR_NORMALISED_FACTS)
+        expectNormalised(row);
+}
+
+struct DayFact {
+    char const* fact;
+    Fields fields;
+    Day day;
+};
+
+// KEPT(calendar-weekday-from-1970)
+DayFact const DAY_FACTS[] = {
+    {"1970-01-01 was a Thursday",        {70, 0, 1, 0, 0, 0},        {4, 0}   },
+    {"1970-01-04 was a Sunday",          {70, 0, 4, 0, 0, 0},        {0, 3}   },
+    {"1970-01-03 was a Saturday",        {70, 0, 3, 0, 0, 0},        {6, 2}   },
+    {"the last second of 1969 has none", {69, 11, 31, 23, 59, 59},   UNWRITTEN},
+    {"nor is what a borrow makes 1969",  {70, 0, 1, 0, 0, -1},       UNWRITTEN},
+    {"nor the year 1900",                {0, 0, 1, 0, 0, 0},         UNWRITTEN},
+    {"nor the smallest year",            {INT_MIN, 0, 1, 0, 0, 0},   UNWRITTEN},
+    {"what a carry makes 1970 is",       {69, 11, 31, 23, 59, 60},   {4, 0}   },
+    {"2000-02-29",                       {100, 1, 29, 12, 0, 0},     {2, 59}  },
+    {"2000-03-01",                       {100, 2, 1, 0, 0, 0},       {3, 60}  },
+    {"2000-12-31",                       {100, 11, 31, 0, 0, 0},     {0, 365} },
+    {"2023-12-31",                       {123, 11, 31, 0, 0, 0},     {0, 364} },
+    {"2024-03-05",                       {124, 2, 5, 6, 8, 9},       {2, 64}  },
+    {"the day that the fields lead to",  {123, 13, 30, 24, 0, 0},    {6, 61}  },
+    {"the last day with seconds",        {138, 0, 19, 3, 14, 7},     {2, 18}  },
+    {"the same day, later",              {138, 0, 19, 3, 14, 8},     {2, 18}  },
+    {"2100-02-28",                       {200, 1, 28, 0, 0, 0},      {0, 58}  },
+    {"2100-03-01",                       {200, 2, 1, 0, 0, 0},       {1, 59}  },
+    {"2400-12-31",                       {500, 11, 31, 0, 0, 0},     {0, 365} },
+    {"year 5885486",                     {5883586, 0, 1, 0, 0, 0},   {5, 0}   },
+    {"year 5885487",                     {5883587, 0, 1, 0, 0, 0},   {6, 0}   },
+    {"the largest year",                 {INT_MAX, 11, 31, 0, 0, 0}, {3, 364} },
+    {"a year that wraps when written",   {INT_MAX, 11, 32, 0, 0, 0}, {4, 0}   },
+    {"a year that wraps upward",         {INT_MIN, 0, 0, 0, 0, 0},   UNWRITTEN},
+    {"everything at its largest",        LARGEST,                    {3, 360} },
+    {"everything at its smallest",       SMALLEST,                   UNWRITTEN},
+};
+
+TEST(MktimeEx, WritesTheDaysOfWeekAndYearFrom1970) {
+    for (DayFact const& row : DAY_FACTS) {
+        SCOPED_TRACE(row.fact);
+        std::tm record = recordOf(row.fields);
+        mktimeEx(&record, 0);
+        EXPECT_EQ(dayOf(record), row.day);
+    }
+}
+
+// KEPT(calendar-normalises-on-failure)
+TEST(MktimeEx, NormalisesWhateverTheAdjustment) {
+    for (int const adjustment : {INT_MIN, -1, 0, 1, INT_MAX}) {
+        SCOPED_TRACE(adjustment);
+        std::tm record = recordOf({124, 2, 0, 24, 60, 60});
+        mktimeEx(&record, adjustment);
+        EXPECT_EQ(fieldsOf(record), (Fields{124, 2, 1, 1, 1, 0}));
+        EXPECT_EQ(dayOf(record), (Day{5, 60}));
+    }
+}
+
+TEST(MktimeEx, NeitherReadsNorWritesDaylightAndZone) {
+    struct {
+        int daylight;
+        long east;
+        char const* zone;
+    } const others[] = {
+        {DAYLIGHT, EAST,   ZONE   },
+        {-1,       -43200, nullptr},
+        {1,        50400,  ""     }
+    };
+    for (auto const& other : others) {
+        for (NormalisedFact const& row : NORMALISED_FACTS) {
+            SCOPED_TRACE(row.fact);
+            std::tm record = recordOf(row.fields);
+            record.tm_isdst = other.daylight;
+            record.tm_gmtoff = other.east;
+            record.tm_zone = other.zone;
+            mktimeEx(&record, 0);
+            EXPECT_EQ(fieldsOf(record), row.normalised);
+            EXPECT_EQ(record.tm_isdst, other.daylight);
+            EXPECT_EQ(record.tm_gmtoff, other.east);
+            EXPECT_EQ(record.tm_zone, other.zone);
+        }
+    }
+}
+
+TEST(MktimeEx, DoesNotReadTheDaysOfWeekAndYear) {
+    for (int const given : {INT_MIN, -1, 0, 3, 400, INT_MAX}) {
+        SCOPED_TRACE(given);
+        std::tm record = recordOf({124, 2, 5, 6, 8, 9});
+        record.tm_wday = given;
+        record.tm_yday = given;
+        EXPECT_EQ(mktimeEx(&record, 0), 1709618889);
+        EXPECT_EQ(dayOf(record), (Day{2, 64}));
+    }
+}
+
+// ---- the months
+
+struct MonthFact {
+    char const* month;
+    int length;
+    int leapLength;
+    int before;
+    int leapBefore;
+};
+
+MonthFact const MONTH_FACTS[] = {
+    {"January",   31, 31, 0,   0  },
+    {"February",  28, 29, 31,  31 },
+    {"March",     31, 31, 59,  60 },
+    {"April",     30, 30, 90,  91 },
+    {"May",       31, 31, 120, 121},
+    {"June",      30, 30, 151, 152},
+    {"July",      31, 31, 181, 182},
+    {"August",    31, 31, 212, 213},
+    {"September", 30, 30, 243, 244},
+    {"October",   31, 31, 273, 274},
+    {"November",  30, 30, 304, 305},
+    {"December",  31, 31, 334, 335},
+};
+
+struct YearFact {
+    char const* fact;
+    int year;
+    bool leap;
+    int firstDayOfWeek;
+};
+
+YearFact const YEAR_FACTS[] = {
+    {"1970",                             70,  false, 4},
+    {"1972, the first leap year",        72,  true,  6},
+    {"1999",                             99,  false, 5},
+    {"2000, leap by its fourth century", 100, true,  6},
+    {"2001",                             101, false, 1},
+    {"2023",                             123, false, 0},
+    {"2024",                             124, true,  1},
+    {"2038",                             138, false, 5},
+    {"2100, not leap",                   200, false, 5},
+    {"2200, not leap",                   300, false, 3},
+    {"2300, not leap",                   400, false, 1},
+    {"2400, leap",                       500, true,  6},
+};
+
+TEST(MktimeEx, KnowsTheLengthOfEachMonth) {
+    for (YearFact const& year : YEAR_FACTS) {
+        SCOPED_TRACE(year.fact);
+        int month = 0;
+        for (MonthFact const& row : MONTH_FACTS) {
+            SCOPED_TRACE(row.month);
+            int const length = year.leap ? row.leapLength : row.length;
+            int const before = year.leap ? row.leapBefore : row.before;
+
+            std::tm first = recordOf({year.year, month, 1, 0, 0, 0});
+            mktimeEx(&first, 0);
+            EXPECT_EQ(fieldsOf(first), (Fields{year.year, month, 1, 0, 0, 0}));
+            EXPECT_EQ(dayOf(first), (Day{(year.firstDayOfWeek + before) % 7, before}));
+
+            std::tm last = recordOf({year.year, month, length, 0, 0, 0});
+            mktimeEx(&last, 0);
+            EXPECT_EQ(fieldsOf(last), (Fields{year.year, month, length, 0, 0, 0}));
+            EXPECT_EQ(last.tm_yday, before + length - 1);
+
+            std::tm after = recordOf({year.year, month, length + 1, 0, 0, 0});
+            mktimeEx(&after, 0);
+            EXPECT_EQ(after.tm_mday, 1);
+            EXPECT_EQ(after.tm_mon, (month + 1) % 12);
+
+            ++month;
+        }
+    }
+}
+
+// ---- against libc, which has the same calendar and no end in 2038
+
+// A field near its own range, or anywhere in an int.
+int randomField(std::mt19937_64& engine, int range) {
+    if (engine() % 4 == 0) return static_cast<int>(engine());
+    return static_cast<int>(engine() % (8UL * static_cast<unsigned>(range))) - 4 * range;
+}
+
+TEST(MktimeEx, AgreesWithTimegmOnRandomRecords) {
+    testing_support::ScopedTimeZone const utc("UTC0");
+    std::mt19937_64 engine = testing_support::randomEngine();
+    unsigned long const count = testing_support::sweepStride() == 1 ? 3'000'000 : 30'000;
+    for (unsigned long i = 0; i < count; ++i) {
+        // Years so far from the ends of int that no carry leads timegm out of its own range.
+        int const year = engine() % 4 == 0
+                             ? static_cast<int>(engine() % 3'000'000'000) - 1'500'000'000
+                             : static_cast<int>(engine() % 100) + 60;
+        Fields const fields = {year,
+                               randomField(engine, 12),
+                               randomField(engine, 31),
+                               randomField(engine, 24),
+                               randomField(engine, 60),
+                               randomField(engine, 60)};
+        int const adjustment = engine() % 2 == 0 ? 0 : randomField(engine, 86400);
+
+        std::tm theirs = recordOf(fields);
+        long const seconds = timegm(&theirs);
+        bool const inRange = seconds >= 0 && seconds <= INT_MAX && seconds + adjustment >= 0 &&
+                             seconds + adjustment <= INT_MAX;
+        bool const from1970 = theirs.tm_year >= 70;
+
+        std::tm ours = recordOf(fields);
+        ASSERT_EQ(mktimeEx(&ours, adjustment), inRange ? seconds + adjustment : -1) << fields;
+        ASSERT_EQ(fieldsOf(ours), fieldsOf(theirs)) << fields;
+        ASSERT_EQ(dayOf(ours), from1970 ? dayOf(theirs) : UNWRITTEN) << fields;
     }
 }
 
