@@ -77,7 +77,7 @@ extern "C" int statvfs(char const* path, struct statvfs* status) noexcept {
 extern "C" int open(char const* path, int flags, ...) {
     va_list rest;
     va_start(rest, flags);
-    mode_t const mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    mode_t const mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
     if (std::strcmp(path, "/proc/stat") != 0) {
         return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
@@ -102,11 +102,6 @@ extern "C" ssize_t read(int file, void* buffer, std::size_t size) {
         return -1;
     }
     return static_cast<ssize_t>(answer.bytes.copy(static_cast<char*>(buffer), size));
-}
-
-// What a build with _FORTIFY_SOURCE calls in place of read.
-extern "C" ssize_t __read_chk(int file, void* buffer, std::size_t size, std::size_t /*room*/) {
-    return read(file, buffer, size);
 }
 
 // Not inlined, so that the compiler sees pairs of new and delete, and no free of what new gave.
