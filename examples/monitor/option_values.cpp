@@ -1,0 +1,55 @@
+#include "option_values.h"
+
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+namespace monitor {
+
+namespace {
+
+constexpr double SHORTEST_SECONDS = 0.001;
+constexpr double LONGEST_SECONDS = 86400;
+constexpr double NANOSECONDS_PER_SECOND = 1e9;
+constexpr unsigned long LARGEST_COUNT = 1'000'000'000;
+
+constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+// Two digits as a number; -1 for anything else.
+constexpr int twoDigits(char tens, char ones) noexcept {
+    return isDigit(tens) && isDigit(ones) ? (tens - '0') * 10 + (ones - '0') : -1;
+}
+
+}  // namespace
+
+std::optional<std::chrono::nanoseconds> parseInterval(std::string_view text) noexcept {
+    char const* const end = text.data() + text.size();
+    double seconds = 0;
+    auto const [rest, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+    if (error != std::errc() || rest != end) return std::nullopt;
+    // Written so that a NaN is refused as well: from_chars reads "nan" and "inf".
+    if (!(seconds >= SHORTEST_SECONDS && seconds <= LONGEST_SECONDS)) return std::nullopt;
+    return std::chrono::nanoseconds(std::llround(seconds * NANOSECONDS_PER_SECOND));
+}
+
+std::optional<unsigned long> parseCount(std::string_view text) noexcept {
+    char const* const end = text.data() + text.size();
+    unsigned long count = 0;
+    auto const [rest, error] = std::from_chars(text.data(), end, count);
+    if (error != std::errc() || rest != end || count > LARGEST_COUNT) return std::nullopt;
+    return count;
+}
+
+std::optional<int> parseOffset(std::string_view text) noexcept {
+    if (text == "Z") return 0;
+    if (text.size() != 6 || (text[0] != '+' && text[0] != '-') || text[3] != ':') {
+        return std::nullopt;
+    }
+    int const hours = twoDigits(text[1], text[2]);
+    int const minutes = twoDigits(text[4], text[5]);
+    if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59) return std::nullopt;
+    int const seconds = hours * 3600 + minutes * 60;
+    return text[0] == '-' ? -seconds : seconds;
+}
+
+}  // namespace monitor

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string_view>
+
+// What the text of an option says. Each takes the whole text, and answers nothing where it is
+// nonsense; no locale takes part.
+namespace monitor {
+
+/// Seconds as decimal digits, with or without a fraction: "1", "0.25".
+/// Gives    whole nanoseconds, from a millisecond (times are shown to one) to a day.
+std::optional<std::chrono::nanoseconds> parseInterval(std::string_view text) noexcept;
+
+/// A number of readings in decimal digits, up to 1000000000.
+std::optional<unsigned long> parseCount(std::string_view text) noexcept;
+
+/// A zone: "Z", or "+hh:mm" and "-hh:mm" with hours to 23 and minutes to 59.
+/// Gives    seconds east of UTC; the sign holds for hours and minutes.
+std::optional<int> parseOffset(std::string_view text) noexcept;
+
+}  // namespace monitor

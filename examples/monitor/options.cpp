@@ -1,0 +1,104 @@
+#include "options.h"
+
+#include <optional>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+
+#include "option_values.h"
+
+namespace monitor {
+
+namespace {
+
+constexpr char const* DESCRIPTION =
+    "Watches this machine: processor, memory, disk and uptime, a row a reading.\n"
+    "The first row follows one interval after the start, since the processor's load\n"
+    "is that of the interval before. SIGINT (Ctrl-C) and SIGTERM end the watch.\n";
+
+constexpr char const* FOOTER =
+    "A value that cannot be read is shown as null.\n"
+    "Exit status: 0 done or interrupted, 1 failed, 2 wrong options.";
+
+constexpr char const* VERSION = "monitor " MONITOR_VERSION ", utillibrary " MONITOR_LIBRARY_VERSION;
+
+std::optional<std::string> parsePath(std::string_view text) {
+    if (text.empty()) return std::nullopt;
+    return std::string(text);
+}
+
+// What an option is called, what its text must be, and what it is for.
+struct Description {
+    char const* name;
+    char const* placeholder;
+    char const* expected;
+    char const* help;
+};
+
+// An option with a value; `parse` reads its text.
+template <typename Value>
+void addOption(CLI::App& app, Description const& option,
+               std::optional<Value> (*parse)(std::string_view), Value& value) {
+    auto const read = [option, parse, &value](std::string const& text) {
+        auto const parsed = parse(text);
+        if (!parsed) {
+            throw CLI::ValidationError(option.name, "\"" + text + "\" is not " + option.expected);
+        }
+        value = *parsed;
+    };
+    app.add_option_function<std::string>(option.name, read, option.help)
+        ->type_name(option.placeholder);
+}
+
+// The parser takes "--count= 3" for "--count 3", and would take the next option for the value too.
+std::optional<Refusal> refuseMissingValue(int argc, char const* const* argv) {
+    for (int i = 1; i < argc; ++i) {
+        std::string_view const text = argv[i];
+        if (text.size() > 3 && text.substr(0, 2) == "--" && text.back() == '=') {
+            return Refusal{std::string(text.substr(0, text.size() - 1)) + ": a value is missing"};
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* const* argv) {
+    if (auto const refusal = refuseMissingValue(argc, argv)) return *refusal;
+
+    Options options;
+    CLI::App app(DESCRIPTION, "monitor");
+    app.footer(FOOTER);
+    app.get_formatter()->column_width(22);
+    app.set_help_flag("--help", "show this text and end")->disable_flag_override();
+    app.set_version_flag("--version", VERSION, "show the version and end")->disable_flag_override();
+    addOption(app,
+              {"--interval", "SECONDS", "a number of seconds from 0.001 to 86400",
+               "time between readings, 0.001 to 86400 (default 1)"},
+              parseInterval, options.interval);
+    addOption(app,
+              {"--count", "NUMBER", "a whole number from 0 to 1000000000",
+               "readings to take (default 0: until interrupted)"},
+              parseCount, options.count);
+    addOption(app,
+              {"--path", "PATH", "a path", "a file or folder on the disk to watch (default /)"},
+              parsePath, options.path);
+    addOption(app,
+              {"--offset", "ZONE", "Z, +hh:mm or -hh:mm",
+               "zone of the times: Z, +hh:mm or -hh:mm (default Z)"},
+              parseOffset, options.offsetSeconds);
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::CallForHelp const&) {
+        return Answer{app.help()};
+    } catch (CLI::CallForVersion const& version) {
+        return Answer{version.what() + std::string("\n")};
+    } catch (CLI::ExtrasError const&) {
+        return Refusal{"\"" + app.remaining().front() + "\" is not an option"};
+    } catch (CLI::ParseError const& error) {
+        return Refusal{error.what()};
+    }
+    return options;
+}
+
+}  // namespace monitor

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <variant>
+
+namespace monitor {
+
+// What the command line asks for.
+struct Options {
+    std::chrono::nanoseconds interval = std::chrono::seconds(1);
+    unsigned long count = 0;  // 0: until interrupted
+    std::string path = "/";
+    int offsetSeconds = 0;  // east of UTC
+};
+
+// Text to show instead of readings.
+struct Answer {
+    std::string text;  // ends with a newline
+};
+
+// Why the command line cannot be followed: one sentence, without a newline.
+struct Refusal {
+    std::string reason;
+};
+
+/// Reads the command line: options to follow, help or version to show, or a refusal.
+std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* const* argv);
+
+}  // namespace monitor

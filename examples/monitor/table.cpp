@@ -1,0 +1,88 @@
+#include "table.h"
+
+#include <cmath>
+#include <string_view>
+
+namespace monitor {
+
+using com::halvorin::datatypes::Variant;
+using com::halvorin::datatypes::xtime_t;
+
+namespace {
+
+constexpr double MIB = 1024.0 * 1024;
+constexpr ByteUnit GIB = {"GiB", MIB * 1024};
+
+constexpr long SECONDS_PER_DAY = 86400;
+
+// A whole number of 100000 and above takes all six significant digits that Variant shows.
+constexpr double DECIMAL_ENDS = 100000;
+
+// Each column ends where its heading ends.
+constexpr std::string_view PROCESSOR = "cpu %";
+constexpr std::string_view MEMORY = "memory %";
+constexpr std::string_view DISK = "disk %";
+constexpr std::string_view FREE = "free ";  // the unit follows
+constexpr std::string_view UPTIME = "uptime d+hh:mm:ss";
+constexpr std::size_t UNIT_SIZE = 3;
+
+// Two blanks, then the text at the right of the width; a longer text has the width it needs.
+std::string cell(std::string_view text, std::size_t width) {
+    std::size_t const padding = text.size() < width ? width - text.size() : 0;
+    return std::string(2 + padding, ' ').append(text);
+}
+
+// 12 is shown as 12.0 beside 12.3, as long as the decimal is among the digits that are shown.
+std::string oneDecimal(Variant const& number, double unit = 1) {
+    if (number.isNull()) return number.toString();
+    double const rounded = std::round(number.toDouble() / unit * 10) / 10;
+    std::string text = Variant(rounded).toString();
+    if (std::abs(rounded) < DECIMAL_ENDS && text.find('.') == std::string::npos) text += ".0";
+    return text;
+}
+
+// Days, and the rest as the time of day that it is in UTC after 1970 began.
+std::string daysAndTime(Variant const& seconds) {
+    xtime_t const sinceZero(seconds.toInt64());
+    Variant const days(static_cast<int>(sinceZero.getDateTime() / SECONDS_PER_DAY));
+    std::string const text = sinceZero.toString(false, 0, "I");
+    return days.toString() + "+" + text.substr(text.find('T') + 1);
+}
+
+}  // namespace
+
+ByteUnit byteUnitFor(Variant const& bytes) {
+    if (bytes.isNull()) return GIB;
+    double const amount = bytes.toDouble();
+    if (amount < GIB.bytes) return {"MiB", MIB};
+    if (amount < GIB.bytes * 1024) return GIB;
+    if (amount < GIB.bytes * 1024 * 1024) return {"TiB", GIB.bytes * 1024};
+    return {"PiB", GIB.bytes * 1024 * 1024};
+}
+
+Table::Table(int offsetSeconds, ByteUnit freeUnit)
+    : offsetSeconds_(offsetSeconds), freeUnit_(freeUnit) {}
+
+std::string Table::header() const {
+    std::string text = "time";
+    text.resize(timeText(xtime_t()).size(), ' ');
+    for (std::string_view const heading : {PROCESSOR, MEMORY, DISK})
+        text += cell(heading, 0);
+    text += cell(FREE, 0);
+    text += freeUnit_.name;
+    return text + cell(UPTIME, 0) + "\n";
+}
+
+std::string Table::row(Reading const& reading) const {
+    return timeText(reading.time) + cell(oneDecimal(reading.processor), PROCESSOR.size()) +
+           cell(oneDecimal(reading.memory), MEMORY.size()) +
+           cell(oneDecimal(reading.disk), DISK.size()) +
+           cell(oneDecimal(reading.free, freeUnit_.bytes), FREE.size() + UNIT_SIZE) +
+           cell(daysAndTime(reading.uptime), UPTIME.size()) + "\n";
+}
+
+std::string Table::timeText(xtime_t const& time) const {
+    return time.toString(true, offsetSeconds_, "");
+}
+
+}  // namespace monitor
