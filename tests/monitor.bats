@@ -1,0 +1,347 @@
+#!/usr/bin/env bats
+# What examples/monitor does as a program. MONITOR is its path, LIBRARY_VERSION the version of the
+# library that it was built with. Single quotes hold what another shell expands.
+# shellcheck disable=SC2016
+
+bats_require_minimum_version 1.5.0
+
+NUMBER='[0-9]+\.[0-9]'
+TIME='[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{3}'
+UPTIME='[0-9]+\+[0-9]{2}:[0-9]{2}:[0-9]{2}'
+ROW="^${TIME}Z +$NUMBER +$NUMBER +$NUMBER +$NUMBER +$UPTIME\$"
+ROW_WITHOUT_DISK="^${TIME}Z +$NUMBER +$NUMBER +null +null +$UPTIME\$"
+HEADER='^time +cpu %  memory %  disk %  free [MGTP]iB  uptime d\+hh:mm:ss$'
+
+# Waits until a file has so many lines; a program that does not write them is a failure.
+await_lines() {
+    local tries
+    for ((tries = 0; tries < 200; ++tries)); do
+        if (($(wc -l <"$1") >= $2)); then return; fi
+        sleep 0.05
+    done
+    echo "$1 has no $2 lines" >&2
+    return 1
+}
+
+# The same for a last line of that form.
+await_row() {
+    local tries
+    for ((tries = 0; tries < 200; ++tries)); do
+        if tail -n 1 "$1" | grep -Eq "$2"; then return; fi
+        sleep 0.05
+    done
+    echo "$1 has no row like $2" >&2
+    return 1
+}
+
+# Options with which the monitor ends at once, with status 2 and this reason alone.
+refuses() {
+    local reason=$1
+    shift
+    run --separate-stderr -2 timeout 10 "$MONITOR" "$@"
+    [ "$output" = "" ]
+    # shellcheck disable=SC2154 # run sets it
+    [ "$stderr" = "monitor: $reason"$'\n'"Try monitor --help." ]
+}
+
+milliseconds() {
+    date -d "$1" +%s%3N
+}
+
+# ---- help and options
+
+@test "--help names every option, the forms of a zone, and the exit status" {
+    run --separate-stderr -0 "$MONITOR" --help
+    [ "$stderr" = "" ]
+    for text in 'Usage: monitor [OPTIONS]' '--interval SECONDS' '--count NUMBER' '--path PATH' \
+        '--offset ZONE' '--help' '--version' 'Z, +hh:mm or -hh:mm' 'Exit status: 0'; do
+        grep -qF -e "$text" <<<"$output"
+    done
+    run ! grep -E '.{81}' <<<"$output"
+}
+
+@test "the program's page shows the help as it is" {
+    run -0 "$MONITOR" --help
+    [[ $(<"$BATS_TEST_DIRNAME/../examples/monitor/README.md") == *$'monitor --help\n'"$output"$'\n```'* ]]
+}
+
+@test "--version names the program and the library" {
+    run --separate-stderr -0 "$MONITOR" --version
+    [ "$output" = "monitor 1.0.0, utillibrary $LIBRARY_VERSION" ]
+    [ "$stderr" = "" ]
+}
+
+@test "an interval is refused unless it is a decimal number from a millisecond to a day" {
+    for text in x '' ' 1' 1s 1e-1 0x1 nan inf -inf -1 -0.5 0 0.0009 86400.1 1e999 \
+        999999999999999999999999; do
+        refuses "--interval: \"$text\" is not a number of seconds from 0.001 to 86400" \
+            --interval "$text"
+        [ "$text" = "" ] || refuses \
+            "--interval: \"$text\" is not a number of seconds from 0.001 to 86400" \
+            "--interval=$text"
+    done
+}
+
+@test "a count is refused unless it is a whole number" {
+    for text in x '' 1.5 -1 nan 1e3 1000000001 99999999999999999999; do
+        refuses "--count: \"$text\" is not a whole number from 0 to 1000000000" --count "$text"
+    done
+}
+
+@test "a zone is refused unless it has one of the forms" {
+    for text in x '' z 3600 +0100 01:00 +24:00 +01:60 CET --count; do
+        refuses "--offset: \"$text\" is not Z, +hh:mm or -hh:mm" --offset "$text"
+    done
+}
+
+@test "an empty path is refused" {
+    refuses '--path: "" is not a path' --path ''
+}
+
+@test "an option without its value is refused" {
+    refuses '--count: 1 required NUMBER missing' --count
+    refuses '--count: a value is missing' --count= 3
+    refuses '--path: a value is missing' --path= --help
+}
+
+@test "an option given twice is refused" {
+    refuses '--count: At Most 1 required but received 2' --count 1 --count 2
+}
+
+@test "what is no option is refused" {
+    refuses '"--colour" is not an option' --colour
+    refuses '"-c" is not an option' -c 3
+    refuses '"extra" is not an option' extra
+    refuses '"extra" is not an option' --count 1 extra more
+    refuses '"" is not an option' ''
+    refuses 'help was given a disallowed flag override' --help=no
+    refuses 'version was given a disallowed flag override' --version=no
+}
+
+# ---- the table
+
+@test "three readings are a heading and three rows of one width" {
+    run --separate-stderr -0 "$MONITOR" --count 3 --interval 0.1
+    [ "$stderr" = "" ]
+    [ "${#lines[@]}" -eq 4 ]
+    [[ ${lines[0]} =~ $HEADER ]]
+    for row in "${lines[@]:1}"; do
+        [[ $row =~ $ROW ]]
+        [ "${#row}" -eq "${#lines[0]}" ]
+    done
+}
+
+@test "each row follows one interval after the one before" {
+    before=$(date +%s%3N)
+    run --separate-stderr -0 "$MONITOR" --count 4 --interval 0.2
+    ((${#lines[@]} == 5))
+    for i in 1 2 3 4; do # no row is early, up to what a clock may be adjusted by
+        (($(milliseconds "${lines[i]%% *}") - before >= i * 200 - 10))
+    done
+}
+
+@test "times are those of the zone asked for" {
+    for zone in Z:Z +00:00:Z +01:00:+0100 -05:30:-0530 +14:00:+1400; do
+        before=$(date +%s%3N)
+        run --separate-stderr -0 "$MONITOR" --count 1 --interval 0.001 --offset "${zone%:*}"
+        after=$(date +%s%3N)
+        time=${lines[1]%% *}
+        [[ $time =~ ^$TIME ]]
+        [ "${time:23}" = "${zone##*:}" ]
+        moment=$(milliseconds "$time")
+        ((moment >= before && moment <= after))
+        [[ ${lines[0]} =~ $HEADER ]]
+        [ "${#lines[1]}" -eq "${#lines[0]}" ]
+    done
+}
+
+@test "a pipe sees each row at once" {
+    exec 5< <(exec "$MONITOR" --interval 0.5 3>&-)
+    pid=$!
+    read -r -t 20 -u 5 header
+    [[ $header =~ $HEADER ]]
+    read -r -t 20 -u 5 row
+    [[ $row =~ $ROW ]]
+    exec 5<&-
+    kill -TERM "$pid"
+}
+
+@test "the disk is that of the path" {
+    # A file system of the kernel's own has no blocks: all of it is in use.
+    run --separate-stderr -0 "$MONITOR" --count 1 --interval 0.001 --path /proc
+    [[ ${lines[0]} =~ "free MiB" ]]
+    [[ ${lines[1]} =~ ^${TIME}Z\ +$NUMBER\ +$NUMBER\ +100\.0\ +0\.0\ +$UPTIME$ ]]
+}
+
+# ---- a path that cannot be read
+
+@test "an unreadable path is told of once, and its values are null" {
+    run --separate-stderr -0 "$MONITOR" --count 3 --interval 0.05 --path /nowhere/at/all
+    [ "$stderr" = "monitor: /nowhere/at/all: No such file or directory" ]
+    [ "${#lines[@]}" -eq 4 ]
+    [[ ${lines[0]} =~ $HEADER ]]
+    for row in "${lines[@]:1}"; do
+        [[ $row =~ $ROW_WITHOUT_DISK ]]
+        [ "${#row}" -eq "${#lines[0]}" ]
+    done
+}
+
+@test "each change of a path's error is told of" {
+    cd "$BATS_TEST_TMPDIR"
+    mkdir -p folder/there
+    touch file
+    # Renamed into its place, a link changes in one step.
+    ln -s folder link-to-folder
+    ln -s file link-to-file
+    "$MONITOR" --interval 0.05 --path here/there >table 2>messages 3>&- &
+    pid=$!
+    await_row table "$ROW_WITHOUT_DISK"
+    mv -T link-to-folder here
+    await_row table "$ROW"
+    mv -T link-to-file here
+    await_row table "$ROW_WITHOUT_DISK"
+    kill -TERM "$pid"
+    wait "$pid"
+    diff messages - <<'END'
+monitor: here/there: No such file or directory
+monitor: here/there: readable again
+monitor: here/there: Not a directory
+END
+}
+
+# ---- the end
+
+# Interrupts a monitor in a wait of an hour.
+interrupted_in_its_wait_by() {
+    cd "$BATS_TEST_TMPDIR" || return
+    "$MONITOR" --interval 3600 >table 2>messages 3>&- &
+    pid=$!
+    await_lines table 1
+    kill "-$1" "$pid"
+    wait "$pid"
+    [ "$(wc -l <table)" -eq 1 ]
+    [ ! -s messages ]
+}
+
+# A shell starts its background jobs with SIGINT ignored, which must not matter.
+@test "SIGINT ends a wait, with status 0" {
+    interrupted_in_its_wait_by INT
+}
+
+@test "SIGTERM ends a wait, with status 0" {
+    interrupted_in_its_wait_by TERM
+}
+
+@test "an interrupted table ends with a whole row" {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 0.001 >table 3>&- &
+    pid=$!
+    await_lines table 50
+    kill -INT "$pid"
+    wait "$pid"
+    [ "$(tail -c 1 table)" = "" ]
+    [[ $(tail -n 1 table) =~ $ROW ]]
+    run ! grep -Evn "$ROW" <(tail -n +2 table)
+}
+
+@test "a reader that has stopped reading does not hold an interrupted monitor" {
+    cd "$BATS_TEST_TMPDIR"
+    mkfifo pipe
+    exec 4<>pipe
+    run ! dd if=/dev/zero of=pipe bs=4096 oflag=nonblock # until the pipe is full
+    "$MONITOR" --interval 0.001 >pipe 3>&- 4>&- &
+    pid=$!
+    # SIGINT and SIGTERM are held back: it has begun to wait.
+    until grep -q '^SigBlk:.*4002$' "/proc/$pid/status"; do sleep 0.05; done
+    sleep 0.2
+    kill -TERM "$pid"
+    wait "$pid"
+    exec 4<&-
+}
+
+@test "a full disk ends it with a message and status 1" {
+    for options in '--count 3 --interval 0.05' --help --version; do
+        # shellcheck disable=SC2086 # the options are words
+        run --separate-stderr -1 bash -c '"$@" >/dev/full' bash "$MONITOR" $options
+        [ "$stderr" = "monitor: cannot write to standard output: No space left on device" ]
+    done
+}
+
+@test "a file that may not grow ends it with a message and status 1" {
+    cd "$BATS_TEST_TMPDIR"
+    run --separate-stderr -1 env --default-signal=XFSZ bash -c \
+        'ulimit -f 1; "$1" --interval 0.001 >table' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot write to standard output: File too large" ]
+}
+
+@test "a closed pipe ends it with a message and status 1" {
+    cd "$BATS_TEST_TMPDIR"
+    { env --default-signal=PIPE "$MONITOR" --interval 0.05 2>messages || echo $? >status; } |
+        head -n 2 >table
+    [ "$(cat status)" = 1 ]
+    [ "$(cat messages)" = "monitor: cannot write to standard output: Broken pipe" ]
+    [[ $(tail -n 1 table) =~ $ROW ]]
+}
+
+@test "closed descriptors are no place for the table" {
+    run --separate-stderr -1 bash -c '"$1" --count 1 --interval 0.001 >&-' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot write to standard output: Bad file descriptor" ]
+    run --separate-stderr -1 bash -c '"$1" --count 1 --interval 0.001 <&- >&-' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot write to standard output: Bad file descriptor" ]
+    run -0 bash -c '"$1" --count 1 --interval 0.001 --path /nowhere 2>&-' bash "$MONITOR"
+    [[ ${lines[1]} =~ $ROW_WITHOUT_DISK ]]
+}
+
+# ---- progress
+
+# Runs a command line, in which $MONITOR stands for the program, on a terminal.
+on_terminal() {
+    TERM=${2-xterm} SHELL=/bin/sh script -qec "$1" /dev/null </dev/null
+}
+
+@test "a terminal shows progress, and no trace of it remains" {
+    run -0 on_terminal '"$MONITOR" --count 2 --interval 0.1'
+    erase=$'\r\033[K'
+    [[ $output == *"${erase}"*"readings: 0 of 2; Ctrl-C ends"*"${erase}"[0-9]* ]]
+    [[ $output == *"readings: 1 of 2; Ctrl-C ends"* ]]
+    [[ $output == *"$erase" ]]
+    # What is left on each line after its last erasure is the table.
+    mapfile -t shown < <(sed -e 's/\r$//' -e 's/.*\r\x1b\[K//' <<<"$output")
+    [ "${#shown[@]}" -eq 4 ]
+    [[ ${shown[0]} =~ $HEADER ]]
+    [[ ${shown[1]} =~ $ROW ]]
+    [[ ${shown[2]} =~ $ROW ]]
+    [ "${shown[3]}" = "" ]
+}
+
+@test "progress without an end has no total" {
+    run -0 on_terminal 'timeout -s INT 2 "$MONITOR" --interval 0.1 || [ $? -eq 124 ]'
+    [[ $output == *"readings: 1; Ctrl-C ends"* ]]
+}
+
+@test "a message erases the progress line first" {
+    cd "$BATS_TEST_TMPDIR"
+    mkdir here
+    : >table
+    run -0 on_terminal '
+        (until [ "$(wc -l <table)" -ge 3 ]; do sleep 0.05; done; rmdir here) &
+        "$MONITOR" --count 10 --interval 0.2 --path here >table'
+    [[ $output == *$'Ctrl-C ends\033[?7h\r\033[Kmonitor: here: No such file or directory\r\n'* ]]
+}
+
+@test "progress goes to standard error alone" {
+    cd "$BATS_TEST_TMPDIR"
+    run -0 on_terminal '"$MONITOR" --count 2 --interval 0.05 >table'
+    [[ $output == *"readings: 1 of 2; Ctrl-C ends"* ]]
+    [ "$(wc -l <table)" -eq 3 ]
+    run ! grep -E 'readings|[[:cntrl:]]' table
+}
+
+@test "no progress without a terminal at standard error, or on a dumb one" {
+    run -0 on_terminal '"$MONITOR" --count 2 --interval 0.05 2>/dev/null'
+    [ "${#lines[@]}" -eq 3 ]
+    [[ $output != *readings* && $output != *$'\033'* ]]
+    run -0 on_terminal '"$MONITOR" --count 2 --interval 0.05' dumb
+    [ "${#lines[@]}" -eq 3 ]
+    [[ $output != *readings* && $output != *$'\033'* ]]
+}
