@@ -31,11 +31,11 @@ long extractInt64(std::wstring const& text) {
     return value;
 }
 
-// Owns one case: an optional sign and 1 to 18 digits, nothing else. No standard locale reads those
-// differently, and 18 digits cannot overflow.
+// Owns one case: an optional sign and up to 18 digits, nothing else. No standard locale reads those
+// differently, no digits are 0 in all of them, and 18 cannot overflow.
 std::optional<long> plainDecimal(std::wstring_view text) noexcept {
     bool const minus = takeSign(text);
-    if (text.empty() || text.size() > 18) return std::nullopt;
+    if (text.size() > 18) return std::nullopt;
     long value = 0;
     for (wchar_t const c : text) {
         if (!isDigit(c)) return std::nullopt;
