@@ -1,4 +1,6 @@
 #include <climits>
+#include <cmath>
+#include <cstdlib>
 #include <functional>
 #include <locale>
 #include <optional>
@@ -79,26 +81,35 @@ TEST(VariantAllocation, IsNoneForReadingNumbers) {
 
 TEST(VariantAllocation, IsNoneForReadingPlainDigits) {
     ScopedLocale const foreign("de_DE.UTF-8");  // which has no say in them
-    Variant const digits(L"-123456789012345678");
-    EXPECT_EQ(allocationsOf([&digits] {
-                  EXPECT_EQ(digits.toInt64(), -123456789012345678);
-                  EXPECT_EQ(digits.toDouble(), -123456789012345678.0);
-                  EXPECT_TRUE(digits.toBool());
-              }),
-              0);
-}
-
-TEST(VariantAllocation, IsNoneForTheNarrowTextOfANumber) {
-    ScopedLocale const classic("C");
-    for (Variant const& number : someNumbers()) {
-        SCOPED_TRACE(number.type());
-        EXPECT_EQ(allocationsOf([&number] {
-                      static_cast<void>(number.toString());
-                      static_cast<void>(number.convertToStringSBC(1033));
-                      static_cast<void>(number.toStringSBC(1033));
-                      static_cast<void>(static_cast<char const*>(number));
+    for (wchar_t const* const text :
+         {L"123456789012345678", L"-123456789012345678", L"+123456789012345678"}) {
+        Variant const digits(text);
+        EXPECT_EQ(allocationsOf([&digits] {
+                      EXPECT_EQ(std::abs(digits.toInt64()), 123456789012345678);
+                      EXPECT_EQ(std::abs(digits.toDouble()), 123456789012345680.0);
+                      EXPECT_TRUE(digits.toBool());
                   }),
                   0);
+    }
+}
+
+// Directly, where a stream would print plainly: its text would have to be allocated.
+TEST(VariantAllocation, IsNoneForTheNarrowTextOfANumber) {
+    std::locale const classic = std::locale::classic();
+    for (std::locale const& plain :
+         {classic, std::locale(classic, "de_DE.UTF-8", std::locale::ctype),
+          std::locale(std::locale("de_DE.UTF-8"), classic, std::locale::numeric)}) {
+        ScopedCppLocale const cpp(plain);
+        for (Variant const& number : someNumbers()) {
+            SCOPED_TRACE(number.type());
+            EXPECT_EQ(allocationsOf([&number] {
+                          static_cast<void>(number.toString());
+                          static_cast<void>(number.convertToStringSBC(1033));
+                          static_cast<void>(number.toStringSBC(1033));
+                          static_cast<void>(static_cast<char const*>(number));
+                      }),
+                      0);
+        }
     }
 }
 
