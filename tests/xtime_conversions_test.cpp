@@ -341,6 +341,7 @@ ReadFact const DATE_FACTS[] = {
     {"more leading zeros",                   "002024-0003-0005T0006:0008:0009", 1709618889},
     {"blanks before numbers",                " 2024- 3-\t5T 6: 8:\n9",          1709618889},
     {"signs",                                "+2024-+3-+5T06:08:09",            1709618889},
+ // KEPT(rest-is-ignored): behind any number that could be read.
     {"anything after the day",               "2024-03-05 or soT06:08:09",       1709618889},
     {"a second T is only a letter",          "2024-03-05T06:08:09T07:00",       1709618889},
     {"anything after the minute",            "2024-03-05T06:08 or so",          1709618880},

@@ -81,8 +81,8 @@ public:
 
     /// Sets this time to the system's real-time clock.
     /// Fails    with std::runtime_error "xtime_t::now - Error returned from clock_getttime: "
-    ///          followed by the text of errno; this time is unchanged then. Three t stand in the
-    ///          name: hosts compare the text. KEPT(clock-error-spelling)
+    ///          followed by the text of errno, in the language of the C locale; this time is unchanged
+    ///          then. Three t stand in the name: hosts compare the text. KEPT(clock-error-spelling)
     /// Source   POSIX clock_gettime, CLOCK_REALTIME
     void now();
 
@@ -101,7 +101,7 @@ public:
 
     /// This time as OpenVMS time, written to `ticks` and returned.
     /// Gives    ticks of 100 ns since 1858-11-17T00:00:00, rounded to the nearest, halves up.
-    /// Fails    never; beyond 64 bits it wraps.
+    /// Fails    never; before 1858-11-17 and from the year 60314 on it wraps to another count.
     /// Source   day zero of the Modified Julian Date, which is OpenVMS's; docs/time.md
     /// Example  (0 s, 50 ns) gives 35067168000000001
     unsigned long toVMSTime(unsigned long& ticks) const noexcept;
@@ -115,7 +115,8 @@ public:
     /// Fails    never.
     void fromVMSTime(unsigned long ticks) noexcept;
 
-    /// Sets this time from seconds of OpenVMS time, cut to whole ticks.
+    /// Sets this time from seconds of OpenVMS time, cut to whole ticks, and then as from ticks: before
+    /// 1970 this clears it. KEPT(vms-before-1970-clears)
     /// Fails    never. A tick count that does not fit is converted as `Variant` converts a Double to
     ///          an unsigned 64-bit integer, so a negative or NaN one is a huge count, not an early
     ///          time. KEPT(uint64-from-floating)
@@ -124,8 +125,8 @@ public:
     /// ISO 8601-like text, "2024-03-05T07:08:09.250+0100".
     /// Takes    applyOffset: whether the offset takes part at all; offsetSeconds: east of UTC,
     ///          ignored without applyOffset; options: with 'I' anywhere in it no fraction is shown.
-    /// Gives    date, "T" and time of day, shifted by the offset; years outside 0 to 9999 have as
-    ///          many digits, and a sign, as they need. Nanoseconds beyond a second are carried.
+    /// Gives    date, "T" and time of day, shifted by the offset; a year is padded with zeros to
+    ///          four characters, a sign included (-1 reads "-001"). Nanoseconds beyond a second are carried.
     ///          Then the fraction: the decimal point of the C locale and three digits, which are the
     ///          first three of six rounded decimals of a float; so 123999999 ns reads ".124", and
     ///          from 999999521 ns on ".000" without a carry. KEPT(fraction-of-six-decimals) Of a
@@ -143,18 +144,22 @@ public:
     ///          0..59 and, if given, seconds from 0 to below 60, read as a float; a leap second is
     ///          refused. Zone: after '+' or '-' "hh:mm", "hhmm" or "hh", hours to 23, minutes to 59;
     ///          else UTC. At most 63 bytes count, 31 of them after the "T", 15 in the zone; a zero
-    ///          byte ends the text.
+    ///          byte ends the text. What stands behind the day, the minutes, the seconds or the zone's
+    ///          digits is ignored, and seconds that are no number are 0: true does not say that the
+    ///          whole text was a time. KEPT(rest-is-ignored)
     /// Gives    true when the text was read. The zone's minutes are subtracted whatever the sign of
     ///          its hours, so -05:30 moves by 4 h 30 min. KEPT(zone-minutes-subtracted) A time that
-    ///          `mktimeEx` refuses, such as one after 2038-01-19T03:14:07 UTC, is stored as -1
-    ///          seconds, and the result is true. KEPT(refused-time-is-minus-one) Nanoseconds are the
+    ///          `mktimeEx` refuses, after 2038-01-19T03:14:07 UTC or moved before 1970 by its zone, is
+    ///          stored as -1 seconds, and the result is true. KEPT(refused-time-is-minus-one) Nanoseconds are the
     ///          float's fraction, cut.
     /// Fails    with false; this time is not set then. Nothing is thrown.
     bool fromString(std::string const& text) noexcept;
 
     /// "20240305060809", of the time rounded to the nearest second: exactly half a second goes down,
-    /// where `operator long` goes up. KEPT(half-a-second-down)
+    /// where `operator long` goes up. KEPT(half-a-second-down) Nanoseconds beyond a second count as
+    /// one second here and there, unlike in `toString`.
     /// Gives    what `timeToYYYYString` gives.
+    /// Fails    as `timeToYYYYString` does.
     std::string toYYYYString() const;
 
     /// Seconds since 1970, rounded to the nearest: half a second goes up, where `toYYYYString` goes

@@ -1,5 +1,6 @@
 #include "utillibrary/datatypes/xtime_conversions.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -47,7 +48,8 @@ char* writeDateAndTime(char* out, BrokenDownTime const& t) noexcept {
     return writeTwoDigits(out, natural(t.second));
 }
 
-// The fraction as the rest of the library's world shows it, four bytes from the second on.
+// The fraction as printf shows it, under whatever decimal point there is: four bytes from the second
+// on.
 // KEPT(fraction-of-six-decimals): the format says six decimals, then "1.3", and stays that way.
 char* writePrintedFraction(char* out, float fraction) noexcept {
     char printed[16];
@@ -131,6 +133,7 @@ std::optional<WrittenTime> scanWritten(std::string const& text) noexcept {
     WrittenTime written;
     Piece const date(whole.substr(0, split), 63);
     Piece const time(clock.substr(0, zone), 31);
+    // KEPT(rest-is-ignored): numbers are counted; nobody asks where the last one ended.
     if (std::sscanf(date.text(), "%d-%d-%d", &written.year, &written.month, &written.day) != 3 ||
         std::sscanf(time.text(), "%d:%d:%f", &written.hour, &written.minute, &written.second) < 2 ||
         !scanZone(Piece(clock.substr(zone), 15).text(), written)) {

@@ -9,10 +9,10 @@
 namespace com::halvorin::utilities {
 
 /// Seconds since 1970 as fourteen digits in UTC, "20240305060809".
-/// Gives    year, month, day, hour, minute, second. A year below 1000 is padded with blanks, not
-///          zeros, to four characters; one outside 0 to 9999 takes as many as it needs.
+/// Gives    year, month, day, hour, minute, second. A year below 1000, a negative one too, is padded
+///          with blanks, not zeros, to four characters; a longer one takes as many as it needs.
 ///          KEPT(blank-padded-year)
-/// Fails    never.
+/// Fails    never, but for std::bad_alloc, which only a year of six characters or more can meet.
 UTILLIBRARY_EXPORT std::string timeToYYYYString(long seconds);
 
 /// Fourteen digits, read as UTC, as seconds since 1970.
@@ -25,6 +25,7 @@ UTILLIBRARY_EXPORT std::string timeToYYYYString(long seconds);
 UTILLIBRARY_EXPORT long YYYYStringTotime(std::string const& text);
 
 /// The time in ISO form with milliseconds and "Z": `time.toString(true, 0, "")`.
+/// Fails    never, but for std::bad_alloc.
 /// Example  (0 s, 0 ns) gives "1970-01-01T00:00:00.000Z"
 UTILLIBRARY_EXPORT std::string to_string(datatypes::xtime_t const& time);
 

@@ -8,10 +8,10 @@ namespace com::halvorin::utilities {
 
 // Cheap readings of the Linux machine that the host runs on.
 //
-// Percentages are 0 to 100 wherever the kernel reports no more free than there is. Nothing is logged,
+// Percentages are 0 to 100, but for `diskSpace` where its two block sizes differ. Nothing is logged,
 // thrown or allocated; no locale takes part. An object remembers the previous processor reading, so
 // one object belongs to one thread at a time; all else keeps no state. A copy goes on from the same
-// previous reading.
+// previous reading. A thread must not be cancelled (pthread_cancel) inside: that ends the process.
 //     SysStats machine;
 //     sleep(1);
 //     float busy = machine.systemCPU();   // of that second
@@ -23,13 +23,13 @@ public:
     /// RAM in use.
     /// Gives    percent; memory that the kernel uses as buffer and cache counts as used.
     ///          KEPT(cache-counts-as-used) 100 where the kernel reports no memory at all.
-    /// Fails    never.
+    /// Fails    with 100 should the kernel not answer.
     /// Source   sysinfo(2)
     float systemMemory() const noexcept;
 
     /// Space on the file system that holds a path.
     /// Takes    path: any file or directory there; a zero byte ends it.
-    /// Gives    0; percent in use, and free: the bytes that an unprivileged user may still write.
+    /// Gives    0; percent in use, and free: the bytes open to an unprivileged user.
     ///          The total is counted in fragments and the free space in blocks of the file system's
     ///          preferred size, as the fields stand. KEPT(two-block-sizes) Should free come out
     ///          above the total, their difference wraps, and percent is far above 100. 100 percent
@@ -56,7 +56,7 @@ public:
 
     /// Seconds since boot, suspended time included.
     /// Gives    whole seconds as a float, rounded up by the kernel.
-    /// Fails    never.
+    /// Fails    with 0 should the kernel not answer.
     /// Source   sysinfo(2)
     float uptime() const noexcept;
 

@@ -35,7 +35,7 @@ struct CivilDate {
 
 inline constexpr unsigned long DAYS_PER_ERA = 146097;  // 400 years
 inline constexpr unsigned long YEARS_PER_ERA = 400;
-// Moves every date of a 64-bit second to the positive side: 3.2e11 years, where 2^63 s are 2.93e11.
+// Moves every date of a 64-bit second to the positive side: 3.2e11 years, where 2^63 s are 2.92e11.
 inline constexpr unsigned long ERAS_SHIFTED = 800'000'000;
 // From the shifted origin, 1 March of the year 0 of that many eras before, to 1 January 1970.
 inline constexpr unsigned long DAYS_SHIFTED = ERAS_SHIFTED * DAYS_PER_ERA + 719468;
