@@ -104,6 +104,12 @@ IntegerFact const INTEGER_FACTS[] = {
     reads("only its low byte is a Boolean", slot(12, 0xFFFFFFFFFFFFFF00), {0, 0, 0, 0, 0, 0, 0, 0}),
     reads("a type reads its own width of the slot", slot(1, 0x1111111111111142),
           {0x42, 0x42, 0x42, 0x42, 0x42, 0x42, 0x42, 0x42}),
+    reads("a Uint16 in a full slot", slot(2, 0xFFFFFFFFFFFF0001), {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("a Uint32 in a full slot", slot(3, 0xFFFFFFFF00000001), {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("a Byte in a full slot", slot(4, 0xFFFFFFFFFFFFFF01), {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("an Int16 in a full slot", slot(5, 0xFFFFFFFFFFFF0001), {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("an Int32 in a full slot", slot(6, 0xFFFFFFFF00000001), {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("a Float in a full slot", slot(7, 0xFFFFFFFF3F800000), {1, 1, 1, 1, 1, 1, 1, 1}),
     reads("300.7 as a small integer", 300.7, {44, 44, 300, 300, 300, 300, 300, 300}),
     reads("-1.5 is cut toward zero", -1.5,
           {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
@@ -567,7 +573,7 @@ TEST(VariantNumbers, IsSilentWhereThereIsAValue) {
 // Stands for what is wrong with a host's output.
 class FailingOutput : public CapturedOutput {
 public:
-    enum class Failure { REFUSES, CANNOT_FLUSH, THROWS, HAS_NO_MEMORY };
+    enum class Failure { REFUSES, CANNOT_FLUSH, THROWS, THROWS_A_NUMBER, HAS_NO_MEMORY };
 
     explicit FailingOutput(Failure failure) : failure_(failure) {
         std::cout.exceptions(std::ios_base::badbit | std::ios_base::failbit |
@@ -580,6 +586,7 @@ public:
 protected:
     std::streamsize xsputn(char const* text, std::streamsize size) override {
         if (failure_ == Failure::THROWS) throw std::runtime_error("no output");
+        if (failure_ == Failure::THROWS_A_NUMBER) throw 42;
         if (failure_ == Failure::HAS_NO_MEMORY) throw std::bad_alloc();
         return failure_ == Failure::REFUSES ? 0 : CapturedOutput::xsputn(text, size);
     }
@@ -592,8 +599,8 @@ private:
 // What used to come out: the exception that a host's own buffer throws.
 TEST(VariantNumbers, DoesNotThrowWhenStandardOutputDoes) {
     using Failure = FailingOutput::Failure;
-    for (Failure const failure :
-         {Failure::REFUSES, Failure::CANNOT_FLUSH, Failure::THROWS, Failure::HAS_NO_MEMORY}) {
+    for (Failure const failure : {Failure::REFUSES, Failure::CANNOT_FLUSH, Failure::THROWS,
+                                  Failure::THROWS_A_NUMBER, Failure::HAS_NO_MEMORY}) {
         for (Conversion const& conversion : CONVERSIONS) {
             SCOPED_TRACE(conversion.name);
             SCOPED_TRACE(static_cast<int>(failure));

@@ -1,6 +1,7 @@
 #include <cfloat>
 #include <climits>
 #include <cmath>
+#include <locale>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -149,6 +150,25 @@ TEST(VariantNumbersText, ReadsTextAsIntegerUnderTheGlobalCppLocale) {
         ScopedCLocale const c(row.cLocale);
         expectIntegers(Variant(row.text), lowBitsOf(row.value));
     }
+}
+
+// What a host of its own making says every number is.
+class AlwaysTheSame : public std::num_get<wchar_t> {
+    iter_type do_get(iter_type from, iter_type /*end*/, std::ios_base& /*stream*/,
+                     std::ios_base::iostate& /*state*/, long& value) const override {
+        value = 777;
+        return from;
+    }
+};
+
+// KEPT(plain-digits): a sign and 18 digits at the most are read without it.
+TEST(VariantNumbersText, AsksTheFacetsOfAHostForAllButPlainDigits) {
+    ScopedCppLocale const cpp(std::locale(std::locale::classic(), new AlwaysTheSame));
+    EXPECT_EQ(Variant(L"42").toInt64(), 42);
+    EXPECT_EQ(Variant(L"-123456789012345678").toInt64(), -123456789012345678);
+    EXPECT_EQ(Variant(L"1234567890123456789").toInt64(), 777);
+    EXPECT_EQ(Variant(L" 42").toInt64(), 777);
+    EXPECT_EQ(Variant(L"").toInt64(), 0);
 }
 
 // ---- text to floating values

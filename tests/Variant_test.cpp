@@ -149,7 +149,7 @@ TEST(Variant, IsBuiltFromEachKindOfValueAlone) {
     }
 }
 
-// KEPT(clear-keeps-time): so does every assignment, which begins with clearing.
+// KEPT(clear-keeps-time): so does every assignment, but that of a time or of another Variant.
 TEST(Variant, TakesEachKindOfValueInPlaceOfAnEarlierOne) {
     for (Given const& row : GIVEN) {
         SCOPED_TRACE(row.fact);
@@ -495,6 +495,11 @@ TEST(Variant, FindsItsOwnWideTextEmptied) {
         Variant whole(text);
         whole.assign(whole.wText);
         expectValue(whole, 9, 0, L"");
+        Variant cleared(text);
+        wchar_t const* const left = cleared.wText.c_str() + 1;
+        cleared.clear();
+        cleared.assign(left);
+        expectValue(cleared, 9, 0, L"");
     }
 }
 

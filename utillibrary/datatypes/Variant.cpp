@@ -160,9 +160,11 @@ void Variant::assign(double value) noexcept { assignScalar(*this, value, DOUBLE)
 void Variant::assign(bool value) noexcept { assignScalar(*this, value, BOOLEAN); }
 
 void Variant::assign(wchar_t const* text) {
-    // Clearing empties this object's own text, to the pointer's eyes as well.
+    // Clearing empties this object's own text, to the pointer's eyes as well; what an earlier text
+    // has left behind it counts as its own.
     std::less_equal<> const notAfter;
-    bool const own = notAfter(wText.data(), text) && notAfter(text, wText.data() + wText.size());
+    bool const own =
+        notAfter(wText.data(), text) && notAfter(text, wText.data() + wText.capacity());
     clear();
     wText.assign(own ? L"" : text);
     dataType = STRING;

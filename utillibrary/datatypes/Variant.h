@@ -23,7 +23,8 @@ using VariantType = int;
 //     std::string text = v.toString();    // "3.7"
 //
 // Conversions exist twice, as a named member and as an operator that does the same. They never check
-// a range and never throw, save std::bad_alloc where text is made or is read under a foreign locale.
+// a range and never throw, save std::bad_alloc where text is made, or where text that is more than a
+// sign and 18 digits is read as an integer.
 // NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): a copy normalises, so moves are copies.
 class UTILLIBRARY_EXPORT Variant {
 public:
@@ -53,6 +54,8 @@ public:
 
     // ---- questions
 
+    // Fails        never, where a line does not say otherwise.
+
     /// The type number, as above.
     VariantType type() const noexcept;
     /// Whether the type is 14.
@@ -73,10 +76,12 @@ public:
 
     /// Back to type 0, `uVal` all zero, `wText` empty. `timeVal`, `wTextAux` and `sbcText` are left,
     /// so that `toXtime_t` still gives an earlier time. KEPT(clear-keeps-time)
+    /// Fails    never.
     /// Cost     keeps the text's memory for the next text.
     void clear() noexcept;
 
     /// Type 14, after `clear`.
+    /// Fails    never.
     void makeNull() noexcept;
 
     /// Clears this object, stores the value in the low bytes of `uVal` at its own width, and sets
@@ -95,7 +100,8 @@ public:
     void assign(bool value) noexcept;            // 12, as one byte 0 or 1
 
     /// Clears this object, stores the characters up to the terminating zero, and sets type 9.
-    /// Takes    text: not null; a pointer into this object's own `wText` finds it emptied already.
+    /// Takes    text: not null; a pointer into this object's own `wText`, or into what is left of an
+    ///          earlier text there, finds it emptied already.
     /// Fails    with std::bad_alloc; this object is cleared then.
     void assign(wchar_t const* text);
     /// The same for the whole text, zero characters included.
@@ -123,11 +129,12 @@ public:
     /// Fails    with std::bad_alloc, beside the source's type and `uVal` and an empty or copied text.
     void assign(Variant const& other);
 
-    /// Copies the source's whole 8-byte slot; this object's type stays.
+    /// Copies the source's whole 8-byte slot; this object's type stays, and reads its own width of it.
+    /// Fails    never.
     void copyUVal(Variant const& other) noexcept;
 
-    /// Each like the `assign` of its argument. There is none for text objects: they come in through
-    /// a temporary Variant, or better through `assign`.
+    /// Each like the `assign` of its argument. There is none for text objects: they come in through a
+    /// temporary Variant, whose unset time and empty `wTextAux` come along, or better through `assign`.
     Variant& operator=(wchar_t const* text);
     Variant& operator=(char const* text);
     Variant& operator=(float value) noexcept;
@@ -158,12 +165,17 @@ public:
     //   String     formatted extraction of a long under the global C++ locale, in base ten: blanks
     //              and a sign first, then digits; the rest is ignored. No digits give 0; beyond 64
     //              bits the nearer end counts, for unsigned long too. KEPT(text-is-read-as-int64)
-    //              Then its low N bits.
+    //              Then its low N bits. A sign and up to 18 digits, which every locale of the system
+    //              reads alike, are read so whatever facets a host has made. KEPT(plain-digits)
     //   Null       0
     //   no value (type 0, or a number outside 0 to 14)
     //              0, after one line on standard output: "com::halvorin::utility::Variant::convert::
-    //              Failed to convert data type because type is not supported", in one piece. The
-    //              namespace in it is spelled so. KEPT(message-says-utility)
+    //              Failed to convert data type because type is not supported", without the break that
+    //              it has here, and flushed. The namespace in it is spelled so.
+    //              KEPT(message-says-utility) It goes to std::cout without a lock: threads that may
+    //              meet it need that stream synchronised with stdio, as it is unless a host says
+    //              otherwise.
+    // Fails        as the class says.
 
     unsigned char toUbyte() const;
     char toByte() const;
@@ -182,7 +194,7 @@ public:
 
     /// Whether a number or a DateTime's OpenVMS seconds are not zero (NaN is not). A String is judged
     /// by its first character, Y y T t for true and F f N n for false, and any other text by whether
-    /// `wcstol` in base ten finds a number other than 0. KEPT(first-letter-decides) Null and no value
+    /// `wcstol` in base ten finds a number other than 0 under the C locale. KEPT(first-letter-decides) Null and no value
     /// as the integers have it.
     bool toBool() const;
 
@@ -233,6 +245,8 @@ public:
     //
     // localeId is accepted and ignored; 1033 is what the entries without one pass.
     // KEPT(locale-id-is-ignored)
+    //
+    // Fails        with std::bad_alloc, and never with a text cut short; `sbcText` is as it was then.
 
     std::wstring convertToString(unsigned int localeId) const;
     /// Narrowed: each character's low 8 bits, so U+20AC becomes 0xAC. KEPT(low-eight-bits)

@@ -1,4 +1,5 @@
 #include <cwchar>
+#include <cxxabi.h>
 #include <exception>
 #include <iostream>
 #include <string_view>
@@ -28,7 +29,9 @@ void reportNoValue() {
     try {
         std::cout.write(NO_VALUE.data(), NO_VALUE.size());
         std::cout << std::endl;  // NOLINT(performance-avoid-endl): flushed on purpose
-    } catch (std::exception const&) {
+    } catch (abi::__forced_unwind const&) {
+        throw;  // the thread is being cancelled
+    } catch (...) {
         // The stream remembers that it failed.
         return;
     }
