@@ -98,6 +98,7 @@ TEST(VariantAllocation, IsNoneForTheNarrowTextOfANumber) {
     std::locale const classic = std::locale::classic();
     for (std::locale const& plain :
          {classic, std::locale(classic, "de_DE.UTF-8", std::locale::ctype),
+          std::locale(classic, new std::ctype_byname<wchar_t>("de_DE.UTF-8")),
           std::locale(std::locale("de_DE.UTF-8"), classic, std::locale::numeric)}) {
         ScopedCppLocale const cpp(plain);
         for (Variant const& number : someNumbers()) {
