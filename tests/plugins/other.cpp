@@ -1,0 +1,3 @@
+// Another shared object, with the same names.
+
+extern "C" int pluginAnswer() { return 43; }
