@@ -142,7 +142,7 @@ TEST(VariantTextRandom, PrintsDoublesAsAStreamDoes) {
     Variant variant;
     ScopedLocale const classic("C");
     Printer printer;
-    for (int i = 0; i < cases(2'000'000); ++i) {
+    for (int i = 0; i < cases(1'000'000); ++i) {
         ASSERT_NO_FATAL_FAILURE(expectDoublePrinted(variant, printer, someDouble(engine)));
     }
 }
@@ -155,10 +155,10 @@ TEST(VariantTextRandom, PrintsNumbersAsAStreamDoesInEveryLocale) {
         SCOPED_TRACE(name);
         ScopedCppLocale const cpp(name);
         Printer printer;
-        for (int i = 0; i < cases(100'000); ++i) {
+        for (int i = 0; i < cases(60'000); ++i) {
             ASSERT_NO_FATAL_FAILURE(expectDoublePrinted(variant, printer, someDouble(engine)));
         }
-        for (int i = 0; i < cases(20'000); ++i) {
+        for (int i = 0; i < cases(10'000); ++i) {
             std::uint64_t const bits = engine() >> (engine() % 64);
             ASSERT_NO_FATAL_FAILURE(expectOthersPrinted(variant, printer, bits)) << bits;
         }
@@ -192,7 +192,7 @@ TEST(VariantTextRandom, PrintsADateTimeAsTheTimeDoes) {
     for (std::string const& name : allLocales()) {
         SCOPED_TRACE(name);
         ScopedCLocale const c(name);
-        for (int i = 0; i < cases(100'000); ++i) {
+        for (int i = 0; i < cases(60'000); ++i) {
             xtime_t const time(static_cast<long>(engine() >> (engine() % 64)),
                                static_cast<unsigned int>(engine()));
             variant = time;

@@ -301,6 +301,16 @@ TEST(VariantAllocation, CutsNoNumberThatAStreamReads) {
     EXPECT_GT(expectWholeOrNone<long>([&] { return static_cast<long>(grouped); }, 1234567890), 0);
 }
 
+TEST(VariantAllocation, MayFailWhereTextIsMoreThanDigits) {
+    ScopedLocale const classic("C");
+    for (wchar_t const* const text : {L"  42", L"42 and more", L"1234567890123456789"}) {
+        Variant const variant(text);
+        EXPECT_TRUE(failsWithout(0, [&] { static_cast<void>(variant.toInt32()); }));
+        EXPECT_FALSE(failsWithout(0, [&] { static_cast<void>(variant.toDouble()); }));
+        EXPECT_FALSE(failsWithout(0, [&] { static_cast<void>(variant.toBool()); }));
+    }
+}
+
 TEST(VariantAllocation, CutsNoDateTime) {
     ScopedLocale const classic("C");
     Variant const time(xtime_t(1709618889, 250000000));
