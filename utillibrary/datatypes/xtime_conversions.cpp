@@ -212,18 +212,13 @@ private:
 
 constexpr std::array<double, 10> POWERS_OF_TEN = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
-// libc rounds a text to a float once. Digits and power are exact, so the quotient is off by one
-// rounding; making it a float is the second. The two together differ from the one only when the
-// quotient lies beside or upon the middle between two floats: then there is no answer.
-bool roundedOnce(double quotient, float& value) noexcept {
-    constexpr std::uint64_t DROPPED = (1UL << 29) - 1;  // 53 bits less 24
-    constexpr std::uint64_t MIDDLE = 1UL << 28;
-    std::uint64_t const dropped = std::bit_cast<std::uint64_t>(quotient) & DROPPED;
-    value = static_cast<float>(quotient);
-    return dropped < MIDDLE - 1 || dropped > MIDDLE + 1;
-}
-
 // "ss" or "ss.f", with one to nine digits after a point that libc reads as one.
+//
+// libc rounds such a text to a float once. Here digits and power are exact, their quotient is
+// rounded to a double, and that to a float. The two give the same, since no such text comes near a
+// middle between two floats: a middle is an odd multiple of a power of two from 2^-18 down, which
+// nine decimals never are, and the nearest of them stay 2^28 / 5^9 = 137 last places of a double
+// away. So the first rounding neither reaches nor crosses one.
 bool readSeconds(Reader& reader, float& value) noexcept {
     int whole = 0;
     if (!reader.twoDigits(whole)) return false;
@@ -236,8 +231,8 @@ bool readSeconds(Reader& reader, float& value) noexcept {
         if (places + 1 == POWERS_OF_TEN.size()) return false;
         digits = 10 * digits + digit;
     }
-    return places > 0 && decimalPointIsDot() &&
-           roundedOnce(static_cast<double>(digits) / POWERS_OF_TEN[places], value);
+    value = static_cast<float>(static_cast<double>(digits) / POWERS_OF_TEN[places]);
+    return places > 0 && decimalPointIsDot();
 }
 
 bool readZone(Reader& reader, WrittenTime& written) noexcept {
