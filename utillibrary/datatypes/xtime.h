@@ -107,6 +107,7 @@ public:
     unsigned long toVMSTime(unsigned long& ticks) const noexcept;
 
     /// OpenVMS time in seconds: the ticks, read as unsigned, as a double divided by 10000000.
+    /// Fails    never.
     double toVMSTime() const noexcept;
 
     /// Sets this time from OpenVMS ticks.
