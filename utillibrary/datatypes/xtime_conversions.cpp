@@ -155,7 +155,8 @@ public:
         // more than 9 for a digit, more than 0 for itself.
         std::uint64_t margins = 0;
         for (unsigned i = 0; i < 8; ++i) {
-            margins |= (pattern[i] == '0' ? 0x76UL : 0x7FUL) << (8 * i);
+            std::uint64_t const margin = pattern[i] == '0' ? 0x76 : 0x7F;
+            margins |= margin << (8 * i);
         }
         constexpr std::uint64_t TOP_BITS = 0x8080808080808080;
         matched_ = (((differences_ + margins) | differences_) & TOP_BITS) == 0;
