@@ -346,6 +346,7 @@ ReadFact const DATE_FACTS[] = {
     {"anything after the day",               "2024-03-05 or soT06:08:09",       1709618889},
     {"a second T is only a letter",          "2024-03-05T06:08:09T07:00",       1709618889},
     {"anything after the minute",            "2024-03-05T06:08 or so",          1709618880},
+    {"a blank before the seconds' colon",    "2024-03-05T06:08 :09",            1709618880},
     {"anything after the seconds",           "2024-03-05T06:08:09 or so",       1709618889},
 
     {"year 1970",                            "1970-01-01T00:00:01",             1         },
@@ -495,6 +496,41 @@ TEST(XtimeFromString, ReadsSecondsAsAFloat) {
     }
     // KEPT(refused-time-is-minus-one), of which the fraction remains.
     expectRead("2038-01-19T03:14:08.5Z", xtime_t(-1, 500000000));
+}
+
+struct RoundedSecondsFact {
+    char const* secondsText;
+    unsigned int nearest;
+    unsigned int upward;
+    unsigned int downward;
+};
+
+RoundedSecondsFact const ROUNDED_SECONDS_FACTS[] = {
+    {"09.1",       100000381, 100000381, 99999427 },
+    {"09.25",      250000000, 250000000, 250000000},
+    {"09.5",       500000000, 500000000, 500000000},
+    {"09.7",       699999809, 700000762, 699999809},
+    {"09.0000009", 953,       953,       0        },
+};
+
+void expectReadIn(int rounding, char const* secondsText, unsigned int nanoseconds) {
+    SCOPED_TRACE(rounding);
+    testing_support::ScopedRounding const scope(rounding);
+    expectRead("2024-03-05T06:08:"s + secondsText, xtime_t(SECONDS, nanoseconds));
+}
+
+TEST(XtimeFromString, ReadsSecondsInTheRoundingModeOfTheHost) {
+    ScopedCLocale const point("C");
+    for (RoundedSecondsFact const& row : ROUNDED_SECONDS_FACTS) {
+        SCOPED_TRACE(row.secondsText);
+        expectReadIn(FE_TONEAREST, row.secondsText, row.nearest);
+        expectReadIn(FE_UPWARD, row.secondsText, row.upward);
+        expectReadIn(FE_DOWNWARD, row.secondsText, row.downward);
+        expectReadIn(FE_TOWARDZERO, row.secondsText, row.downward);
+    }
+    // What rounds to 60 is refused, and down it does not.
+    testing_support::ScopedRounding const downward(FE_DOWNWARD);
+    expectRead("2024-03-05T06:08:59.9999999", xtime_t(1709618939, 999996185));
 }
 
 struct RefusedFact {
