@@ -1,7 +1,7 @@
 #include <array>
+#include <cfenv>
 #include <climits>
 #include <clocale>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,7 +13,6 @@
 #include <string_view>
 #include <type_traits>
 #include <typeinfo>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,11 @@
-#include <array>
-#include <bit>
 #include <cfloat>
 #include <chrono>
 #include <climits>
 #include <cmath>
-#include <concepts>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <functional>
 #include <limits>
 #include <ostream>
 #include <random>
@@ -16,6 +13,7 @@
 #include <string_view>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -98,18 +96,10 @@ static_assert(std::is_constructible_v<xtime_t, int, int>);
 static_assert(!std::is_constructible_v<xtime_t, long, unsigned int, int>);
 static_assert(!std::is_constructible_v<xtime_t, std::string>);
 
-// Braces take no number that a long cannot hold.
-template <typename From>
-concept FitsInBraces = requires(From from) {
-    xtime_t{from};
-};
-static_assert(FitsInBraces<long> && FitsInBraces<int> && FitsInBraces<unsigned int>);
-static_assert(!FitsInBraces<unsigned long> && !FitsInBraces<double>);
-
 // What a time turns into: every number, unless it is constant. KEPT(number-of-a-variable-time)
 template <typename To>
 constexpr bool OF_A_VARIABLE_TIME =
-    std::is_convertible_v<xtime_t&, To>&& std::is_convertible_v<xtime_t, To>;
+    std::conjunction_v<std::is_convertible<xtime_t&, To>, std::is_convertible<xtime_t, To>>;
 template <typename To>
 constexpr bool OF_A_CONSTANT_TIME =
     std::is_convertible_v<xtime_t const&, To> || std::is_convertible_v<xtime_t const, To> ||
@@ -127,40 +117,30 @@ static_assert(noexcept(static_cast<long>(std::declval<xtime_t&>())));
 
 // A constant time compares with a number, which becomes a time; for a variable one both could turn
 // into the other, and neither is better. KEPT(number-of-a-variable-time)
-template <typename Left, typename Right>
-concept Compares = requires(Left left, Right right) {
-    { left == right }
-    noexcept->std::same_as<bool>;
-    { left != right }
-    noexcept->std::same_as<bool>;
-    { left < right }
-    noexcept->std::same_as<bool>;
-    { left > right }
-    noexcept->std::same_as<bool>;
-    { left <= right }
-    noexcept->std::same_as<bool>;
-    { left >= right }
-    noexcept->std::same_as<bool>;
+template <typename... Relations>
+struct RelationsOf {
+    template <typename Left, typename Right>
+    static constexpr bool ALL = (std::is_nothrow_invocable_r_v<bool, Relations, Left, Right> &&
+                                 ...);
+    template <typename Left, typename Right>
+    static constexpr bool ANY = (std::is_invocable_v<Relations, Left, Right> || ...);
 };
+using SixRelations = RelationsOf<std::equal_to<>, std::not_equal_to<>, std::less<>, std::greater<>,
+                                 std::less_equal<>, std::greater_equal<>>;
 template <typename Left, typename Right>
-concept ComparesInAnyWay = requires(Left left, Right right) {
-    left == right;
-}
-|| requires(Left left, Right right) { left != right; }
-|| requires(Left left, Right right) { left < right; }
-|| requires(Left left, Right right) { left > right; }
-|| requires(Left left, Right right) { left <= right; }
-|| requires(Left left, Right right) { left >= right; };
+constexpr bool COMPARES = SixRelations::ALL<Left, Right>;
+template <typename Left, typename Right>
+constexpr bool COMPARES_IN_ANY_WAY = SixRelations::ANY<Left, Right>;
 
-static_assert(Compares<xtime_t const&, xtime_t const&> && Compares<xtime_t&, xtime_t&>);
-static_assert(Compares<xtime_t&, xtime_t const&> && Compares<xtime_t, xtime_t>);
-static_assert(Compares<xtime_t const&, long> && Compares<long, xtime_t const&>);
-static_assert(Compares<xtime_t const&, int> && Compares<int, xtime_t const&>);
-static_assert(Compares<xtime_t const&, double> && Compares<double, xtime_t const&>);
-static_assert(!ComparesInAnyWay<xtime_t&, long> && !ComparesInAnyWay<long, xtime_t&>);
-static_assert(!ComparesInAnyWay<xtime_t&, int> && !ComparesInAnyWay<int, xtime_t&>);
-static_assert(!ComparesInAnyWay<xtime_t, long> && !ComparesInAnyWay<double, xtime_t&>);
-static_assert(!ComparesInAnyWay<xtime_t const&, std::string>);
+static_assert(COMPARES<xtime_t const&, xtime_t const&> && COMPARES<xtime_t&, xtime_t&>);
+static_assert(COMPARES<xtime_t&, xtime_t const&> && COMPARES<xtime_t, xtime_t>);
+static_assert(COMPARES<xtime_t const&, long> && COMPARES<long, xtime_t const&>);
+static_assert(COMPARES<xtime_t const&, int> && COMPARES<int, xtime_t const&>);
+static_assert(COMPARES<xtime_t const&, double> && COMPARES<double, xtime_t const&>);
+static_assert(!COMPARES_IN_ANY_WAY<xtime_t&, long> && !COMPARES_IN_ANY_WAY<long, xtime_t&>);
+static_assert(!COMPARES_IN_ANY_WAY<xtime_t&, int> && !COMPARES_IN_ANY_WAY<int, xtime_t&>);
+static_assert(!COMPARES_IN_ANY_WAY<xtime_t, long> && !COMPARES_IN_ANY_WAY<double, xtime_t&>);
+static_assert(!COMPARES_IN_ANY_WAY<xtime_t const&, std::string>);
 
 // ---- the two fields
 
