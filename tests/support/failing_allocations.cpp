@@ -8,12 +8,14 @@ namespace {
 
 bool watching = false;
 long count = 0;
+std::size_t bytes = 0;
 long failing = NO_ALLOCATION;
 
 }  // namespace
 
 AllocationWatch::AllocationWatch(long failingAllocation) noexcept {
     count = 0;
+    bytes = 0;
     failing = failingAllocation;
     watching = true;
 }
@@ -22,11 +24,16 @@ AllocationWatch::~AllocationWatch() { watching = false; }
 
 long watchedAllocations() noexcept { return count; }
 
+std::size_t watchedBytes() noexcept { return bytes; }
+
 }  // namespace testing_support
 
 void* operator new(std::size_t size) {
     using namespace testing_support;
-    if (watching && count++ == failing) throw std::bad_alloc();
+    if (watching) {
+        if (count++ == failing) throw std::bad_alloc();
+        bytes += size;
+    }
     void* const memory = std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <new>
 
 // Counts allocations, and lets one of them fail. A program that lists failing_allocations.cpp among
@@ -19,6 +20,9 @@ public:
 
 /// How many there were in the last scope, one that failed included.
 long watchedAllocations() noexcept;
+
+/// How many bytes they asked for, all together.
+std::size_t watchedBytes() noexcept;
 
 template <typename Work>
 long allocationsOf(Work const& work) {
