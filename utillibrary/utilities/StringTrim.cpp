@@ -1,0 +1,9 @@
+#include "utillibrary/utilities/StringTrim.h"
+
+#include "utillibrary/utilities/StringTrim_internal.h"
+
+namespace com::halvorin::utilities {
+
+std::string trim(std::string const& text) { return std::string(internal::trimmed(text)); }
+
+}  // namespace com::halvorin::utilities
