@@ -1,0 +1,17 @@
+#include "utillibrary/datatypes/String.h"
+
+namespace com::halvorin::datatypes {
+
+String::String() noexcept = default;
+
+// NOLINTNEXTLINE(modernize-pass-by-value): the interface takes texts by reference.
+String::String(std::string const& text) : value_(text) {}
+
+std::string String::operator()() const { return value_; }
+
+std::string String::operator()(std::string const& text) {
+    value_ = text;
+    return value_;
+}
+
+}  // namespace com::halvorin::datatypes
