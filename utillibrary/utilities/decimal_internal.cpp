@@ -3,6 +3,9 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstdio>
+
+#include "utillibrary/utilities/locale_internal.h"
 
 namespace com::halvorin::internal {
 
@@ -146,6 +149,12 @@ char* writeGeneral(char* out, double value) noexcept {
     }
     // The rest of the range, infinities and NaN: exact too, and three times as long.
     return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
+}
+
+// The direct road where libc would write the same, else libc itself.
+char* printGeneral(char* out, double value) noexcept {
+    if (decimalPointIsDot() && roundsToNearest()) return writeGeneral(out, value);
+    return out + std::snprintf(out, PRINTED_GENERAL_SIZE, "%g", value);
 }
 
 }  // namespace com::halvorin::internal

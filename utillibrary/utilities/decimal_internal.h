@@ -3,7 +3,7 @@
 #include <array>
 #include <cstring>
 
-// Digits, written once: whatever this library prints in decimal without asking a locale.
+// Digits, written once: whatever this library prints in decimal.
 // All writers take a position in the caller's buffer and give the position after what they wrote.
 namespace com::halvorin::internal {
 
@@ -33,5 +33,12 @@ inline constexpr std::size_t GENERAL_SIZE = 13;
 
 /// What `printf("%.6g")` writes in the C locale under round-to-nearest; needs GENERAL_SIZE bytes.
 char* writeGeneral(char* out, double value) noexcept;
+
+/// The same with room for the decimal point of any locale, and a terminating zero.
+inline constexpr std::size_t PRINTED_GENERAL_SIZE = 32;
+
+/// What `printf("%g")` writes under the C locale and in the rounding mode in force; needs
+/// PRINTED_GENERAL_SIZE bytes.
+char* printGeneral(char* out, double value) noexcept;
 
 }  // namespace com::halvorin::internal

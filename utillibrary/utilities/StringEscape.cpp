@@ -1,0 +1,267 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include "utillibrary/utilities/StringEscape_internal.h"
+#include "utillibrary/utilities/StringUtilities.h"
+#include "utillibrary/utilities/byte_class_internal.h"
+#include "utillibrary/utilities/bytes_internal.h"
+
+// The escaped form of texts, written. StringUnescape.cpp reads it.
+namespace com::halvorin::internal {
+
+namespace {
+
+// ---- writing
+
+// What one byte becomes, one to six characters, in a word that is stored whole: the characters from
+// its low end on, as a little-endian processor stores them, and their number in the top byte.
+using Escape = std::uint64_t;
+using EscapeTable = std::array<Escape, 256>;
+
+constexpr Escape makeEscape(std::string_view characters) noexcept {
+    Escape escape = characters.size();
+    escape <<= 56;
+    for (std::size_t i = 0; i < characters.size(); ++i) {
+        escape |= Escape{static_cast<unsigned char>(characters[i])} << (8 * i);
+    }
+    return escape;
+}
+
+constexpr std::size_t sizeOf(Escape escape) noexcept { return escape >> 56; }
+
+// The letter that names a byte after a backslash, or 0.
+constexpr char letterOf(unsigned byte) noexcept {
+    switch (byte) {
+        case '\\':
+            return '\\';
+        case '\f':
+            return 'f';
+        case '\n':
+            return 'n';
+        case '\r':
+            return 'r';
+        case '\t':
+            return 't';
+        case '"':
+            return '"';
+        case '\b':
+            return 'b';
+        default:
+            return 0;
+    }
+}
+
+constexpr Escape escapeOf(unsigned byte) noexcept {
+    constexpr char DIGITS[] = "0123456789abcdef";
+    if (char const letter = letterOf(byte); letter != 0) {
+        char const characters[] = {'\\', letter};
+        return makeEscape({characters, sizeof characters});
+    }
+    // KEPT(escape-widens-by-sign): the upper digits repeat the byte's sign.
+    char const sign = byte < 0x80 ? '0' : 'f';
+    char const characters[] = {'\\', 'u', sign, sign, DIGITS[byte >> 4], DIGITS[byte & 0xF]};
+    return makeEscape({characters, sizeof characters});
+}
+
+// What each byte becomes in a locale whose graphic bytes are known.
+template <typename IsGraphic>
+constexpr EscapeTable makeTable(bool keepSpace, IsGraphic isGraphic) noexcept {
+    EscapeTable table{};
+    for (unsigned byte = 0; byte < table.size(); ++byte) {
+        auto const c = static_cast<char>(byte);
+        bool const plain = (c != '"' && c != '\\' && isGraphic(c)) || (c == ' ' && keepSpace);
+        table[byte] = plain ? makeEscape({&c, 1}) : escapeOf(byte);
+    }
+    return table;
+}
+
+// POSIX has the bytes from 0x21 to 0x7E graphic, and those below and 0x7F not, in every locale. Most
+// locales, "C" and all in UTF-8 among them, have none above.
+constexpr bool isGraphicAscii(char c) noexcept { return c > ' ' && c < 0x7F; }
+
+constexpr EscapeTable USUAL_TABLE = makeTable(false, isGraphicAscii);
+constexpr EscapeTable USUAL_TABLE_KEEPING_SPACE = makeTable(true, isGraphicAscii);
+
+constexpr EscapeTable const& usualTable(bool keepSpace) noexcept {
+    return keepSpace ? USUAL_TABLE_KEEPING_SPACE : USUAL_TABLE;
+}
+
+// The rule itself: the table of the locale in force.
+EscapeTable tableInForce(bool keepSpace) noexcept {
+    return makeTable(keepSpace, [classes = ByteClasses()](char c) { return classes.isGraphic(c); });
+}
+
+bool localeHasGraphicUpperHalf() noexcept {
+    ByteClasses const classes;
+    bool any = false;
+    for (int c = -128; c < 0; ++c)
+        any |= classes.isGraphic(static_cast<char>(c));
+    return any;
+}
+
+char* writeOne(char* out, char c, EscapeTable const& table) noexcept {
+    Escape const escape = table[static_cast<unsigned char>(c)];
+    std::memcpy(out, &escape, sizeof escape);
+    return out + sizeOf(escape);
+}
+
+// For texts with a backslash anywhere. Each byte is stored with a whole word's room; `bits` are those
+// of all bytes.
+char* writeShort(char* out, std::string_view text, EscapeTable const& table,
+                 unsigned char& bits) noexcept {
+    char* const start = out;
+    unsigned char seen = 0;
+    for (char const c : text) {
+        // KEPT(backslash-starts-over): what was written before it is written over.
+        if (c == '\\') out = start;
+        out = writeOne(out, c, table);
+        seen |= static_cast<unsigned char>(c);
+    }
+    bits = seen;
+    return out;
+}
+
+// For texts without one, of any length. Eight bytes are read at once, so that no store keeps the next
+// byte waiting; the last seven of them are written without a word's room.
+void writeLong(char* out, std::string_view text, EscapeTable const& table) noexcept {
+    constexpr std::size_t STEP = sizeof(std::uint64_t);
+    for (; text.size() >= 2 * STEP; text.remove_prefix(STEP)) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, text.data(), STEP);
+        for (std::size_t i = 0; i < STEP; ++i, bytes >>= 8) {
+            out = writeOne(out, static_cast<char>(bytes), table);
+        }
+    }
+    for (; text.size() >= STEP; text.remove_prefix(1))
+        out = writeOne(out, text.front(), table);
+    for (char const c : text) {
+        Escape const escape = table[static_cast<unsigned char>(c)];
+        std::memcpy(out, &escape, sizeOf(escape));
+        out += sizeOf(escape);
+    }
+}
+
+std::size_t sizeByTable(std::string_view text, EscapeTable const& table) noexcept {
+    std::size_t size = 0;
+    for (char const c : text)
+        size += sizeOf(table[static_cast<unsigned char>(c)]);
+    return size;
+}
+
+// ---- the usual table, on sixteen bytes at once
+
+// Which bytes stay as they are, of bytes without a backslash.
+Bytes plainBytes(Bytes bytes, bool keepSpace) noexcept {
+    return between(bytes, keepSpace ? ' ' : '!', '~') & ~equal(bytes, '"');
+}
+
+// How many bytes from the front stay as they are, in whole steps.
+std::size_t plainSize(std::string_view text, bool keepSpace) noexcept {
+    constexpr std::size_t STEP = 4 * sizeof(Bytes);
+    std::size_t size = 0;
+    for (; size + STEP <= text.size(); size += STEP) {
+        Bytes plain = ~Bytes{};
+        for (std::size_t i = 0; i < STEP; i += sizeof(Bytes)) {
+            plain &= plainBytes(loadBytes(&text[size + i]), keepSpace);
+        }
+        if (any(~plain)) break;
+    }
+    return size;
+}
+
+struct UsualSize {
+    std::size_t size;  // `sizeByTable` for a usual table
+    bool upperHalf;    // whether there are bytes that some locales have graphic
+};
+
+UsualSize usualSize(std::string_view text, bool keepSpace) noexcept {
+    constexpr std::size_t STEP = 32 * sizeof(Bytes);  // 32 times 6 fits a byte
+    std::size_t size = 0;
+    std::size_t done = 0;
+    Bytes bits{};
+    while (text.size() - done >= sizeof(Bytes)) {
+        std::size_t const end = std::min(done + STEP, text.size());
+        Bytes sizes{};
+        for (; done + sizeof(Bytes) <= end; done += sizeof(Bytes)) {
+            Bytes const bytes = loadBytes(&text[done]);
+            Bytes const named =
+                (between(bytes, '\b', '\r') & ~equal(bytes, '\v')) | equal(bytes, '"');
+            // Six characters, five less for a plain byte, four less for a named one.
+            sizes += 6 - (plainBytes(bytes, keepSpace) & 5) - (named & 4);
+            bits |= bytes;
+        }
+        size += sum(sizes);
+    }
+    std::string_view const rest = text.substr(done);
+    bool upperHalf = any(bits & 0x80);
+    for (char const c : rest)
+        upperHalf |= static_cast<unsigned char>(c) >= 0x80;
+    return {size + sizeByTable(rest, usualTable(keepSpace)), upperHalf};
+}
+
+// ---- whole texts
+
+// What remains of a text of which only what stands behind the last backslash counts.
+struct Remainder {
+    std::string_view start;  // what the result begins with
+    std::string_view text;
+};
+
+// KEPT(backslash-starts-over): all before the last backslash would be written and dropped.
+Remainder afterLastBackslash(std::string_view text) noexcept {
+    void const* const found = memrchr(text.data(), '\\', text.size());
+    if (found == nullptr) return {{}, text};
+    auto const position = static_cast<std::size_t>(static_cast<char const*>(found) - text.data());
+    return {"\\\\", text.substr(position + 1)};
+}
+
+std::string escapedLong(std::string_view whole, bool keepSpace) {
+    Remainder const remainder = afterLastBackslash(whole);
+    std::string_view const start = remainder.start;
+    std::string_view const text = remainder.text;
+    std::size_t const plain = plainSize(text, keepSpace);
+    std::string_view const rest = text.substr(plain);
+    if (rest.empty() && start.empty()) return std::string(text);
+
+    auto const build = [&](EscapeTable const& table, std::size_t size) {
+        std::string result(start.size() + plain + size, '\0');
+        char* const out = std::copy(start.begin(), start.end(), result.data());
+        std::memcpy(out, text.data(), plain);
+        writeLong(out + plain, rest, table);
+        return result;
+    };
+    UsualSize const usual = usualSize(rest, keepSpace);
+    if (!usual.upperHalf || !localeHasGraphicUpperHalf()) {
+        return build(usualTable(keepSpace), usual.size);
+    }
+    EscapeTable const table = tableInForce(keepSpace);
+    return build(table, sizeByTable(rest, table));
+}
+
+}  // namespace
+
+char* writeEscaped(char* out, std::string_view text, bool keepSpace) noexcept {
+    unsigned char bits = 0;
+    char* const end = writeShort(out, text, usualTable(keepSpace), bits);
+    if (bits < 0x80 || !localeHasGraphicUpperHalf()) return end;
+    return writeShort(out, text, tableInForce(keepSpace), bits);
+}
+
+std::string escaped(std::string_view text, bool keepSpace) {
+    constexpr std::size_t SHORT = 64;
+    if (text.size() > SHORT) return escapedLong(text, keepSpace);
+    std::array<char, escapedRoom(SHORT)> result;
+    return {result.data(), writeEscaped(result.data(), text, keepSpace)};
+}
+
+}  // namespace com::halvorin::internal
+
+namespace com::halvorin::utilities {
+
+std::string escapeString(std::string const& text, bool keepSpace) {
+    return internal::escaped(text, keepSpace);
+}
+
+}  // namespace com::halvorin::utilities
