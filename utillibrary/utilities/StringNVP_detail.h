@@ -1,0 +1,143 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <utillibrary/export.h>
+
+// What the templates of StringNVP.h stand on; not for hosts. Where two functions share a name, the
+// one that takes an int is for types that can do what it does, and the one that takes a long for all
+// others: a call with 0 prefers the first.
+namespace com::halvorin::utilities::detail {
+
+/// Walks over the fields of a text, which must stay in place; the separators are copied.
+class FieldReader {
+public:
+    UTILLIBRARY_EXPORT FieldReader(std::string_view text, std::string_view separators) noexcept;
+
+    /// How many fields there are.
+    UTILLIBRARY_EXPORT std::size_t count() const noexcept;
+
+    /// Gives the next field; false behind the last one.
+    bool next(std::string_view& field) noexcept {
+        while (separatorsHere_ != 0 || advance()) {
+            char const* const separator = here_ + __builtin_ctzl(separatorsHere_);
+            separatorsHere_ &= separatorsHere_ - 1;
+            char const* const start = fieldStart_;
+            fieldStart_ = separator + 1;
+            if (separator != start) {
+                field = std::string_view(start, static_cast<std::size_t>(separator - start));
+                return true;
+            }
+        }
+        if (finished_) return false;
+        finished_ = true;
+        // KEPT(split-keeps-last): no test for emptiness, unlike above.
+        field = std::string_view(fieldStart_, static_cast<std::size_t>(end_ - fieldStart_));
+        return true;
+    }
+
+    /// How many bytes of the text stand behind a field.
+    std::size_t following(std::string_view field) const noexcept {
+        return static_cast<std::size_t>(end_ - (field.data() + field.size()));
+    }
+
+private:
+    static constexpr std::size_t FEW = 4;
+
+    UTILLIBRARY_EXPORT bool advance() noexcept;
+    std::uint64_t separatorsIn(char const* block) const noexcept;
+    std::uint64_t separatorsAt(char const* position) const noexcept;
+
+    char const* next_;                  // the block to look at next
+    char const* end_;                   // of the text
+    char const* fieldStart_;            // behind the separator before
+    char const* here_;                  // the block that the bits are about
+    std::uint64_t separatorsHere_ = 0;  // one bit a byte; of those not taken yet
+    bool finished_ = false;             // whether the last field was given
+    std::size_t separatorCount_;
+    char few_[FEW];                   // the separators, if they are so few
+    unsigned char isSeparator_[256];  // else whether a byte is one
+};
+
+/// `trim` without the copy.
+UTILLIBRARY_EXPORT std::string_view trimmed(std::string_view text) noexcept;
+
+/// Gathers pairs as text, and appends them in one piece.
+class PairWriter {
+public:
+    /// Takes  follows: whether text stands before the first pair.
+    explicit PairWriter(bool follows) noexcept : follows_(follows) {}
+
+    UTILLIBRARY_EXPORT void add(std::string_view name, std::string_view value);
+    UTILLIBRARY_EXPORT void appendTo(std::string& out);
+
+private:
+    static constexpr std::size_t BLOCK = 4096;
+
+    bool follows_;
+    std::size_t size_ = 0;  // of what stands in the block
+    std::string text_;      // what the block could not hold
+    char block_[BLOCK];
+};
+
+// Room for so many more elements, in a list that can make some; at least twice the room there was, so
+// that many small appends take linear time.
+template <typename List>
+auto makeRoom(List& list, std::size_t more, int /*preferred*/)
+    -> decltype(list.reserve(list.capacity())) {
+    std::size_t const wanted = list.size() + more;
+    std::size_t const doubled = 2 * list.capacity();
+    if (wanted > list.capacity()) list.reserve(wanted > doubled ? wanted : doubled);
+}
+template <typename List>
+void makeRoom(List& /*list*/, std::size_t /*more*/, long /*otherwise*/) {}
+
+// Whether a text is an element of a list that may move its elements.
+template <typename List>
+auto holds(List const& list, std::string const& text, int /*preferred*/)
+    -> decltype(list.data() == &text) {
+    // NOLINTBEGIN(cppcoreguidelines-pro-type-reinterpret-cast): pointers into different objects have
+    // no order of their own.
+    auto const first = reinterpret_cast<std::uintptr_t>(list.data());
+    auto const position = reinterpret_cast<std::uintptr_t>(&text);
+    // NOLINTEND(cppcoreguidelines-pro-type-reinterpret-cast)
+    return position >= first && position - first < list.size() * sizeof(std::string);
+}
+template <typename List>
+bool holds(List const& /*list*/, std::string const& /*text*/, long /*otherwise*/) {
+    return false;
+}
+
+// Appends a field behind which more of the text follows. A short one is copied with a size that the
+// compiler knows, and then cut, which spares a call.
+template <typename List>
+auto append(List& list, std::string_view field, std::size_t following, int /*preferred*/)
+    -> decltype(list.emplace_back(field.data(), field.size()).resize(field.size())) {
+    constexpr std::size_t SHORT = 15;
+    if (field.size() <= SHORT && field.size() + following >= SHORT) {
+        list.emplace_back(field.data(), SHORT).resize(field.size());
+    } else {
+        list.emplace_back(field.data(), field.size());
+    }
+}
+template <typename List>
+void append(List& list, std::string_view field, std::size_t /*following*/, long /*otherwise*/) {
+    list.push_back(std::string(field));
+}
+
+// Buckets for so many entries, in a hash map that has none yet; a text of a few entries written over
+// and over buys no more than the limit.
+template <typename Map>
+auto makeBuckets(Map& map, std::size_t entries, int /*preferred*/)
+    -> decltype(map.bucket_count(), map.reserve(entries)) {
+    constexpr std::size_t LIMIT = 4096;
+    std::size_t const wanted = entries < LIMIT ? entries : LIMIT;
+    if (map.empty() && wanted > map.bucket_count()) map.reserve(wanted);
+}
+template <typename Map>
+void makeBuckets(Map& /*map*/, std::size_t /*entries*/, long /*otherwise*/) {}
+
+}  // namespace com::halvorin::utilities::detail
