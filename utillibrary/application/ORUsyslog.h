@@ -19,10 +19,11 @@ namespace com::halvorin::application::oru {
 ///                                                    unsigned int code) {
 ///         std::cerr << component << ": " << message << '\n';
 ///     }
-/// Takes    component: where the report comes from, class or source file, "::", function; level: 3 for an error, 7 for
-///          a lesser notice; message: the text as it stands, trailing blanks included; code:
-///          0x80070057 invalid argument, 0x80004005 general failure, 0xECE99F6E a library could not
-///          be loaded, 0xECE99F6F a symbol could not be found, or 0 where there is none.
+/// Takes    component: where the report comes from, class or source file, "::", function; level: 3
+///          for an error, 7 for a lesser notice; message: the text as it stands, trailing blanks
+///          included; code: 0x80070057 invalid argument, 0x80004005 general failure, 0xECE99F6E a
+///          library could not be loaded, 0xECE99F6F a symbol could not be found, or 0 where there
+///          is none.
 /// Fails    never: no output, no state. KEPT(hook-is-empty) A replacement must not throw, and must
 ///          be safe to call from every thread that uses the library: no lock is taken around it.
 UTILLIBRARY_EXPORT void writelog(std::string const& component, int level,

@@ -8,8 +8,8 @@
 #include "utillibrary/application/ORUsyslog.h"
 #include "utillibrary/application/result_codes_internal.h"
 
-// The block is a bare pointer: a class to own it would bring a heavy header to every host. Between a
-// block's making and its storing nothing can throw.
+// The block is a bare pointer: a class to own it would bring a heavy header to every host. Between
+// a block's making and its storing nothing can throw.
 // NOLINTBEGIN(cppcoreguidelines-owning-memory)
 namespace com::halvorin::datatypes {
 
@@ -65,7 +65,7 @@ unsigned int ByteStream::allocate(unsigned int size) {
 }
 
 unsigned int ByteStream::resize(unsigned int size) {
-    // KEPT(resize-to-nothing-throws): `clear` is there for that. The block may be of length 0 already.
+    // KEPT(resize-to-nothing-throws): `clear` is there for that. Its length may be 0 already.
     if (buffer_ != nullptr && size == 0) refuse(NO_BYTES);
     if (size < size_) {
         copy(buffer_, size);

@@ -6,8 +6,8 @@ namespace com::halvorin::datatypes {
 
 // A block of raw bytes of an exact length, owned by its stream: no spare capacity, no position.
 //
-// Lengths, offsets and counts are of 32 bits. One object belongs to one thread at a time. Copies are
-// deep, and there is no moving form.
+// Lengths, offsets and counts are of 32 bits. One object belongs to one thread at a time. Copies
+// are deep, and there is no moving form.
 //     ByteStream frame(4);              // 00 00 00 00
 //     frame.buffer()[0] = 7;            // 07 00 00 00
 //     ByteStream body("abc", 3);
@@ -17,10 +17,10 @@ namespace com::halvorin::datatypes {
 // leaves one where there were bytes, and a stream that holds one cannot be copied.
 // KEPT(zero-length-is-not-empty)
 //
-// A wrong argument is reported ("ByteStream::copy", level 3, a text, 0x80070057); then a bare `long`
-// of that value, 2147942487, is thrown. KEPT(throws-a-long) The texts call the arguments V, Sz, Src,
-// SrcStart and Num. KEPT(reports-use-other-names) Where memory fails, std::bad_alloc is thrown.
-// Nothing has changed in either case, save that `allocate` has freed its block.
+// A wrong argument is reported ("ByteStream::copy", level 3, a text, 0x80070057); then a bare
+// `long` of that value, 2147942487, is thrown. KEPT(throws-a-long) The texts call the arguments V,
+// Sz, Src, SrcStart and Num. KEPT(reports-use-other-names) Where memory fails, std::bad_alloc is
+// thrown. Nothing has changed in either case, save that `allocate` has freed its block.
 // NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): moves are copies.
 class UTILLIBRARY_EXPORT ByteStream {
 public:
@@ -67,8 +67,9 @@ public:
     void clear() noexcept;
 
     /// Makes the block `size` zero bytes long; the old bytes are never kept.
-    /// Gives    size. A block of that length already is zeroed in place; so 0 leaves an empty stream
-    ///          empty, and makes any other block one of length 0. KEPT(zero-length-is-not-empty)
+    /// Gives    size. A block of that length already is zeroed in place; so 0 leaves an empty
+    ///          stream empty, and makes any other block one of length 0.
+    ///          KEPT(zero-length-is-not-empty)
     /// Fails    with std::bad_alloc; the stream is empty then, as the old block is freed before the
     ///          new one is made, unlike in `copy` and `resize`. KEPT(allocate-frees-first)
     unsigned int allocate(unsigned int size);
@@ -84,8 +85,8 @@ public:
     void zeroMemory() noexcept;
 
     /// Makes the block a copy of `size` bytes.
-    /// Takes    bytes: they may lie within the own block. The whole own block is zeroed before it is
-    ///          copied onto itself, and so becomes zero. KEPT(copy-onto-itself-zeroes)
+    /// Takes    bytes: they may lie within the own block. The whole own block is zeroed before it
+    ///          is copied onto itself, and so becomes zero. KEPT(copy-onto-itself-zeroes)
     /// Gives    size; null and 0 empty the stream.
     /// Fails    with "NULL == V" for null and a size, with "0 == Sz" for a pointer and 0: reported,
     ///          and the long thrown.
@@ -93,12 +94,12 @@ public:
     unsigned int copy(char const* bytes, unsigned int size);
 
     /// Makes the block a copy of another stream's; `copy(source.buffer(), source.size())`.
-    /// Takes    source: a variable, though it is not written; a constant one, or a number that would
-    ///          turn into a stream of zero bytes, does not fit. KEPT(source-is-a-variable)
+    /// Takes    source: a variable, though it is not written; a constant one, or a number that
+    ///          would turn into a stream of zero bytes, does not fit. KEPT(source-is-a-variable)
     unsigned int copy(ByteStream& source);
 
-    /// Writes part of a stream over this one from byte `start` on, and lengthens this one as needed;
-    /// it never gets shorter. Bytes between the old end and `start` become zero.
+    /// Writes part of a stream over this one from byte `start` on, and lengthens this one as
+    /// needed; it never gets shorter. Bytes between the old end and `start` become zero.
     /// Takes    count: 0 for all that follows `sourceStart`. KEPT(zero-counts-the-rest) source: may
     ///          be this stream, and its part overlap the bytes written. KEPT(source-is-a-variable)
     /// Gives    the bytes copied, at times 0.

@@ -41,8 +41,8 @@ unsigned int refusal(std::string const& name, bool open) {
 }
 
 // While the constructors of the shared object run, the loader holds its lock and is half done: an
-// exception from there must not get past it, and ends the process. `dlopen` is declared not to throw,
-// and a compiler that knows it would drop the guard; hence the pointer that it cannot see through.
+// exception from there must not get past it, and ends the process. `dlopen` is declared not to
+// throw, and a compiler that knows it would drop the guard; hence a pointer that hides it.
 void* loaderOpen(char const* name, int mode) noexcept {
     void* (*const volatile call)(char const*, int) = dlopen;
     return call(name, mode);

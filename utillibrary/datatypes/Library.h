@@ -15,8 +15,8 @@ namespace com::halvorin::datatypes {
 //     auto const start = reinterpret_cast<int (*)()>(plugin.procAddress("start"));
 //     if (start != nullptr) start();
 //
-// Every failure is reported through the log hook, at level 3, before the caller learns of it. Most of
-// the texts end in a blank, and in them an empty name is NULL, called Name or EntryPoint.
+// Every failure is reported through the log hook, at level 3, before the caller learns of it. Most
+// of the texts end in a blank, and in them an empty name is NULL, called Name or EntryPoint.
 // KEPT(reports-end-in-a-blank) KEPT(reports-use-other-names)
 //
 // A zero byte ends a name, as libc reads it. Where memory fails, std::bad_alloc is thrown, and the
@@ -64,14 +64,14 @@ public:
     // ---- changes
 
     /// Loads a shared object; its functions are bound as they are called (RTLD_LAZY).
-    /// Takes    name: given to the loader as it stands: a path if there is a slash in it, else a file
-    ///          that the loader searches for.
+    /// Takes    name: given to the loader as it stands: a path if there is a slash in it, else a
+    ///          file that the loader searches for.
     /// Gives    0.
     /// Fails    with a code and a report, "Library::open": an empty name, 0x80070057, "Invalid
-    ///          argument (NULL == Name). "; open already, 0x80004005, "Must call Close because library
-    ///          is already open"; not loaded, 0xECE99F6E, "Error calling dlopen. Reason: " and the
-    ///          loader's own reason, which `dlerror` does not give again. What is open stays open,
-    ///          what is closed stays closed, and the name stays.
+    ///          argument (NULL == Name). "; open already, 0x80004005, "Must call Close because
+    ///          library is already open"; not loaded, 0xECE99F6E, "Error calling dlopen. Reason: "
+    ///          and the loader's own reason, which `dlerror` does not give again. What is open
+    ///          stays open, what is closed stays closed, and the name stays.
     /// Source   POSIX dlopen
     unsigned int open(std::string const& name);
 

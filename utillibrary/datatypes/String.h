@@ -18,8 +18,8 @@ public:
     /// An empty text.
     String() noexcept;
 
-    /// A copy of the text, zero bytes included; implicit, so that a text may stand where a holder is
-    /// wanted.
+    /// A copy of the text, zero bytes included; implicit, so that a text may stand where a holder
+    /// is wanted.
     /// Fails    never, but for std::bad_alloc.
     // NOLINTNEXTLINE(google-explicit-constructor): hosts write `String s = text;`.
     String(std::string const& text);

@@ -7,9 +7,9 @@
 
 namespace com::halvorin::datatypes {
 
-/// The number of a type: 0 "Unknown" (no value), 1 "UnsignedByte", 2 "Uint16", 3 "Uint32", 4 "Byte",
-/// 5 "Int16", 6 "Int32", 7 "Float", 8 "Double", 9 "String", 10 "Int64", 11 "Uint64", 12 "Boolean",
-/// 13 "DateTime", 14 "Null".
+/// The number of a type: 0 "Unknown" (no value), 1 "UnsignedByte", 2 "Uint16", 3 "Uint32", 4
+/// "Byte", 5 "Int16", 6 "Int32", 7 "Float", 8 "Double", 9 "String", 10 "Int64", 11 "Uint64", 12
+/// "Boolean", 13 "DateTime", 14 "Null".
 using VariantType = int;
 
 // A dynamically typed scalar: at most one value of one of fourteen kinds, and which kind it is.
@@ -22,9 +22,9 @@ using VariantType = int;
 //     int whole = v.toInt32();            // 3
 //     std::string text = v.toString();    // "3.7"
 //
-// Conversions exist twice, as a named member and as an operator that does the same. They never check
-// a range and never throw, save std::bad_alloc where text is made, or where text that is more than a
-// sign and 18 digits is read as an integer.
+// Conversions exist twice, as a named member and as an operator that does the same. They never
+// check a range and never throw, save std::bad_alloc where text is made, or where text that is more
+// than a sign and 18 digits is read as an integer.
 // NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): a copy normalises, so moves are copies.
 class UTILLIBRARY_EXPORT Variant {
 public:
@@ -74,8 +74,8 @@ public:
 
     // ---- changes
 
-    /// Back to type 0, `uVal` all zero, `wText` empty. `timeVal`, `wTextAux` and `sbcText` are left,
-    /// so that `toXtime_t` still gives an earlier time. KEPT(clear-keeps-time)
+    /// Back to type 0, `uVal` all zero, `wText` empty. `timeVal`, `wTextAux` and `sbcText` are
+    /// left, so that `toXtime_t` still gives an earlier time. KEPT(clear-keeps-time)
     /// Fails    never.
     /// Cost     keeps the text's memory for the next text.
     void clear() noexcept;
@@ -100,8 +100,8 @@ public:
     void assign(bool value) noexcept;            // 12, as one byte 0 or 1
 
     /// Clears this object, stores the characters up to the terminating zero, and sets type 9.
-    /// Takes    text: not null; a pointer into this object's own `wText`, or into what is left of an
-    ///          earlier text there, finds it emptied already.
+    /// Takes    text: not null; a pointer into this object's own `wText`, or into what is left of
+    ///          an earlier text there, finds it emptied already.
     /// Fails    with std::bad_alloc; this object is cleared then.
     void assign(wchar_t const* text);
     /// The same for the whole text, zero characters included.
@@ -122,19 +122,19 @@ public:
     /// Fails    never.
     void assign(xtime_t const& time) noexcept;
 
-    /// Clears this object, then copies type, `uVal`, `wText`, `wTextAux` and `timeVal`, in this order;
-    /// not `sbcText`. The time goes through `putNanoseconds`, so a copy normalises it.
+    /// Clears this object, then copies type, `uVal`, `wText`, `wTextAux` and `timeVal`, in this
+    /// order; not `sbcText`. The time goes through `putNanoseconds`, so a copy normalises it.
     /// KEPT(copy-normalises-time) Assigned to itself, an object ends empty, with type 0: it was
     /// cleared before it was read. KEPT(self-assignment-empties)
-    /// Fails    with std::bad_alloc, beside the source's type and `uVal` and an empty or copied text.
+    /// Fails    with std::bad_alloc, beside the source's type and `uVal` and an empty or full text.
     void assign(Variant const& other);
 
-    /// Copies the source's whole 8-byte slot; this object's type stays, and reads its own width of it.
+    /// Copies the source's whole 8-byte slot; this object's type stays, and reads its width of it.
     /// Fails    never.
     void copyUVal(Variant const& other) noexcept;
 
-    /// Each like the `assign` of its argument. There is none for text objects: they come in through a
-    /// temporary Variant, whose unset time and empty `wTextAux` come along, or better through `assign`.
+    /// Each like the `assign` of its argument. There is none for text objects: they come in through
+    /// a temporary Variant, whose unset time and empty `wTextAux` come along; `assign` is better.
     Variant& operator=(wchar_t const* text);
     Variant& operator=(char const* text);
     Variant& operator=(float value) noexcept;
@@ -157,24 +157,26 @@ public:
     //   integers   the value, its low N bits: toInt16 of 40000 is -25536
     //   Boolean    0 or 1; a stored byte other than 0 counts as 1
     //   Float, Double, DateTime (OpenVMS seconds)
-    //              cut toward zero. To 8 and 16 bits and to int: as a 32-bit integer, its low N bits
-    //              KEPT(small-integers-through-int32); to unsigned int: as a 64-bit integer, its low
-    //              32 bits; to long: as a 64-bit integer; to unsigned long: the same, but from 2^63
-    //              on the value less 2^63 with the top bit set. KEPT(uint64-from-floating) NaN and
-    //              what does not fit is the most negative number of the 32 or 64 bits.
+    //              cut toward zero. To 8 and 16 bits and to int: as a 32-bit integer, its low N
+    //              bits KEPT(small-integers-through-int32); to unsigned int: as a 64-bit integer,
+    //              its low 32 bits; to long: as a 64-bit integer; to unsigned long: the same, but
+    //              from 2^63 on the value less 2^63 with the top bit set.
+    //              KEPT(uint64-from-floating) NaN and what does not fit is the most negative number
+    //              of the 32 or 64 bits.
     //   String     formatted extraction of a long under the global C++ locale, in base ten: blanks
     //              and a sign first, then digits; the rest is ignored. No digits give 0; beyond 64
     //              bits the nearer end counts, for unsigned long too. KEPT(text-is-read-as-int64)
-    //              Then its low N bits. A sign and up to 18 digits, which every locale of the system
-    //              reads alike, are read so whatever facets a host has made. KEPT(plain-digits)
+    //              Then its low N bits. A sign and up to 18 digits, which every locale of the
+    //              system reads alike, are read so whatever facets a host has made.
+    //              KEPT(plain-digits)
     //   Null       0
     //   no value (type 0, or a number outside 0 to 14)
-    //              0, after one line on standard output: "com::halvorin::utility::Variant::convert::
-    //              Failed to convert data type because type is not supported", without the break that
-    //              it has here, and flushed. The namespace in it is spelled so.
-    //              KEPT(message-says-utility) It goes to std::cout without a lock: threads that may
-    //              meet it need that stream synchronised with stdio, as it is unless a host says
-    //              otherwise.
+    //              0, after one line on standard output:
+    //              "com::halvorin::utility::Variant::convert:: Failed to convert data type because
+    //              type is not supported", without the break that it has here, and flushed. The
+    //              namespace in it is spelled so. KEPT(message-says-utility) It goes to std::cout
+    //              without a lock: threads that may meet it need that stream synchronised with
+    //              stdio, as it is unless a host says otherwise.
     // Fails        as the class says.
 
     unsigned char toUbyte() const;
@@ -186,20 +188,20 @@ public:
     long toInt64() const;
     unsigned long toUint64() const;
 
-    /// Integers, Boolean and floating values as the nearest double; a DateTime as OpenVMS seconds; a
-    /// String as `wcstod` reads it under the C locale. Null and no value as the integers have it.
+    /// Integers, Boolean and floating values as the nearest double; a DateTime as OpenVMS seconds;
+    /// a String as `wcstod` reads it under the C locale. Null and no value as the integers have it.
     double toDouble() const;
     /// The same as the nearest float: straight from an integer, by way of double from a String.
     float toFloat() const;
 
-    /// Whether a number or a DateTime's OpenVMS seconds are not zero (NaN is not). A String is judged
-    /// by its first character, Y y T t for true and F f N n for false, and any other text by whether
-    /// `wcstol` in base ten finds a number other than 0 under the C locale. KEPT(first-letter-decides) Null and no value
-    /// as the integers have it.
+    /// Whether a number or a DateTime's OpenVMS seconds are not zero (NaN is not). A String is
+    /// judged by its first character, Y y T t for true and F f N n for false, and any other text by
+    /// whether `wcstol` in base ten finds a number other than 0 under the C locale.
+    /// KEPT(first-letter-decides) Null and no value as the integers have it.
     bool toBool() const;
 
-    /// The time in `timeVal`, whatever the type: one that was cleared, or given another value, still
-    /// gives its earlier time. KEPT(time-whatever-the-type)
+    /// The time in `timeVal`, whatever the type: one that was cleared, or given another value,
+    /// still gives its earlier time. KEPT(time-whatever-the-type)
     xtime_t toXtime_t() const noexcept;
 
     // NOLINTBEGIN(google-explicit-constructor): hosts write `int n = variant;`.
@@ -233,20 +235,20 @@ public:
 
     // ---- text
     //
-    // By type: "unknown" and "null"; UnsignedByte, Byte, Int16, Uint16 and Int32 in decimal; Uint32 as
-    // if it were signed, so 3000000000 reads "-1294967296" KEPT(uint32-prints-signed); Boolean "1" or
-    // "0"; Float, Double, Int64 and Uint64 as a double of six significant digits, so the Int64
-    // 123456789 reads "1.23457e+08" KEPT(int64-prints-as-double); a DateTime as
-    // `timeVal.toString(true, 0, "")` widened by sign; a String itself. Numbers follow the global C++
-    // locale, as they do in a wide stream.
+    // By type: "unknown" and "null"; UnsignedByte, Byte, Int16, Uint16 and Int32 in decimal; Uint32
+    // as if it were signed, so 3000000000 reads "-1294967296" KEPT(uint32-prints-signed); Boolean
+    // "1" or "0"; Float, Double, Int64 and Uint64 as a double of six significant digits, so the
+    // Int64 123456789 reads "1.23457e+08" KEPT(int64-prints-as-double); a DateTime as
+    // `timeVal.toString(true, 0, "")` widened by sign; a String itself. Numbers follow the global
+    // C++ locale, as they do in a wide stream.
     //
-    // A type outside 0 to 14 gives the empty text, and a report: "Variant::convertToString", level 3,
-    // "Cannot convert unknown type", 0x80004005.
+    // A type outside 0 to 14 gives the empty text, and a report: "Variant::convertToString", level
+    // 3, "Cannot convert unknown type", 0x80004005.
     //
     // localeId is accepted and ignored; 1033 is what the entries without one pass.
     // KEPT(locale-id-is-ignored)
     //
-    // Fails        with std::bad_alloc, and never with a text cut short; `sbcText` is as it was then.
+    // Fails        with std::bad_alloc, never with a text cut short; `sbcText` stays then.
 
     std::wstring convertToString(unsigned int localeId) const;
     /// Narrowed: each character's low 8 bits, so U+20AC becomes 0xAC. KEPT(low-eight-bits)

@@ -28,8 +28,8 @@ enum TypeNumber : datatypes::VariantType {
 // `char` is a signed number here, on platforms whose own is not too.
 using Byte = signed char;
 
-// The low bytes of the slot as a value. Copied, since type and slot are both public and need not fit
-// each other: any bytes give a value. A bool, which not every byte is, is read as a byte.
+// The low bytes of the slot as a value. Copied, since type and slot are both public and need not
+// fit each other: any bytes give a value. A bool, which not every byte is, is read as a byte.
 template <typename T>
 T stored(datatypes::Variant const& variant) noexcept {
     T value;

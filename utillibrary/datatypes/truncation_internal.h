@@ -3,8 +3,8 @@
 #include <climits>
 
 // Floating values as integers, written out once: the language leaves a value that does not fit
-// undefined, and processors differ in what they make of it. Here it becomes the most negative number
-// of the width, on every processor. A value fits when its whole part does.
+// undefined, and processors differ in what they make of it. Here it becomes the most negative
+// number of the width, on every processor. A value fits when its whole part does.
 namespace com::halvorin::internal {
 
 constexpr int truncateToInt32(double value) noexcept {

@@ -23,7 +23,7 @@ long extractInt64(std::wstring const& text) {
 
 // Owns one case: an optional sign and up to 18 digits, nothing else. No standard locale reads those
 // differently, no digits are 0 in all of them, and 18 cannot overflow.
-// KEPT(plain-digits): a host's own facets are not asked for, which would take longer than the reading.
+// KEPT(plain-digits): a host's own facets are not asked for: that takes longer than reading.
 std::optional<long> plainDecimal(std::wstring_view text) noexcept {
     bool const minus = takeSign(text);
     if (text.size() > 18) return std::nullopt;

@@ -34,14 +34,14 @@ public:
     UTILLIBRARY_INLINE unsigned int getNanoseconds() const noexcept { return nanoseconds_; }
 
     /// False for the all-zero value only.
-    // KEPT(zero-is-unset): no third field says so; the epoch reads as unset, here and in hosts' data.
+    // KEPT(zero-is-unset): no third field says so; the epoch reads as unset, as in hosts' data.
     UTILLIBRARY_INLINE bool isSet() const noexcept { return seconds_ != 0 || nanoseconds_ != 0; }
 
     /// This time less another.
     /// Gives    seconds as a float: its 24 bits hold nanoseconds for hundredths of a second, and
-    ///          milliseconds for a few hours. KEPT(difference-is-a-float) Each field's difference is
-    ///          made a float by itself, that of the nanoseconds as a signed 32-bit number; the two
-    ///          are added as doubles.
+    ///          milliseconds for a few hours. KEPT(difference-is-a-float) Each field's difference
+    ///          is made a float by itself, that of the nanoseconds as a signed 32-bit number; the
+    ///          two are added as doubles.
     /// Fails    never.
     /// Example  (12 s, 0 ns) less (10 s, 500000000 ns) is 1.5
     float difference(xtime_t const& other) const noexcept;
@@ -81,8 +81,9 @@ public:
 
     /// Sets this time to the system's real-time clock.
     /// Fails    with std::runtime_error "xtime_t::now - Error returned from clock_getttime: "
-    ///          followed by the text of errno, in the language of the C locale; this time is unchanged
-    ///          then. Three t stand in the name: hosts compare the text. KEPT(clock-error-spelling)
+    ///          followed by the text of errno, in the language of the C locale; this time is
+    ///          unchanged then. Three t stand in the name: hosts compare the text.
+    ///          KEPT(clock-error-spelling)
     /// Source   POSIX clock_gettime, CLOCK_REALTIME
     void now();
 
@@ -116,25 +117,25 @@ public:
     /// Fails    never.
     void fromVMSTime(unsigned long ticks) noexcept;
 
-    /// Sets this time from seconds of OpenVMS time, cut to whole ticks, and then as from ticks: before
-    /// 1970 this clears it. KEPT(vms-before-1970-clears)
-    /// Fails    never. A tick count that does not fit is converted as `Variant` converts a Double to
-    ///          an unsigned 64-bit integer, so a negative or NaN one is a huge count, not an early
-    ///          time. KEPT(uint64-from-floating)
+    /// Sets this time from seconds of OpenVMS time, cut to whole ticks, and then as from ticks:
+    /// before 1970 this clears it. KEPT(vms-before-1970-clears)
+    /// Fails    never. A tick count that does not fit is converted as `Variant` converts a Double
+    ///          to an unsigned 64-bit integer, so a negative or NaN one is a huge count, not an
+    ///          early time. KEPT(uint64-from-floating)
     void fromVMSTime(double seconds) noexcept;
 
     /// ISO 8601-like text, "2024-03-05T07:08:09.250+0100".
     /// Takes    applyOffset: whether the offset takes part at all; offsetSeconds: east of UTC,
     ///          ignored without applyOffset; options: with 'I' anywhere in it no fraction is shown.
     /// Gives    date, "T" and time of day, shifted by the offset; a year is padded with zeros to
-    ///          four characters, a sign included (-1 reads "-001"). Nanoseconds beyond a second are carried.
-    ///          Then the fraction: the decimal point of the C locale and three digits, which are the
-    ///          first three of six rounded decimals of a float; so 123999999 ns reads ".124", and
-    ///          from 999999521 ns on ".000" without a carry. KEPT(fraction-of-six-decimals) Of a
-    ///          longer decimal point and its digits four bytes are kept.
-    ///          Then, with applyOffset: "Z" for 0, else sign, hours and minutes, seconds dropped;
-    ///          and nothing for an offset of a day or more, which shifts the time all the same.
-    ///          KEPT(offset-of-a-day-is-silent)
+    ///          four characters, a sign included (-1 reads "-001"). Nanoseconds beyond a second are
+    ///          carried. Then the fraction: the decimal point of the C locale and three digits,
+    ///          which are the first three of six rounded decimals of a float; so 123999999 ns reads
+    ///          ".124", and from 999999521 ns on ".000" without a carry.
+    ///          KEPT(fraction-of-six-decimals) Of a longer decimal point and its digits four bytes
+    ///          are kept. Then, with applyOffset: "Z" for 0, else sign, hours and minutes, seconds
+    ///          dropped; and nothing for an offset of a day or more, which shifts the time all the
+    ///          same. KEPT(offset-of-a-day-is-silent)
     /// Fails    never, but for std::bad_alloc.
     std::string toString(bool applyOffset, int offsetSeconds, std::string const& options) const;
 
@@ -143,22 +144,22 @@ public:
     ///          zeros not required. Date: year from 1970, month 1..12, day 1..31 in any month, so
     ///          that 2023-02-31 is 3 March. KEPT(day-31-of-any-month) Time: hour 0..23, minute
     ///          0..59 and, if given, seconds from 0 to below 60, read as a float; a leap second is
-    ///          refused. Zone: after '+' or '-' "hh:mm", "hhmm" or "hh", hours to 23, minutes to 59;
-    ///          else UTC. At most 63 bytes count, 31 of them after the "T", 15 in the zone; a zero
-    ///          byte ends the text. What stands behind the day, the minutes, the seconds or the zone's
-    ///          digits is ignored, and seconds that are no number are 0: true does not say that the
-    ///          whole text was a time. KEPT(rest-is-ignored)
+    ///          refused. Zone: after '+' or '-' "hh:mm", "hhmm" or "hh", hours to 23, minutes to
+    ///          59; else UTC. At most 63 bytes count, 31 of them after the "T", 15 in the zone; a
+    ///          zero byte ends the text. What stands behind the day, the minutes, the seconds or
+    ///          the zone's digits is ignored, and seconds that are no number are 0: true does not
+    ///          say that the whole text was a time. KEPT(rest-is-ignored)
     /// Gives    true when the text was read. The zone's minutes are subtracted whatever the sign of
     ///          its hours, so -05:30 moves by 4 h 30 min. KEPT(zone-minutes-subtracted) A time that
-    ///          `mktimeEx` refuses, after 2038-01-19T03:14:07 UTC or moved before 1970 by its zone, is
-    ///          stored as -1 seconds, and the result is true. KEPT(refused-time-is-minus-one) Nanoseconds are the
-    ///          float's fraction, cut.
+    ///          `mktimeEx` refuses, after 2038-01-19T03:14:07 UTC or moved before 1970 by its zone,
+    ///          is stored as -1 seconds, and the result is true. KEPT(refused-time-is-minus-one)
+    ///          Nanoseconds are the float's fraction, cut.
     /// Fails    with false; this time is not set then. Nothing is thrown.
     bool fromString(std::string const& text) noexcept;
 
-    /// "20240305060809", of the time rounded to the nearest second: exactly half a second goes down,
-    /// where `operator long` goes up. KEPT(half-a-second-down) Nanoseconds beyond a second count as
-    /// one second here and there, unlike in `toString`.
+    /// "20240305060809", of the time rounded to the nearest second: exactly half a second goes
+    /// down, where `operator long` goes up. KEPT(half-a-second-down) Nanoseconds beyond a second
+    /// count as one second here and there, unlike in `toString`.
     /// Gives    what `timeToYYYYString` gives.
     /// Fails    as `timeToYYYYString` does.
     std::string toYYYYString() const;
@@ -169,8 +170,8 @@ public:
     /// Example  (5 s, 500000000 ns) gives 6
     // NOLINTNEXTLINE(google-explicit-constructor, readability-make-member-function-const)
     UTILLIBRARY_INLINE operator long() noexcept {
-        // KEPT(number-of-a-variable-time): const would fit, and would make `time == 5L` ambiguous for
-        // a constant time. KEPT(half-a-second-up): unlike in the fourteen-digit text.
+        // KEPT(number-of-a-variable-time): const would fit, and would make `time == 5L` ambiguous
+        // for a constant time. KEPT(half-a-second-up): unlike in the fourteen-digit text.
         return static_cast<long>(static_cast<unsigned long>(seconds_) +
                                  (nanoseconds_ >= HALF_A_SECOND ? 1 : 0));
     }

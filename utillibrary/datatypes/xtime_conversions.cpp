@@ -48,8 +48,8 @@ char* writeDateAndTime(char* out, BrokenDownTime const& t) noexcept {
     return writeTwoDigits(out, natural(t.second));
 }
 
-// The fraction as printf shows it, under whatever decimal point there is: four bytes from the second
-// on.
+// The fraction as printf shows it, under whatever decimal point there is: four bytes from the
+// second on.
 // KEPT(fraction-of-six-decimals): the format says six decimals, then "1.3", and stays that way.
 char* writePrintedFraction(char* out, float fraction) noexcept {
     char printed[16];
@@ -151,8 +151,8 @@ public:
         std::memcpy(&differences_, text, 8);
         std::memcpy(&wanted, pattern, 8);
         differences_ ^= wanted;
-        // What must be added to a byte of the differences to reach its top bit when it is too large:
-        // more than 9 for a digit, more than 0 for itself.
+        // What must be added to a byte of the differences to reach its top bit when it is too
+        // large: more than 9 for a digit, more than 0 for itself.
         std::uint64_t margins = 0;
         for (unsigned i = 0; i < 8; ++i) {
             std::uint64_t const margin = pattern[i] == '0' ? 0x76 : 0x7F;

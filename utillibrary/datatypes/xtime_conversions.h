@@ -9,9 +9,9 @@
 namespace com::halvorin::utilities {
 
 /// Seconds since 1970 as fourteen digits in UTC, "20240305060809".
-/// Gives    year, month, day, hour, minute, second. A year below 1000, a negative one too, is padded
-///          with blanks, not zeros, to four characters; a longer one takes as many as it needs.
-///          KEPT(blank-padded-year)
+/// Gives    year, month, day, hour, minute, second. A year below 1000, a negative one too, is
+///          padded with blanks, not zeros, to four characters; a longer one takes as many as it
+///          needs. KEPT(blank-padded-year)
 /// Fails    never, but for std::bad_alloc, which only a year of six characters or more can meet.
 UTILLIBRARY_EXPORT std::string timeToYYYYString(long seconds);
 

@@ -91,8 +91,8 @@ TimeStep stepOfAxis(float x) noexcept {
     return {roundUpToDays(static_cast<unsigned long>(std::ceil(x))), MINOR_OF_OTHERS, 0};
 }
 
-// A range whose times are known by their distance from its start: that is 64 bits without a sign, so
-// that nothing overflows on the way to the end or steps past it.
+// A range whose times are known by their distance from its start: that is 64 bits without a sign,
+// so that nothing overflows on the way to the end or steps past it.
 struct Window {
     unsigned long start;
     unsigned long length;
@@ -168,7 +168,7 @@ void MovingTimeScale(long tMin, long tMax, unsigned int ticks, unsigned long min
         auto const from = startOf(row, length, tMin, tMax);
         if (from) return write(*from, row);
     }
-    // KEPT(days-in-32-bits): not the whole distance, and the cut before the rounding may cost the end.
+    // KEPT(days-in-32-bits): not the whole distance, and the cut before rounding may cost the end.
     unsigned long const from = multipleBefore(tMin, DAY);
     auto const distance = static_cast<unsigned int>(asUnsigned(tMax) - from);
     write(from, {roundUpToDays(distance / intervals), MINOR_OF_OTHERS, 0});

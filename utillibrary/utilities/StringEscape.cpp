@@ -77,8 +77,8 @@ constexpr EscapeTable makeTable(bool keepSpace, IsGraphic isGraphic) noexcept {
     return table;
 }
 
-// POSIX has the bytes from 0x21 to 0x7E graphic, and those below and 0x7F not, in every locale. Most
-// locales, "C" and all in UTF-8 among them, have none above.
+// POSIX has the bytes from 0x21 to 0x7E graphic, and those below and 0x7F not, in every locale.
+// Most locales, "C" and all in UTF-8 among them, have none above.
 constexpr bool isGraphicAscii(char c) noexcept { return c > ' ' && c < 0x7F; }
 
 constexpr EscapeTable USUAL_TABLE = makeTable(false, isGraphicAscii);
@@ -107,8 +107,8 @@ char* writeOne(char* out, char c, EscapeTable const& table) noexcept {
     return out + sizeOf(escape);
 }
 
-// For texts with a backslash anywhere. Each byte is stored with a whole word's room; `bits` are those
-// of all bytes.
+// For texts with a backslash anywhere. Each byte is stored with a whole word's room; `bits` are
+// those of all bytes.
 char* writeShort(char* out, std::string_view text, EscapeTable const& table,
                  unsigned char& bits) noexcept {
     char* const start = out;
@@ -123,8 +123,8 @@ char* writeShort(char* out, std::string_view text, EscapeTable const& table,
     return out;
 }
 
-// For texts without one, of any length. Eight bytes are read at once, so that no store keeps the next
-// byte waiting; the last seven of them are written without a word's room.
+// For texts without one, of any length. Eight bytes are read at once, so that no store keeps the
+// next byte waiting; the last seven of them are written without a word's room.
 void writeLong(char* out, std::string_view text, EscapeTable const& table) noexcept {
     constexpr std::size_t STEP = sizeof(std::uint64_t);
     for (; text.size() >= 2 * STEP; text.remove_prefix(STEP)) {

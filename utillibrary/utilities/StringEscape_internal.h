@@ -9,8 +9,8 @@ namespace com::halvorin::internal {
 /// `escapeString` of any stretch of bytes.
 std::string escaped(std::string_view text, bool keepSpace);
 
-/// The room that `writeEscaped` needs for a text of so many bytes: six characters a byte, and the rest
-/// of the word that the last one is stored with.
+/// The room that `writeEscaped` needs for a text of so many bytes: six characters a byte, and the
+/// rest of the word that the last one is stored with.
 constexpr std::size_t escapedRoom(std::size_t size) noexcept { return 6 * size + 2; }
 
 /// Writes `escaped(text, keepSpace)` and gives the position after it.

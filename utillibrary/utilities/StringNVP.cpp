@@ -159,8 +159,8 @@ void addToNVPString(std::string& nvp, std::string const& name, std::string const
     std::size_t const size = nvp.size() + 2 + name.size() + value.size();
     if (size > nvp.capacity()) nvp.reserve(std::max(size, 2 * nvp.capacity()));
     if (!nvp.empty()) nvp += ' ';
-    // KEPT(two-writers): the value is not escaped. KEPT(names-are-unchecked): nor is the name. Either
-    // may be `nvp` itself.
+    // KEPT(two-writers): the value is not escaped. KEPT(names-are-unchecked): nor is the name.
+    // Either may be `nvp` itself.
     nvp.append(name).append(1, '=').append(value);
 }
 

@@ -8,8 +8,8 @@
 #include <utillibrary/export.h>
 
 // What the templates of StringNVP.h stand on; not for hosts. Where two functions share a name, the
-// one that takes an int is for types that can do what it does, and the one that takes a long for all
-// others: a call with 0 prefers the first.
+// one that takes an int is for types that can do what it does, and the one that takes a long for
+// all others: a call with 0 prefers the first.
 namespace com::halvorin::utilities::detail {
 
 /// Walks over the fields of a text, which must stay in place; the separators are copied.
@@ -83,8 +83,8 @@ private:
     char block_[BLOCK];
 };
 
-// Room for so many more elements, in a list that can make some; at least twice the room there was, so
-// that many small appends take linear time.
+// Room for so many more elements, in a list that can make some; at least twice the room there was,
+// so that many small appends take linear time.
 template <typename List>
 auto makeRoom(List& list, std::size_t more, int /*preferred*/)
     -> decltype(list.reserve(list.capacity())) {
@@ -128,8 +128,8 @@ void append(List& list, std::string_view field, std::size_t /*following*/, long 
     list.push_back(std::string(field));
 }
 
-// Buckets for so many entries, in a hash map that has none yet; a text of a few entries written over
-// and over buys no more than the limit.
+// Buckets for so many entries, in a hash map that has none yet; a text of a few entries written
+// over and over buys no more than the limit.
 template <typename Map>
 auto makeBuckets(Map& map, std::size_t entries, int /*preferred*/)
     -> decltype(map.bucket_count(), map.reserve(entries)) {

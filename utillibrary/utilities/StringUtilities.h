@@ -31,8 +31,8 @@ UTILLIBRARY_EXPORT bool endsWith(std::string const& text, std::string const& suf
 
 /// Whether a text begins with another one, upper and lower case being the same: the second text is
 /// the one that may go on. KEPT(iequals-looks-one-way)
-/// Takes    case as `tolower` knows it under the C locale, byte by byte. The byte 0xFF equals itself
-///          alone. KEPT(byte-ff-is-eof)
+/// Takes    case as `tolower` knows it under the C locale, byte by byte. The byte 0xFF equals
+///          itself alone. KEPT(byte-ff-is-eof)
 /// Gives    true when each byte of the first text has its equal at the same place of the second;
 ///          false when the second is shorter.
 /// Fails    never.
@@ -52,8 +52,8 @@ UTILLIBRARY_EXPORT std::string to_string(std::string const& value);
 std::string to_string(char const* value) = delete;
 
 /// A number as `snprintf` writes it under the C locale; a float is widened first.
-/// Takes    format: one that consumes exactly one double, such as "%g" or "%.3f", or none at all; it
-///          is not checked. A zero byte ends it.
+/// Takes    format: one that consumes exactly one double, such as "%g" or "%.3f", or none at all;
+///          it is not checked. A zero byte ends it.
 /// Gives    at most 31 bytes: a longer text is cut. KEPT(numbers-cut-at-31) An empty format gives
 ///          an empty text.
 /// Fails    never, but for std::bad_alloc.

@@ -8,10 +8,11 @@ namespace com::halvorin::utilities {
 
 // Cheap readings of the Linux machine that the host runs on.
 //
-// Percentages are 0 to 100, but for `diskSpace` where its two block sizes differ. Nothing is logged,
-// thrown or allocated; no locale takes part. An object remembers the previous processor reading, so
-// one object belongs to one thread at a time; all else keeps no state. A copy goes on from the same
-// previous reading. A thread must not be cancelled (pthread_cancel) inside: that ends the process.
+// Percentages are 0 to 100, but for `diskSpace` where its two block sizes differ. Nothing is
+// logged, thrown or allocated; no locale takes part. An object remembers the previous processor
+// reading, so one object belongs to one thread at a time; all else keeps no state. A copy goes on
+// from the same previous reading. A thread must not be cancelled (pthread_cancel) inside: that ends
+// the process.
 //     SysStats machine;
 //     sleep(1);
 //     float busy = machine.systemCPU();   // of that second
@@ -50,8 +51,8 @@ public:
     /// Gives    percent of user, nice and system time in all four; the previous result again where
     ///          no tick has passed or a counter went backwards. KEPT(no-tick-no-news) The reading
     ///          becomes the previous one in every case.
-    /// Fails    never; an unreadable "/proc/stat" is a reading of four zeros, so that the call after
-    ///          it measures from boot.
+    /// Fails    never; an unreadable "/proc/stat" is a reading of four zeros, so that the call
+    ///          after it measures from boot.
     float systemCPU() const noexcept;
 
     /// Seconds since boot, suspended time included.

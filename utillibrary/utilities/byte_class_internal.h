@@ -4,8 +4,8 @@
 #include <cstdio>
 
 // Bytes as the calling thread's C locale classifies them. Each byte is taken as a signed char, so
-// that 0xFF is -1, which is libc's EOF: of no class, and its own lower case, whatever the locale says
-// of the character 255. KEPT(byte-ff-is-eof)
+// that 0xFF is -1, which is libc's EOF: of no class, and its own lower case, whatever the locale
+// says of the character 255. KEPT(byte-ff-is-eof)
 namespace com::halvorin::internal {
 
 #ifdef __GLIBC__
@@ -38,8 +38,8 @@ private:
 
 #else
 
-// The same by the functions. They take EOF or an unsigned char, and a signed char other than EOF has
-// the class of the unsigned one.
+// The same by the functions. They take EOF or an unsigned char, and a signed char other than EOF
+// has the class of the unsigned one.
 inline int characterOf(char c) noexcept {
     auto const value = static_cast<signed char>(c);
     return value == EOF ? EOF : static_cast<unsigned char>(c);

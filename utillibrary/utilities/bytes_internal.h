@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
-// Many bytes looked at together: sixteen by the vectors that gcc and clang have for every processor,
-// eight in a word.
+// Many bytes looked at together: sixteen by the vectors that gcc and clang have for every
+// processor, eight in a word.
 namespace com::halvorin::internal {
 
 /// Sixteen bytes. Operators work on each of them; a comparison gives 0xFF for true and 0 for false.
@@ -51,16 +51,16 @@ inline std::size_t sum(Bytes bytes) noexcept {
     return (pairs[0] + pairs[1]) * 0x0001000100010001 >> 48;
 }
 
-/// One bit a byte of what a comparison gave, the first byte's lowest. The factor moves the bit of byte
-/// i to bit 56 + i; no two of its partial products meet, so nothing is carried.
+/// One bit a byte of what a comparison gave, the first byte's lowest. The factor moves the bit of
+/// byte i to bit 56 + i; no two of its partial products meet, so nothing is carried.
 inline std::uint64_t bitsOf(Bytes compared) noexcept {
     constexpr std::uint64_t GATHER = 0x0102040810204080;
     auto const halves = std::bit_cast<Halves>(compared) & everyByte(1);
     return (halves[0] * GATHER >> 56) | (halves[1] * GATHER >> 56 << 8);
 }
 
-/// A bit in the top of the first byte that equals the wanted one; bytes above it may have one too, and
-/// without such a byte there is none.
+/// A bit in the top of the first byte that equals the wanted one; bytes above it may have one too,
+/// and without such a byte there is none.
 inline std::uint64_t firstEqual(std::uint64_t word, char wanted) noexcept {
     std::uint64_t const differences = word ^ everyByte(static_cast<unsigned char>(wanted));
     return (differences - everyByte(1)) & ~differences & everyByte(0x80);

@@ -59,8 +59,8 @@ constexpr long daysToMonth(long year, int month) noexcept {
     return static_cast<long>(dayOfYears + dayOfMonths - DAYS_SHIFTED);
 }
 
-/// Days from 1970-01-01 to a date whose month and day may be any: what a year or a month cannot hold
-/// goes into the next ones.
+/// Days from 1970-01-01 to a date whose month and day may be any: what a year or a month cannot
+/// hold goes into the next ones.
 /// Takes  year: the full year; month: from 1; day: from 1; each within 2^33 of 0
 constexpr long daysToDate(long year, long month, long day) noexcept {
     long const years = floorDivide(month - 1, 12);
@@ -100,10 +100,10 @@ struct BrokenDownTime {
     int second;  // 0..59
 };
 
-/// What `gmtime_r` gives for a second, without its process-wide lock and with no leap second under a
-/// zone that counts them. Its record holds years since 1900 in an int: where these do not fit, the
-/// record is all zero (the year 1900, month 1, day 0); where they fit and the full year does not,
-/// the year wraps. KEPT(year-wraps-at-32-bits)
+/// What `gmtime_r` gives for a second, without its process-wide lock and with no leap second under
+/// a zone that counts them. Its record holds years since 1900 in an int: where these do not fit,
+/// the record is all zero (the year 1900, month 1, day 0); where they fit and the full year does
+/// not, the year wraps. KEPT(year-wraps-at-32-bits)
 constexpr BrokenDownTime breakDown(long seconds) noexcept {
     long const days = floorDivide(seconds, SECONDS_PER_DAY);
     int const secondOfDay = static_cast<int>(seconds - days * SECONDS_PER_DAY);  // [0, 86399]

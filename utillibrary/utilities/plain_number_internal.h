@@ -37,8 +37,8 @@ bool takeSign(std::basic_string_view<Character>& text) noexcept {
     return minus;
 }
 
-// Reads an optional sign, digits with at most one point among them, and an optional exponent of up to
-// two digits, to the end of the text.
+// Reads an optional sign, digits with at most one point among them, and an optional exponent of up
+// to two digits, to the end of the text.
 template <typename Character, typename PointIsDot>
 bool readPlainNumber(std::basic_string_view<Character> text, PointIsDot pointIsDot,
                      PlainNumber& number) noexcept {
@@ -88,9 +88,9 @@ inline constexpr auto EXACT_POWERS_OF_TEN = [] {
 /// exponent. Anything else: no answer.
 /// Takes  pointIsDot: answers whether libc has it so; asked once, for a text with a point.
 ///
-/// Digits and a power of ten that are both exact give a product, or a quotient, that is rounded once,
-/// in the mode in force, as libc rounds. Longer ones are for from_chars, which equals libc under
-/// round-to-nearest: without an exponent they neither overflow nor vanish.
+/// Digits and a power of ten that are both exact give a product, or a quotient, that is rounded
+/// once, in the mode in force, as libc rounds. Longer ones are for from_chars, which equals libc
+/// under round-to-nearest: without an exponent they neither overflow nor vanish.
 template <typename Floating, typename Character, typename PointIsDot>
 std::optional<Floating> plainNumber(std::basic_string_view<Character> text,
                                     PointIsDot pointIsDot) noexcept {
