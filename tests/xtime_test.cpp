@@ -1,13 +1,11 @@
 #include <cfloat>
 #include <chrono>
 #include <climits>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
 #include <limits>
-#include <ostream>
 #include <random>
 #include <string>
 #include <string_view>
@@ -21,20 +19,13 @@
 
 #include "support/random.h"
 #include "support/rounding.h"
+#include "support/time_printing.h"
 #include "support/time_zone.h"
 
 using com::halvorin::datatypes::xtime_t;
 using com::halvorin::datatypes::xtimeNow;
 
 using TimePoint = std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>;
-
-namespace com::halvorin::datatypes {
-
-void PrintTo(xtime_t const& time, std::ostream* out) {
-    *out << '(' << time.getDateTime() << " s, " << time.getNanoseconds() << " ns)";
-}
-
-}  // namespace com::halvorin::datatypes
 
 namespace {
 

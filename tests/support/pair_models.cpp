@@ -1,0 +1,73 @@
+#include "support/pair_models.h"
+
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include "support/text_models.h"
+
+namespace testing_support {
+
+namespace {
+
+std::optional<float> modelOfStof(std::string const& text) {
+    char* end = nullptr;
+    errno = 0;
+    float const value = std::strtof(text.c_str(), &end);
+    if (end == text.c_str() || errno == ERANGE || std::isnan(value)) return std::nullopt;
+    return value;
+}
+
+}  // namespace
+
+std::optional<SortedMap> modelOfDeserialize(std::string const& text) {
+    SortedMap map;
+    bool wellFormed = true;
+    for (std::string const& field : modelOfSplit(modelOfTrim(text), " ")) {
+        std::size_t const equals = field.find('=');
+        if (equals == std::string::npos || equals == 0) {
+            wellFormed = false;
+        } else {
+            map.emplace(field.substr(0, equals), modelOfUnescape(field.substr(equals + 1)));
+        }
+    }
+    if (!wellFormed) return std::nullopt;
+    return map;
+}
+
+std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
+                                        std::string const& average, float averageDuration,
+                                        std::string const& sample, float sampleDuration) {
+    // Volatile, so that no processor does two steps at once.
+    float volatile weight = 1;
+    float volatile sampleWeight = 0;
+    if (!(sampleDuration <= 0) && !(averageDuration < 0)) {
+        float const volatile sum = averageDuration + sampleDuration;
+        weight = averageDuration / sum;
+        sampleWeight = 1 - weight;
+    }
+    std::optional<SortedMap> const samples = modelOfDeserialize(sample);
+    std::optional<SortedMap> averages = modelOfDeserialize(average);
+    if (!samples || !averages) return std::nullopt;
+    for (std::string const& name : names) {
+        if (!samples->contains(name) || !averages->contains(name)) continue;
+        std::optional<float> const number = modelOfStof(samples->at(name));
+        if (!number) continue;
+        std::optional<float> const old = modelOfStof(averages->at(name));
+        float const volatile oldPart = old.value_or(0) * weight;
+        float const volatile newPart = *number * sampleWeight;
+        float const volatile mixed = oldPart + newPart;
+        std::array<char, 32> text;
+        std::snprintf(text.data(), text.size(), "%g", static_cast<double>(old ? mixed : *number));
+        (*averages)[name] = text.data();
+    }
+    for (auto& [name, value] : *averages) {
+        value = modelOfEscape(value, false);
+        if (value == "-nan") value = "nan";
+    }
+    return averages;
+}
+
+}  // namespace testing_support
