@@ -211,6 +211,16 @@ TEST(Iequals, AsksTheCLocaleForTheCaseOfALetter) {
         EXPECT_FALSE(equalAnywhere("C", "c"));
     }
     {
+        ScopedCLocale const scope("yy_YY.ISO-8859-1");  // all but Z have one
+        EXPECT_TRUE(equalAnywhere("AY", "ay"));
+        EXPECT_FALSE(equalAnywhere("Z", "z"));
+    }
+    {
+        ScopedCLocale const scope("zz_ZZ.ISO-8859-1");  // all but A
+        EXPECT_TRUE(equalAnywhere("BZ", "bz"));
+        EXPECT_FALSE(equalAnywhere("A", "a"));
+    }
+    {
         ScopedCLocale const c("C");
         ScopedCppLocale const cpp("fr_FR.ISO-8859-15");
         EXPECT_FALSE(equalAnywhere("\xC9", "\xE9"));
@@ -234,7 +244,7 @@ TEST(Iequals, HasNothingEqualTheByteFFButItself) {
 }
 
 TEST(Iequals, EqualsItsModelOnAnyPairOfBytes) {
-    for (char const* const locale : {"C", "tr_TR.UTF-8", "fr_FR.ISO-8859-15", "xx_XX.ISO-8859-1"}) {
+    for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
         for (int left = 0; left < 256; ++left) {
             for (int right = 0; right < 256; ++right) {
@@ -252,7 +262,7 @@ TEST(Iequals, EqualsItsModelOnAnyPairOfBytes) {
 
 TEST(Iequals, EqualsItsModelOnLongTexts) {
     std::mt19937_64 engine = randomEngine();
-    for (char const* const locale : {"C", "tr_TR.UTF-8", "fr_FR.ISO-8859-15"}) {
+    for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
         for (int i = 0; i < 100'000; ++i) {
             std::string text(engine() % 70, '\0');
@@ -680,13 +690,40 @@ TEST(EscapeString, AsksTheCLocaleWhatIsGraphic) {
         expectEscape(row, true, row.keepingSpaces);
         expectEscape(other, false, other.escaped);
     }
+    {
+        // Bytes below 0x80 are asked about too, be there others beside them or not.
+        ScopedCLocale const scope("yy_YY.ISO-8859-1");
+        expectEscape({"", "\x01", "\x01", "\x01"}, false, "\x01");
+        expectEscape({"", "\x80", "\x80", "\x80"}, false, "\x80");
+        expectEscape({"", "a#b", "a\\u0023b", "a\\u0023b"}, false, "a\\u0023b");
+    }
+    {
+        ScopedCLocale const scope("zz_ZZ.ISO-8859-1");
+        expectEscape({"", "\xFE\xFD", "\xFE\\ufffd", "\xFE\\ufffd"}, false, "\xFE\\ufffd");
+    }
     ScopedCLocale const c("C");
     ScopedCppLocale const cpp("fr_FR.ISO-8859-15");
     EXPECT_EQ(escapeString("\xC9", false), "\\uffc9");
 }
 
+TEST(EscapeString, AsksAboutEveryByteOfALongText) {
+    std::string const zeros(64, '0');
+    std::string const tail(20, '0');
+    for (auto const& [locale, byte] : {
+             std::pair("fr_FR.ISO-8859-15", "\xA1"),
+             {"yy_YY.ISO-8859-1", "\x80"},
+             {"yy_YY.ISO-8859-1", "\x01"},
+             {"zz_ZZ.ISO-8859-1", "\xFE"}
+    }) {
+        ScopedCLocale const scope(locale);
+        for (std::string const& text : {zeros + byte + tail, zeros + tail + byte}) {
+            EXPECT_EQ(escapeString(text, false), text) << locale;
+        }
+    }
+}
+
 TEST(EscapeString, WritesEachOfThe256Bytes) {
-    for (char const* const locale : {"C", "fr_FR.ISO-8859-15", "xx_XX.ISO-8859-1"}) {
+    for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
         std::string all;
         for (int c = 255; c >= 0; --c) {
@@ -712,7 +749,7 @@ std::string anyText(std::mt19937_64& engine, std::string const& characters, std:
 TEST(EscapeString, EqualsItsModelOnAnyText) {
     std::mt19937_64 engine = randomEngine();
     std::string const characters[] = {"abcdefgh ", "abcdefghijklmnop\n", "\"\n\t\xE9 x", "p"};
-    for (char const* const locale : {"C", "de_DE.UTF-8", "fr_FR.ISO-8859-15", "xx_XX.ISO-8859-1"}) {
+    for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
         for (int i = 0; i < 40'000; ++i) {
             std::size_t const limit = i % 100 == 0 ? 3000 : i % 10 == 0 ? 300 : 40;
@@ -864,7 +901,7 @@ TEST(UnescapeString, ReadsNothingBehindItsText) {
 TEST(UnescapeString, EqualsItsModelOnAnyText) {
     std::mt19937_64 engine = randomEngine();
     std::string const characters[] = {"\\ux0041gAF", "\\", "abcdefghijklmnop\\n", "\\u0041"};
-    for (char const* const locale : {"C", "fr_FR.ISO-8859-15", "xx_XX.ISO-8859-1"}) {
+    for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
         for (int i = 0; i < 60'000; ++i) {
             std::size_t const limit = i % 100 == 0 ? 3000 : i % 10 == 0 ? 300 : 40;
@@ -876,7 +913,7 @@ TEST(UnescapeString, EqualsItsModelOnAnyText) {
 
 TEST(UnescapeString, UndoesEscapingOfTextsWithoutABackslash) {
     std::mt19937_64 engine = randomEngine();
-    for (char const* const locale : {"C", "de_DE.UTF-8", "fr_FR.ISO-8859-15", "xx_XX.ISO-8859-1"}) {
+    for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
         for (int i = 0; i < 40'000; ++i) {
             std::string text(engine() % 100, '\0');
@@ -902,6 +939,8 @@ TEST(UnescapeString, KeepsNoMoreMemoryThanTwiceItsResult) {
         EXPECT_EQ(allocationsOf([&text] { unescapeString(text); }), 1);
     }
     EXPECT_LE(unescapeString(escapes).capacity(), 2 * 20'000U);
+    EXPECT_LE(unescapeString(plain.substr(0, 30'000) + escapes.substr(0, 6 * 18'000)).capacity(),
+              2 * 48'000U);
 }
 
 }  // namespace

@@ -11,6 +11,17 @@ std::vector<std::string> const& allLocales() {
     return names;
 }
 
+std::vector<std::string> const& byteLocales() {
+    static std::vector<std::string> const names = {"C",
+                                                   "de_DE.UTF-8",
+                                                   "fr_FR.ISO-8859-15",
+                                                   "tr_TR.UTF-8",
+                                                   "xx_XX.ISO-8859-1",
+                                                   "yy_YY.ISO-8859-1",
+                                                   "zz_ZZ.ISO-8859-1"};
+    return names;
+}
+
 ScopedCLocale::ScopedCLocale(std::string const& name) : previous_(std::setlocale(LC_ALL, nullptr)) {
     if (std::setlocale(LC_ALL, name.c_str()) == nullptr) {
         throw std::runtime_error("the locale " + name + " is not there");

@@ -9,6 +9,9 @@ namespace testing_support {
 /// The locales that the suite brings along, and "C".
 std::vector<std::string> const& allLocales();
 
+/// Those that differ in what they say of bytes; some are like no locale in use.
+std::vector<std::string> const& byteLocales();
+
 /// Sets the C locale (setlocale) for a scope.
 class ScopedCLocale {
 public:

@@ -77,8 +77,7 @@ constexpr EscapeTable makeTable(bool keepSpace, IsGraphic isGraphic) noexcept {
     return table;
 }
 
-// POSIX has the bytes from 0x21 to 0x7E graphic, and those below and 0x7F not, in every locale.
-// Most locales, "C" and all in UTF-8 among them, have none above.
+// The tables of a locale whose graphic bytes are the usual ones.
 constexpr bool isGraphicAscii(char c) noexcept { return c > ' ' && c < 0x7F; }
 
 constexpr EscapeTable USUAL_TABLE = makeTable(false, isGraphicAscii);
@@ -88,17 +87,9 @@ constexpr EscapeTable const& usualTable(bool keepSpace) noexcept {
     return keepSpace ? USUAL_TABLE_KEEPING_SPACE : USUAL_TABLE;
 }
 
-// The rule itself: the table of the locale in force.
+// The rule itself: the table of the locale in force, whatever it has graphic.
 EscapeTable tableInForce(bool keepSpace) noexcept {
     return makeTable(keepSpace, [classes = ByteClasses()](char c) { return classes.isGraphic(c); });
-}
-
-bool localeHasGraphicUpperHalf() noexcept {
-    ByteClasses const classes;
-    bool any = false;
-    for (int c = -128; c < 0; ++c)
-        any |= classes.isGraphic(static_cast<char>(c));
-    return any;
 }
 
 char* writeOne(char* out, char c, EscapeTable const& table) noexcept {
@@ -107,19 +98,14 @@ char* writeOne(char* out, char c, EscapeTable const& table) noexcept {
     return out + sizeOf(escape);
 }
 
-// For texts with a backslash anywhere. Each byte is stored with a whole word's room; `bits` are
-// those of all bytes.
-char* writeShort(char* out, std::string_view text, EscapeTable const& table,
-                 unsigned char& bits) noexcept {
+// For texts with a backslash anywhere. Each byte is stored with a whole word's room.
+char* writeShort(char* out, std::string_view text, EscapeTable const& table) noexcept {
     char* const start = out;
-    unsigned char seen = 0;
     for (char const c : text) {
         // KEPT(backslash-starts-over): what was written before it is written over.
         if (c == '\\') out = start;
         out = writeOne(out, c, table);
-        seen |= static_cast<unsigned char>(c);
     }
-    bits = seen;
     return out;
 }
 
@@ -171,16 +157,11 @@ std::size_t plainSize(std::string_view text, bool keepSpace) noexcept {
     return size;
 }
 
-struct UsualSize {
-    std::size_t size;  // `sizeByTable` for a usual table
-    bool upperHalf;    // whether there are bytes that some locales have graphic
-};
-
-UsualSize usualSize(std::string_view text, bool keepSpace) noexcept {
+// `sizeByTable` for a usual table.
+std::size_t usualSize(std::string_view text, bool keepSpace) noexcept {
     constexpr std::size_t STEP = 32 * sizeof(Bytes);  // 32 times 6 fits a byte
     std::size_t size = 0;
     std::size_t done = 0;
-    Bytes bits{};
     while (text.size() - done >= sizeof(Bytes)) {
         std::size_t const end = std::min(done + STEP, text.size());
         Bytes sizes{};
@@ -190,15 +171,10 @@ UsualSize usualSize(std::string_view text, bool keepSpace) noexcept {
                 (between(bytes, '\b', '\r') & ~equal(bytes, '\v')) | equal(bytes, '"');
             // Six characters, five less for a plain byte, four less for a named one.
             sizes += 6 - (plainBytes(bytes, keepSpace) & 5) - (named & 4);
-            bits |= bytes;
         }
         size += sum(sizes);
     }
-    std::string_view const rest = text.substr(done);
-    bool upperHalf = any(bits & 0x80);
-    for (char const c : rest)
-        upperHalf |= static_cast<unsigned char>(c) >= 0x80;
-    return {size + sizeByTable(rest, usualTable(keepSpace)), upperHalf};
+    return size + sizeByTable(text.substr(done), usualTable(keepSpace));
 }
 
 // ---- whole texts
@@ -217,43 +193,45 @@ Remainder afterLastBackslash(std::string_view text) noexcept {
     return {"\\\\", text.substr(position + 1)};
 }
 
-std::string escapedLong(std::string_view whole, bool keepSpace) {
-    Remainder const remainder = afterLastBackslash(whole);
-    std::string_view const start = remainder.start;
-    std::string_view const text = remainder.text;
-    std::size_t const plain = plainSize(text, keepSpace);
-    std::string_view const rest = text.substr(plain);
-    if (rest.empty() && start.empty()) return std::string(text);
+// A text of which the first bytes stay as they are, and the rest takes `size` by a table.
+std::string assembled(Remainder const& remainder, std::size_t plain, std::size_t size,
+                      EscapeTable const& table) {
+    auto const [start, text] = remainder;
+    std::string result(start.size() + plain + size, '\0');
+    char* const out = std::copy(start.begin(), start.end(), result.data());
+    std::memcpy(out, text.data(), plain);
+    writeLong(out + plain, text.substr(plain), table);
+    return result;
+}
 
-    auto const build = [&](EscapeTable const& table, std::size_t size) {
-        std::string result(start.size() + plain + size, '\0');
-        char* const out = std::copy(start.begin(), start.end(), result.data());
-        std::memcpy(out, text.data(), plain);
-        writeLong(out + plain, rest, table);
-        return result;
-    };
-    UsualSize const usual = usualSize(rest, keepSpace);
-    if (!usual.upperHalf || !localeHasGraphicUpperHalf()) {
-        return build(usualTable(keepSpace), usual.size);
-    }
-    EscapeTable const table = tableInForce(keepSpace);
-    return build(table, sizeByTable(rest, table));
+// Owns the usual table.
+std::string escapedAsUsual(Remainder const& remainder, bool keepSpace) {
+    auto const [start, text] = remainder;
+    std::size_t const plain = plainSize(text, keepSpace);
+    if (plain == text.size() && start.empty()) return std::string(text);
+    std::size_t const size = usualSize(text.substr(plain), keepSpace);
+    return assembled(remainder, plain, size, usualTable(keepSpace));
+}
+
+std::string escapedLong(std::string_view text, Escaping const& escaping) {
+    Remainder const remainder = afterLastBackslash(text);
+    if (escaping.usual) return escapedAsUsual(remainder, escaping.keepSpace);
+    EscapeTable const table = tableInForce(escaping.keepSpace);
+    return assembled(remainder, 0, sizeByTable(remainder.text, table), table);
 }
 
 }  // namespace
 
-char* writeEscaped(char* out, std::string_view text, bool keepSpace) noexcept {
-    unsigned char bits = 0;
-    char* const end = writeShort(out, text, usualTable(keepSpace), bits);
-    if (bits < 0x80 || !localeHasGraphicUpperHalf()) return end;
-    return writeShort(out, text, tableInForce(keepSpace), bits);
+char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept {
+    if (escaping.usual) return writeShort(out, text, usualTable(escaping.keepSpace));
+    return writeShort(out, text, tableInForce(escaping.keepSpace));
 }
 
-std::string escaped(std::string_view text, bool keepSpace) {
+std::string escaped(std::string_view text, Escaping const& escaping) {
     constexpr std::size_t SHORT = 64;
-    if (text.size() > SHORT) return escapedLong(text, keepSpace);
+    if (text.size() > SHORT) return escapedLong(text, escaping);
     std::array<char, escapedRoom(SHORT)> result;
-    return {result.data(), writeEscaped(result.data(), text, keepSpace)};
+    return {result.data(), writeEscaped(result.data(), text, escaping)};
 }
 
 }  // namespace com::halvorin::internal
@@ -261,7 +239,7 @@ std::string escaped(std::string_view text, bool keepSpace) {
 namespace com::halvorin::utilities {
 
 std::string escapeString(std::string const& text, bool keepSpace) {
-    return internal::escaped(text, keepSpace);
+    return internal::escaped(text, {keepSpace, internal::ByteClasses().graphicIsUsual()});
 }
 
 }  // namespace com::halvorin::utilities

@@ -15,6 +15,7 @@
 #include "utillibrary/application/result_codes_internal.h"
 #include "utillibrary/utilities/StringEscape_internal.h"
 #include "utillibrary/utilities/StringTrim_internal.h"
+#include "utillibrary/utilities/byte_class_internal.h"
 #include "utillibrary/utilities/bytes_internal.h"
 #include "utillibrary/utilities/decimal_internal.h"
 #include "utillibrary/utilities/locale_internal.h"
@@ -112,14 +113,18 @@ bool FieldReader::advance() noexcept {
 
 std::string_view trimmed(std::string_view text) noexcept { return internal::trimmed(text); }
 
+PairWriter::PairWriter(bool follows) noexcept
+    : follows_(follows), usual_(ByteClasses().graphicIsUsual()) {}
+
 void PairWriter::add(std::string_view name, std::string_view value) {
+    Escaping const escaping{false, usual_};
     std::size_t const room = 2 + name.size() + escapedRoom(value.size());
     if (room > BLOCK - size_) {
         text_.append(block_, size_);
         size_ = 0;
     }
     if (room > BLOCK) {
-        std::string const written = escaped(value, false);
+        std::string const written = escaped(value, escaping);
         text_.reserve(std::max(text_.size() + 2 + name.size() + written.size(), 2 * text_.size()));
         if (follows_) text_ += ' ';
         text_.append(name).append(1, '=').append(written);
@@ -128,7 +133,7 @@ void PairWriter::add(std::string_view name, std::string_view value) {
         if (follows_) *out++ = ' ';
         out = writeName(out, name);
         *out++ = '=';
-        out = writeEscaped(out, value, false);
+        out = writeEscaped(out, value, escaping);
         size_ = static_cast<std::size_t>(out - block_);
     }
     follows_ = true;
@@ -160,7 +165,7 @@ void addToNVPString(std::string& nvp, std::string const& name, std::string const
     if (size > nvp.capacity()) nvp.reserve(std::max(size, 2 * nvp.capacity()));
     if (!nvp.empty()) nvp += ' ';
     // KEPT(two-writers): the value is not escaped. KEPT(names-are-unchecked): nor is the name.
-    // Either may be `nvp` itself.
+    // KEPT(own-text-is-read-late): no copy of either, though it may be `nvp` itself.
     nvp.append(name).append(1, '=').append(value);
 }
 

@@ -47,6 +47,7 @@ void split(List& out, std::string const& text, std::string const& separators) {
 /// KEPT(two-writers)
 /// Takes    nvp: a text of pairs; one space goes before the new pair unless it is empty. name,
 ///          value: with either of them empty nothing is written. KEPT(no-empty-value-is-added)
+///          Either may be `nvp` itself, as it has become by then. KEPT(own-text-is-read-late)
 /// Fails    never, but for std::bad_alloc.
 /// Example  "a=1" with "b" and "x y" becomes "a=1 b=x y"
 UTILLIBRARY_EXPORT void addToNVPString(std::string& nvp, std::string const& name,
@@ -113,9 +114,9 @@ bool deserializeNVP(Map& map, std::string const& text) {
 /// Gives    average * w + sample * (1 - w) with w = averageDuration / (averageDuration +
 ///          sampleDuration), every step in single precision, written as "%g" under the C locale.
 ///          Values are read as `std::stof` reads them: blanks before the number and anything behind
-///          it do not matter. A sample value that it refuses, a subnormal one included, or that is
-///          not a number, is left out silently; an average value of that kind gives way to the
-///          sample's. KEPT(unreadable-values-are-silent)
+///          it do not matter. A sample value that it refuses, as it does inexact subnormals, or
+///          that is not a number, is left out silently; an average value of that kind gives way to
+///          the sample's. KEPT(unreadable-values-are-silent)
 ///          All other pairs of the average stay, and no pair is added. KEPT(averaging-adds-no-name)
 ///          Values are read and written as by `deserializeNVP` and `serializeNVP`; a name that
 ///          stood there twice stays once, with its first value. Their order carries no meaning.

@@ -69,7 +69,7 @@ UTILLIBRARY_EXPORT std::string_view trimmed(std::string_view text) noexcept;
 class PairWriter {
 public:
     /// Takes  follows: whether text stands before the first pair.
-    explicit PairWriter(bool follows) noexcept : follows_(follows) {}
+    UTILLIBRARY_EXPORT explicit PairWriter(bool follows) noexcept;
 
     UTILLIBRARY_EXPORT void add(std::string_view name, std::string_view value);
     UTILLIBRARY_EXPORT void appendTo(std::string& out);
@@ -78,6 +78,7 @@ private:
     static constexpr std::size_t BLOCK = 4096;
 
     bool follows_;
+    bool usual_;            // how the locale has values escaped, asked for once
     std::size_t size_ = 0;  // of what stands in the block
     std::string text_;      // what the block could not hold
     char block_[BLOCK];

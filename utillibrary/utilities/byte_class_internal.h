@@ -8,16 +8,60 @@
 // says of the character 255. KEPT(byte-ff-is-eof)
 namespace com::halvorin::internal {
 
+// ---- the rule itself: libc's functions, for every libc
+
+// They take EOF or an unsigned char, and a signed char other than EOF has the class of the unsigned
+// one.
+inline int characterOf(char c) noexcept {
+    auto const value = static_cast<signed char>(c);
+    return value == EOF ? EOF : static_cast<unsigned char>(c);
+}
+
+class CalledClasses {
+public:
+    bool isBlank(char c) const noexcept { return std::isspace(characterOf(c)) != 0; }
+    bool isGraphic(char c) const noexcept { return std::isgraph(characterOf(c)) != 0; }
+    bool isHexDigit(char c) const noexcept { return std::isxdigit(characterOf(c)) != 0; }
+
+    /// Whether the bytes from '!' to '~' are graphic and no others, as in "C" and the locales of
+    /// UTF-8. All of them count: there are character sets with letters among the control bytes.
+    bool graphicIsUsual() const noexcept {
+        bool usual = true;
+        for (int c = -128; c < 128; ++c) {
+            usual &= isGraphic(static_cast<char>(c)) == (c >= '!' && c <= '~');
+        }
+        return usual;
+    }
+};
+
+class CalledLowerCase {
+public:
+    int operator()(char c) const noexcept { return std::tolower(characterOf(c)); }
+};
+
 #ifdef __GLIBC__
 
-// glibc's own tables, which stand behind `isspace` and `tolower` there; its <ctype.h> promises an
-// entry for every signed char and for EOF. Fetched once, they spare a call a byte.
+// ---- glibc's own tables, which stand behind those functions there
 
-class ByteClasses {
+// <ctype.h> promises an entry for every signed char and for EOF. Fetched once, they spare a call a
+// byte.
+
+class TabledClasses {
 public:
     bool isBlank(char c) const noexcept { return has(c, _ISspace); }
     bool isGraphic(char c) const noexcept { return has(c, _ISgraph); }
     bool isHexDigit(char c) const noexcept { return has(c, _ISxdigit); }
+
+    // Without a branch, so that the compiler looks at many entries at once.
+    bool graphicIsUsual() const noexcept {
+        unsigned short inAll = _ISgraph;
+        for (int c = '!'; c <= '~'; ++c)
+            inAll &= table_[c];
+        unsigned short inOthers = table_[0x7F];
+        for (int c = -128; c <= ' '; ++c)
+            inOthers |= table_[c];
+        return (inAll & ~inOthers) != 0;
+    }
 
 private:
     // KEPT(byte-ff-is-eof): no unsigned char, for which 0xFF would be a character.
@@ -28,7 +72,7 @@ private:
     unsigned short const* table_ = *__ctype_b_loc();
 };
 
-class LowerCase {
+class TabledLowerCase {
 public:
     int operator()(char c) const noexcept { return table_[static_cast<signed char>(c)]; }
 
@@ -36,26 +80,13 @@ private:
     int const* table_ = *__ctype_tolower_loc();
 };
 
+using ByteClasses = TabledClasses;
+using LowerCase = TabledLowerCase;
+
 #else
 
-// The same by the functions. They take EOF or an unsigned char, and a signed char other than EOF
-// has the class of the unsigned one.
-inline int characterOf(char c) noexcept {
-    auto const value = static_cast<signed char>(c);
-    return value == EOF ? EOF : static_cast<unsigned char>(c);
-}
-
-class ByteClasses {
-public:
-    bool isBlank(char c) const noexcept { return std::isspace(characterOf(c)) != 0; }
-    bool isGraphic(char c) const noexcept { return std::isgraph(characterOf(c)) != 0; }
-    bool isHexDigit(char c) const noexcept { return std::isxdigit(characterOf(c)) != 0; }
-};
-
-class LowerCase {
-public:
-    int operator()(char c) const noexcept { return std::tolower(characterOf(c)); }
-};
+using ByteClasses = CalledClasses;
+using LowerCase = CalledLowerCase;
 
 #endif
 
