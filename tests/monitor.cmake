@@ -1,15 +1,21 @@
 # examples/monitor: its parts as a unit, and the program as its user meets it.
 
 set(monitor_dir "${PROJECT_SOURCE_DIR}/examples/monitor")
-utillibrary_unit_test(monitor)
-target_include_directories(monitor_test PRIVATE "${monitor_dir}")
-target_sources(monitor_test PRIVATE
-  "${monitor_dir}/log_hook.cpp"
-  "${monitor_dir}/option_values.cpp"
-  "${monitor_dir}/output.cpp"
-  "${monitor_dir}/reading.cpp"
-  "${monitor_dir}/schedule.cpp"
-  "${monitor_dir}/table.cpp")
+foreach(name IN ITEMS monitor monitor_log)
+  utillibrary_unit_test(${name})
+  target_include_directories(${name}_test PRIVATE "${monitor_dir}")
+  target_sources(${name}_test PRIVATE
+    "${monitor_dir}/averages.cpp"
+    "${monitor_dir}/log_hook.cpp"
+    "${monitor_dir}/option_values.cpp"
+    "${monitor_dir}/output.cpp"
+    "${monitor_dir}/reading.cpp"
+    "${monitor_dir}/reading_line.cpp"
+    "${monitor_dir}/reading_log.cpp"
+    "${monitor_dir}/replay.cpp"
+    "${monitor_dir}/schedule.cpp"
+    "${monitor_dir}/table.cpp")
+endforeach()
 
 # The program is built as a host would: from an installed library, here under a path with blanks.
 find_program(BATS_PROGRAM bats REQUIRED)

@@ -20,6 +20,7 @@
 #include "option_values.h"
 #include "output.h"
 #include "reading.h"
+#include "reading_line.h"
 #include "schedule.h"
 #include "support/locales.h"
 #include "table.h"
@@ -154,6 +155,39 @@ TEST(Monitor, ReadsAnOffset) {
     }
 }
 
+using Names = std::vector<std::string>;
+
+struct NamesFact {
+    char const* text;
+    std::optional<Names> names;
+};
+
+NamesFact const NAMES_FACTS[] = {
+    {"cpu",                         Names{"cpu"}                                    },
+    {"uptime",                      Names{"uptime"}                                 },
+    {"disk,cpu",                    Names{"disk", "cpu"}                            },
+    {"cpu,memory,disk,free,uptime", Names{"cpu", "memory", "disk", "free", "uptime"}},
+    {"",                            std::nullopt                                    },
+    {",",                           std::nullopt                                    },
+    {"cpu,",                        std::nullopt                                    },
+    {",cpu",                        std::nullopt                                    },
+    {"cpu,,disk",                   std::nullopt                                    },
+    {"cpu, disk",                   std::nullopt                                    },
+    {"cpu disk",                    std::nullopt                                    },
+    {"cpu,disk,cpu",                std::nullopt                                    },
+    {"cp",                          std::nullopt                                    },
+    {"cpus",                        std::nullopt                                    },
+    {"CPU",                         std::nullopt                                    },
+    {"time",                        std::nullopt                                    },
+};
+
+TEST(Monitor, ReadsNamesOfValues) {
+    for (NamesFact const& row : NAMES_FACTS) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(parseNames(row.text), row.names);
+    }
+}
+
 // ---- deadlines
 
 struct DeadlineFact {
@@ -214,6 +248,7 @@ UnitFact const UNIT_FACTS[] = {
     {"a PiB",                    1'125'899'906'842'624UL, "PiB", GIB * 1024 * 1024},
     {"the largest number",       ~0UL,                    "PiB", GIB * 1024 * 1024},
     {"no number: what is usual", null(),                  "GiB", GIB              },
+    {"nor any value",            Variant(),               "GiB", GIB              },
 };
 
 TEST(Monitor, ChoosesAUnitForFreeSpace) {
@@ -270,6 +305,57 @@ TEST_F(MonitorTable, HasTheUnitOfFreeSpaceInItsHeading) {
     EXPECT_EQ(table.header() + table.row(reading),
               "time                      cpu %  memory %  disk %  free MiB  uptime d+hh:mm:ss\n"
               "2024-03-05T06:08:09.250Z   12.3      45.0   100.0       1.5         1+02:03:04\n");
+}
+
+TEST_F(MonitorTable, ShowsNullForAnyValue) {
+    Reading reading;
+    reading.time = xtime_t(1709618889, 250000000);
+    for (Field const& field : FIELDS)
+        reading.*field.value = null();
+    EXPECT_EQ(Table(0, gib()).row(reading),
+              "2024-03-05T06:08:09.250Z   null      null    null      null               null\n");
+}
+
+struct AverageRowFact {
+    char const* fact;
+    int offsetSeconds;
+    std::chrono::duration<double> span;
+    Reading mean;
+    char const* row;
+};
+
+Reading unknown() { return {}; }
+
+Reading onlyProcessorAndFree() {
+    Reading reading;
+    reading.processor = 12.34;
+    reading.free = GIB * 80;
+    return reading;
+}
+
+AverageRowFact const AVERAGE_ROW_FACTS[] = {
+    {"all values",               0,    5s,          usualReading(),
+     "average over 5.000 s       12.3      45.0   100.0      80.0         1+02:03:04\n"             },
+    {"some of them",             0,    250ms,       onlyProcessorAndFree(),
+     "average over 0.250 s       12.3                        80.0\n"                                },
+    {"none of them",             0,    0s,          unknown(),              "average over 0.000 s\n"},
+    {"times with a zone",        3600, 5s,          onlyProcessorAndFree(),
+     "average over 5.000 s           12.3                        80.0\n"                            },
+    {"before a day",             0,    86399999ms,  onlyProcessorAndFree(),
+     "average over 86399.999 s   12.3                        80.0\n"                                },
+    {"a day",                    0,    86400s,      onlyProcessorAndFree(),
+     "average over 86400 s       12.3                        80.0\n"                                },
+    {"30 years",                 0,    999999999s,  onlyProcessorAndFree(),
+     "average over 999999999 s   12.3                        80.0\n"                                },
+    {"what is wider than times", 0,    9999999999s, onlyProcessorAndFree(),
+     "average over 9999999999 s   12.3                        80.0\n"                               },
+};
+
+TEST_F(MonitorTable, EndsWithAverages) {
+    for (AverageRowFact const& row : AVERAGE_ROW_FACTS) {
+        SCOPED_TRACE(row.fact);
+        EXPECT_EQ(Table(row.offsetSeconds, gib()).averageRow(row.mean, row.span), row.row);
+    }
 }
 
 struct CellFact {
@@ -361,6 +447,13 @@ TEST(Monitor, TellsOfAnErrorWhenItChanges) {
         SCOPED_TRACE(row.news);
         EXPECT_EQ(errorNews("/data", row.before, row.now), row.news);
     }
+}
+
+TEST(Monitor, KnowsWhichValuesAreThere) {
+    EXPECT_TRUE(isKnown(Variant(0.0F)));
+    EXPECT_TRUE(isKnown(Variant(0UL)));
+    EXPECT_FALSE(isKnown(null()));
+    EXPECT_FALSE(isKnown(Variant()));
 }
 
 // ---- output

@@ -1,8 +1,12 @@
 #include "option_values.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <system_error>
+
+#include "reading_line.h"
 
 namespace monitor {
 
@@ -14,6 +18,11 @@ constexpr double NANOSECONDS_PER_SECOND = 1e9;
 constexpr unsigned long LARGEST_COUNT = 1'000'000'000;
 
 constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+bool isFieldName(std::string_view text) noexcept {
+    return std::any_of(std::begin(FIELDS), std::end(FIELDS),
+                       [text](Field const& field) { return text == field.name; });
+}
 
 // Two digits as a number; -1 for anything else.
 constexpr int twoDigits(char tens, char ones) noexcept {
@@ -50,6 +59,19 @@ std::optional<int> parseOffset(std::string_view text) noexcept {
     if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59) return std::nullopt;
     int const seconds = hours * 3600 + minutes * 60;
     return text[0] == '-' ? -seconds : seconds;
+}
+
+std::optional<std::vector<std::string>> parseNames(std::string_view text) {
+    std::vector<std::string> names;
+    for (;;) {
+        std::size_t const comma = text.find(',');
+        std::string_view const name = text.substr(0, comma);
+        bool const isNew = std::find(names.begin(), names.end(), name) == names.end();
+        if (!isFieldName(name) || !isNew) return std::nullopt;
+        names.emplace_back(name);
+        if (comma == std::string_view::npos) return names;
+        text.remove_prefix(comma + 1);
+    }
 }
 
 }  // namespace monitor

@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 // What the text of an option says. Each takes the whole text, and answers nothing where it is
 // nonsense; no locale takes part.
@@ -18,5 +20,8 @@ std::optional<unsigned long> parseCount(std::string_view text) noexcept;
 /// A zone: "Z", or "+hh:mm" and "-hh:mm" with hours to 23 and minutes to 59.
 /// Gives    seconds east of UTC; the sign holds for hours and minutes.
 std::optional<int> parseOffset(std::string_view text) noexcept;
+
+/// Names of values, out of FIELDS, with commas between: each at most once, in any order.
+std::optional<std::vector<std::string>> parseNames(std::string_view text);
 
 }  // namespace monitor

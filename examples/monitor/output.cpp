@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
-#include <string_view>
 #include <system_error>
 #include <unistd.h>
 
@@ -17,22 +16,6 @@ constexpr std::string_view ERASE_LINE = "\r\033[K";
 // A line that is wider than the terminal is cut, since only one can be erased.
 constexpr std::string_view WRAP_OFF = "\033[?7l";
 constexpr std::string_view WRAP_ON = "\033[?7h";
-
-// Gives    0, or the errno of what failed.
-int writeWhole(int descriptor, std::string_view text) noexcept {
-    while (!text.empty()) {
-        ssize_t const count = write(descriptor, text.data(), text.size());
-        if (count >= 0) {
-            text.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno == EAGAIN) {  // someone who shares the descriptor made it non-blocking
-            pollfd room{descriptor, POLLOUT, 0};
-            poll(&room, 1, -1);
-        } else if (errno != EINTR) {
-            return errno;
-        }
-    }
-    return 0;
-}
 
 bool progressIsShown() noexcept {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread, and it sets nothing.
@@ -52,6 +35,21 @@ void prepareOutput() noexcept {
     if (descriptor > STDERR_FILENO) close(descriptor);
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+int writeWhole(int descriptor, std::string_view text) noexcept {
+    while (!text.empty()) {
+        ssize_t const count = write(descriptor, text.data(), text.size());
+        if (count >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EAGAIN) {  // someone who shares the descriptor made it non-blocking
+            pollfd room{descriptor, POLLOUT, 0};
+            poll(&room, 1, -1);
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
 }
 
 void print(std::string const& text) {

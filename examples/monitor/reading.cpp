@@ -5,7 +5,11 @@
 
 namespace monitor {
 
+using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtimeNow;
+
+// Null is a value to hasValue.
+bool isKnown(Variant const& value) noexcept { return value.hasValue() && !value.isNull(); }
 
 Sampler::Sampler(std::string path) : path_(std::move(path)) {}
 

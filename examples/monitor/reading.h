@@ -8,7 +8,8 @@
 
 namespace monitor {
 
-// The machine at one moment. A value that could not be had is Null.
+// The machine at one moment. A value that could not be had is Null; one that was not asked for is of
+// type Unknown, as a Variant is at first.
 struct Reading {
     com::halvorin::datatypes::xtime_t time;
     com::halvorin::datatypes::Variant processor;  // percent, since the reading before
@@ -18,6 +19,9 @@ struct Reading {
     com::halvorin::datatypes::Variant uptime;     // seconds
     int diskError = 0;                            // why disk and free are Null: an errno
 };
+
+/// Whether a value is there at all: neither Null nor unknown.
+bool isKnown(com::halvorin::datatypes::Variant const& value) noexcept;
 
 // Takes readings of this machine, and of the disk that holds a path.
 class Sampler {

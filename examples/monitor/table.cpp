@@ -1,12 +1,16 @@
 #include "table.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
+
+#include <utillibrary/utilities/StringUtilities.h>
 
 namespace monitor {
 
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;
+using com::halvorin::utilities::to_string;
 
 namespace {
 
@@ -32,9 +36,12 @@ std::string cell(std::string_view text, std::size_t width) {
     return std::string(2 + padding, ' ').append(text);
 }
 
+// A value that is not there: "null", or nothing where none was asked for.
+std::string missing(Variant const& value) { return value.isNull() ? value.toString() : ""; }
+
 // 12 is shown as 12.0 beside 12.3, as long as the decimal is among the digits that are shown.
 std::string oneDecimal(Variant const& number, double unit = 1) {
-    if (number.isNull()) return number.toString();
+    if (!isKnown(number)) return missing(number);
     double const rounded = std::round(number.toDouble() / unit * 10) / 10;
     std::string text = Variant(rounded).toString();
     if (std::abs(rounded) < DECIMAL_ENDS && text.find('.') == std::string::npos) text += ".0";
@@ -43,8 +50,9 @@ std::string oneDecimal(Variant const& number, double unit = 1) {
 
 // Days, and the rest as the time of day that it is in UTC after 1970 began.
 std::string daysAndTime(Variant const& seconds) {
+    if (!isKnown(seconds)) return missing(seconds);
     xtime_t const sinceZero(seconds.toInt64());
-    Variant const days(static_cast<int>(sinceZero.getDateTime() / SECONDS_PER_DAY));
+    Variant const days(sinceZero.getDateTime() / SECONDS_PER_DAY);
     std::string const text = sinceZero.toString(false, 0, "I");
     return days.toString() + "+" + text.substr(text.find('T') + 1);
 }
@@ -52,7 +60,7 @@ std::string daysAndTime(Variant const& seconds) {
 }  // namespace
 
 ByteUnit byteUnitFor(Variant const& bytes) {
-    if (bytes.isNull()) return GIB;
+    if (!isKnown(bytes)) return GIB;
     double const amount = bytes.toDouble();
     if (amount < GIB.bytes) return {"MiB", MIB};
     if (amount < GIB.bytes * 1024) return GIB;
@@ -74,11 +82,26 @@ std::string Table::header() const {
 }
 
 std::string Table::row(Reading const& reading) const {
-    return timeText(reading.time) + cell(oneDecimal(reading.processor), PROCESSOR.size()) +
+    return timeText(reading.time) + cells(reading) + "\n";
+}
+
+std::string Table::averageRow(Reading const& mean, std::chrono::duration<double> span) const {
+    double const seconds = span.count();
+    // From a day on a fraction tells nothing, and would not fit.
+    std::string row =
+        "average over " + to_string(seconds, seconds < SECONDS_PER_DAY ? "%.3f" : "%.0f") + " s";
+    row.resize(std::max(row.size(), timeText(xtime_t()).size()), ' ');
+    row += cells(mean);
+    row.erase(row.find_last_not_of(' ') + 1);
+    return row + "\n";
+}
+
+std::string Table::cells(Reading const& reading) const {
+    return cell(oneDecimal(reading.processor), PROCESSOR.size()) +
            cell(oneDecimal(reading.memory), MEMORY.size()) +
            cell(oneDecimal(reading.disk), DISK.size()) +
            cell(oneDecimal(reading.free, freeUnit_.bytes), FREE.size() + UNIT_SIZE) +
-           cell(daysAndTime(reading.uptime), UPTIME.size()) + "\n";
+           cell(daysAndTime(reading.uptime), UPTIME.size());
 }
 
 std::string Table::timeText(xtime_t const& time) const {

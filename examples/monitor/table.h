@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "reading.h"
@@ -13,7 +14,7 @@ struct ByteUnit {
 };
 
 /// The unit for an amount: the largest that it fills, from MiB to PiB, so that a whole table of
-/// such amounts reads well in it. GiB for Null.
+/// such amounts reads well in it. GiB where none is known.
 ByteUnit byteUnitFor(com::halvorin::datatypes::Variant const& bytes);
 
 // Readings as lines of text, one below the other.
@@ -30,8 +31,13 @@ public:
     std::string header() const;
     std::string row(Reading const& reading) const;
 
+    /// A last row of averages, with the time that they cover in place of a time.
+    /// Takes    mean: an unknown value has an empty cell.
+    std::string averageRow(Reading const& mean, std::chrono::duration<double> span) const;
+
 private:
     std::string timeText(com::halvorin::datatypes::xtime_t const& time) const;
+    std::string cells(Reading const& reading) const;
 
     int offsetSeconds_;
     ByteUnit freeUnit_;
