@@ -11,6 +11,10 @@ UPTIME='[0-9]+\+[0-9]{2}:[0-9]{2}:[0-9]{2}'
 ROW="^${TIME}Z +$NUMBER +$NUMBER +$NUMBER +$NUMBER +$UPTIME\$"
 ROW_WITHOUT_DISK="^${TIME}Z +$NUMBER +$NUMBER +null +null +$UPTIME\$"
 HEADER='^time +cpu %  memory %  disk %  free [MGTP]iB  uptime d\+hh:mm:ss$'
+LINE="^time=${TIME}Z cpu=[0-9.]+ memory=[0-9.]+ disk=[0-9.]+ free=[0-9]+ uptime=[0-9]+\$"
+LINE_WITHOUT_DISK="^time=${TIME}Z cpu=[0-9.]+ memory=[0-9.]+ uptime=[0-9]+\$"
+AVERAGE='^average over [0-9]+\.[0-9]{3} s'
+DATA=$BATS_TEST_DIRNAME/monitor_data
 
 # Waits until a file has so many lines; a program that does not write them is a failure.
 await_lines() {
@@ -44,6 +48,36 @@ refuses() {
     [ "$stderr" = "monitor: $reason"$'\n'"Try monitor --help." ]
 }
 
+# A monitor that appends to a log ends with status 1 and this reason, after a heading and a row.
+fails_to_append() {
+    local reason=$1
+    shift
+    run --separate-stderr -1 "$MONITOR" --interval 0.001 --log "$@"
+    [ "$stderr" = "monitor: cannot append to $1$reason" ]
+    [[ ${lines[0]} =~ $HEADER ]]
+    [[ ${lines[1]} =~ $ROW ]]
+}
+
+# A monitor that cannot open its log ends with status 1 and this reason alone.
+fails_to_open() {
+    run --separate-stderr -1 timeout 10 "$MONITOR" --count 1 --log "$1"
+    [ "$output" = "" ]
+    [ "$stderr" = "monitor: cannot open $1: $2" ]
+}
+
+# Replays a log, and compares all that comes of it: status, table and messages.
+replays() {
+    local status=$1 name=$2
+    shift 2
+    run --separate-stderr "-$status" "$MONITOR" --replay "$@"
+    diff "$DATA/$name.table" - <<<"$output"
+    if [ "$status" -eq 0 ]; then
+        [ "$stderr" = "" ]
+    else
+        diff "$DATA/$name.messages" - <<<"$stderr"
+    fi
+}
+
 milliseconds() {
     date -d "$1" +%s%3N
 }
@@ -54,7 +88,7 @@ milliseconds() {
     run --separate-stderr -0 "$MONITOR" --help
     [ "$stderr" = "" ]
     for text in 'Usage: monitor [OPTIONS]' '--interval SECONDS' '--count NUMBER' '--path PATH' \
-        '--offset ZONE' '--help' '--version' 'Z, +hh:mm or -hh:mm' 'Exit status: 0'; do
+        '--offset ZONE' '--log FILE' '--replay FILE' '--average NAMES' '--help' '--version' 'Z, +hh:mm or -hh:mm' 'Exit status: 0'; do
         grep -qF -e "$text" <<<"$output"
     done
     run ! grep -E '.{81}' <<<"$output"
@@ -116,6 +150,25 @@ milliseconds() {
     refuses '"" is not an option' ''
     refuses 'help was given a disallowed flag override' --help=no
     refuses 'version was given a disallowed flag override' --version=no
+}
+
+@test "an empty name of a log is refused" {
+    refuses '--log: "" is not a path' --log ''
+    refuses '--replay: "" is not a path' --replay ''
+}
+
+@test "averages are refused unless they are names of values, each once" {
+    for text in load '' cpu,,disk 'cpu,' ,cpu 'cpu disk' cpu,cpu CPU time --count; do
+        refuses "--average: \"$text\" is not some of cpu,memory,disk,free,uptime" --average "$text"
+    done
+    refuses '--average: At Most 1 required but received 2' --average cpu --average disk
+}
+
+@test "a replay does not go with options of live readings" {
+    refuses '--replay does not go with --interval' --replay log --interval 1
+    refuses '--replay does not go with --count' --count 0 --replay log
+    refuses '--replay does not go with --path' --replay log --path /
+    refuses '--replay does not go with --log' --log log --replay log
 }
 
 # ---- the table
@@ -344,4 +397,303 @@ on_terminal() {
     run -0 on_terminal '"$MONITOR" --count 2 --interval 0.05' dumb
     [ "${#lines[@]}" -eq 3 ]
     [[ $output != *readings* && $output != *$'\033'* ]]
+}
+
+# ---- the log
+
+@test "a log gets a line a row, and its replay is the same table" {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 0.05 --count 20 --log log >table
+    [ "$(wc -l <log)" -eq 20 ]
+    run ! grep -Evn "$LINE" log
+    run --separate-stderr -0 "$MONITOR" --replay log
+    [ "$stderr" = "" ]
+    diff table - <<<"$output"
+}
+
+@test "a replay shows times in the zone asked for" {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 0.05 --count 3 --offset -05:30 --log log >table
+    run -0 "$MONITOR" --replay log --offset -05:30
+    diff table - <<<"$output"
+}
+
+@test "null values have no pair, and come back as null" {
+    cd "$BATS_TEST_TMPDIR"
+    run --separate-stderr -0 "$MONITOR" --interval 0.01 --count 2 --path /nowhere --log log
+    table=$output
+    run ! grep -Evn "$LINE_WITHOUT_DISK" log
+    run --separate-stderr -0 "$MONITOR" --replay log
+    [ "$stderr" = "" ]
+    [ "$output" = "$table" ]
+}
+
+@test "a log goes on where it ended" {
+    cd "$BATS_TEST_TMPDIR"
+    printf 'here before\n' >log
+    "$MONITOR" --interval 0.01 --count 1 --log log
+    "$MONITOR" --interval 0.01 --count 2 --log log
+    [ "$(wc -l <log)" -eq 4 ]
+    [ "$(head -n 1 log)" = "here before" ]
+    run ! grep -Evn "$LINE" <(tail -n +2 log)
+}
+
+@test "a half line at the end of a log stays a line of its own" {
+    cd "$BATS_TEST_TMPDIR"
+    printf 'time=2026-11-21T15:21:35.790Z cp' >log
+    "$MONITOR" --interval 0.01 --count 2 --log log
+    [ "$(wc -l <log)" -eq 3 ]
+    [ "$(head -n 1 log)" = "time=2026-11-21T15:21:35.790Z cp" ]
+    run ! grep -Evn "$LINE" <(tail -n +2 log)
+    run --separate-stderr -1 "$MONITOR" --replay log
+    [ "$stderr" = "monitor: log:1: not a line of name=value pairs" ]
+}
+
+@test "each line is in the log as soon as it is in the table" {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 0.2 --log log >table 3>&- &
+    pid=$!
+    await_lines table 2
+    : >>log
+    await_lines log 1
+    kill -INT "$pid"
+    wait "$pid"
+    [ "$(wc -l <log)" -eq "$(($(wc -l <table) - 1))" ]
+}
+
+@test "a full disk takes no part of a line" {
+    cd "$BATS_TEST_TMPDIR"
+    # Room for the line that is there and some bytes of the next.
+    printf '%01000d\n' 0 >before
+    cp before log
+    run --separate-stderr -1 env --default-signal=XFSZ bash -c \
+        'ulimit -f 1; "$1" --interval 0.001 --log log' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot append to log: File too large" ]
+    cmp before log
+    # Nor the newline that would end a half line.
+    printf '%01024d' 0 >before
+    cp before log
+    run --separate-stderr -1 env --default-signal=XFSZ bash -c \
+        'ulimit -f 1; "$1" --interval 0.001 --log log' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot append to log: File too large" ]
+    cmp before log
+}
+
+@test "a log that is full ends the watch" {
+    fails_to_append ': No space left on device' /dev/full
+}
+
+@test "a log without a reader ends the watch" {
+    cd "$BATS_TEST_TMPDIR"
+    mkfifo pipe
+    head -c 1 pipe >byte &
+    fails_to_append ': Broken pipe' pipe
+    [ "$(cat byte)" = t ]
+}
+
+@test "a pipe gets each line" {
+    cd "$BATS_TEST_TMPDIR"
+    run --separate-stderr -0 "$MONITOR" --interval 0.01 --count 3 --log >(cat >log)
+    until [ "$(wc -l <log)" -eq 3 ]; do sleep 0.05; done
+    run ! grep -Evn "$LINE" log
+}
+
+@test "a log's reader that has stopped reading does not hold an interrupted monitor" {
+    cd "$BATS_TEST_TMPDIR"
+    mkfifo pipe
+    exec 4<>pipe
+    run ! dd if=/dev/zero of=pipe bs=4096 oflag=nonblock # until the pipe is full
+    "$MONITOR" --interval 0.001 --log pipe >table 3>&- 4>&- &
+    pid=$!
+    await_lines table 2
+    sleep 0.2
+    kill -TERM "$pid"
+    wait "$pid"
+    exec 4<&-
+}
+
+# Watches with a log, does something to it, and expects the watch to end.
+ends_when_its_log() {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 0.05 --log log >table 2>messages 3>&- &
+    pid=$!
+    await_lines table 2
+    "$@"
+    status=0
+    wait "$pid" || status=$?
+    [ "$status" -eq 1 ]
+    [ "$(cat messages)" = "monitor: cannot append to log: the file was removed, renamed or replaced" ]
+}
+
+@test "a log that is removed ends the watch" {
+    ends_when_its_log rm log
+    [ ! -e log ]
+}
+
+@test "a log that is renamed ends the watch, and keeps what it had" {
+    ends_when_its_log mv log log.1
+    [ ! -e log ]
+    [[ $(head -n 1 log.1) =~ $LINE ]]
+}
+
+@test "a log that is replaced ends the watch" {
+    printf 'mine\n' >"$BATS_TEST_TMPDIR/mine"
+    ends_when_its_log mv mine log
+    [ "$(cat log)" = mine ]
+}
+
+@test "a log that cannot be opened is told of before the watch" {
+    cd "$BATS_TEST_TMPDIR"
+    mkdir folder
+    : >file
+    fails_to_open folder 'Is a directory'
+    fails_to_open nowhere/log 'No such file or directory'
+    fails_to_open file/log 'Not a directory'
+}
+
+@test "a log that another program locks ends the watch" {
+    cd "$BATS_TEST_TMPDIR"
+    : >log
+    exec 4<log
+    flock -s 4
+    fails_to_append ': another program locks it' log 4<&-
+    [ ! -s log ]
+    # For a while is well.
+    (sleep 0.3) 3>&- & # holds the lock, once this shell has let go of it
+    exec 4<&-
+    run -0 "$MONITOR" --interval 0.001 --count 1 --log log
+    [ "$(wc -l <log)" -eq 1 ]
+}
+
+@test "several monitors keep one log" {
+    cd "$BATS_TEST_TMPDIR"
+    for _ in 1 2 3 4; do
+        "$MONITOR" --interval 0.001 --count 200 --log log >/dev/null 3>&- &
+    done
+    wait
+    [ "$(wc -l <log)" -eq 800 ]
+    run ! grep -Evn "$LINE" log
+}
+
+# ---- the replay
+
+@test "the recorded log is replayed" {
+    cd "$BATS_TEST_DIRNAME/../examples/monitor/data"
+    replays 0 recorded recorded.log --average cpu,memory,disk,free,uptime --offset +01:00
+}
+
+@test "malformed lines are told of by number, and the others are shown" {
+    cd "$DATA"
+    replays 1 damaged damaged.log --average cpu,disk
+}
+
+@test "the program's page shows a log and its replay as they are" {
+    cd "$BATS_TEST_TMPDIR"
+    page=$BATS_TEST_DIRNAME/../examples/monitor/README.md
+    grep '^time=' "$page" >readings.log
+    run -0 "$MONITOR" --replay readings.log --average cpu,free
+    [[ $(<"$page") == *$'--average cpu,free\n'"$output"$'\n```'* ]]
+}
+
+@test "a replay reads a pipe" {
+    cd "$DATA"
+    run --separate-stderr -1 bash -c 'cat damaged.log | "$1" --replay /dev/stdin --average cpu,disk' \
+        bash "$MONITOR"
+    diff damaged.table - <<<"$output"
+    diff <(sed 's,damaged.log,/dev/stdin,' damaged.messages) - <<<"$stderr"
+}
+
+@test "a replay of an empty log is a heading" {
+    run --separate-stderr -0 "$MONITOR" --replay /dev/null --average cpu
+    [ "$stderr" = "" ]
+    [ "$output" = "time                      cpu %  memory %  disk %  free GiB  uptime d+hh:mm:ss" ]
+}
+
+@test "a log that cannot be read is told of" {
+    cd "$BATS_TEST_TMPDIR"
+    mkdir folder
+    run --separate-stderr -1 "$MONITOR" --replay folder
+    [ "$output" = "" ]
+    [ "$stderr" = "monitor: cannot read folder: Is a directory" ]
+    run --separate-stderr -1 "$MONITOR" --replay nowhere
+    [ "$stderr" = "monitor: cannot read nowhere: No such file or directory" ]
+}
+
+@test "a log of 4 GiB is refused" {
+    cd "$BATS_TEST_TMPDIR"
+    truncate -s 4G log
+    run --separate-stderr -1 "$MONITOR" --replay log
+    [ "$output" = "" ]
+    [ "$stderr" = "monitor: cannot read log: 4 GiB and more are too large" ]
+}
+
+@test "a replay to a closed pipe or a full disk ends with status 1" {
+    cd "$DATA"
+    run --separate-stderr -1 bash -c '"$1" --replay damaged.log >/dev/full' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot write to standard output: No space left on device" ]
+}
+
+@test "a replay shows no progress" {
+    cd "$DATA"
+    run -1 on_terminal '"$MONITOR" --replay damaged.log'
+    [[ $output != *readings* ]]
+}
+
+# ---- averages
+
+@test "averages stand in a last row" {
+    run --separate-stderr -0 "$MONITOR" --interval 0.1 --count 3 --average uptime,memory
+    [ "$stderr" = "" ]
+    [ "${#lines[@]}" -eq 5 ]
+    [[ ${lines[4]} =~ $AVERAGE\ +$NUMBER\ +$UPTIME$ ]]
+    [ "${#lines[4]}" -eq "${#lines[0]}" ]
+    # Three intervals, and what the last reading may be late by.
+    seconds=${lines[4]#average over }
+    ((10#${seconds%%.*} == 0 || 10#${seconds%%.*} == 1))
+}
+
+@test "a single reading is its own average" {
+    run --separate-stderr -0 "$MONITOR" --interval 0.05 --count 1 --average cpu,memory,disk,free,uptime
+    [[ ${lines[2]} =~ $AVERAGE ]]
+    [ "${lines[2]:24}" = "${lines[1]:24}" ]
+}
+
+@test "averages of what is null are null" {
+    run --separate-stderr -0 "$MONITOR" --interval 0.01 --count 2 --path /nowhere --average disk,free
+    [[ ${lines[3]} =~ $AVERAGE\ +null\ +null$ ]]
+}
+
+@test "an interrupted watch ends with its averages" {
+    cd "$BATS_TEST_TMPDIR"
+    for signal in INT TERM; do
+        "$MONITOR" --interval 0.05 --average cpu >table 3>&- &
+        pid=$!
+        await_lines table 3
+        kill "-$signal" "$pid"
+        wait "$pid"
+        [[ $(tail -n 1 table) =~ $AVERAGE\ +$NUMBER$ ]]
+    done
+}
+
+@test "without a reading there is no last row" {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 3600 --average cpu >table 3>&- &
+    pid=$!
+    await_lines table 1
+    kill -INT "$pid"
+    wait "$pid"
+    [ "$(wc -l <table)" -eq 1 ]
+}
+
+@test "averages do not hold an interrupted monitor whose reader has stopped reading" {
+    cd "$BATS_TEST_TMPDIR"
+    mkfifo pipe
+    exec 4<>pipe
+    "$MONITOR" --interval 0.001 --average cpu >pipe 3>&- 4>&- &
+    pid=$!
+    until grep -q '^SigBlk:.*4002$' "/proc/$pid/status"; do sleep 0.05; done
+    sleep 2 # until the pipe is full: 64 KiB are 800 rows
+    kill -TERM "$pid"
+    wait "$pid"
+    exec 4<&-
 }

@@ -51,7 +51,7 @@ bool Interruption::waitForRoom(int descriptor) const noexcept {
     };
     while (poll(both, 2, -1) < 0 && errno == EINTR) {
     }
-    return both[0].revents != 0;
+    return both[1].revents == 0;
 }
 
 }  // namespace monitor

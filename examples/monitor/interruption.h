@@ -20,8 +20,8 @@ public:
     /// Waits for a point in time. True when a signal came first.
     bool waitUntil(Clock::time_point deadline) const noexcept;
 
-    /// Waits until a descriptor takes output, or would refuse it. True when a signal came first, so
-    /// that a reader who has stopped reading cannot hold the program.
+    /// Waits until a descriptor takes output, or would refuse it. True when a signal has come and
+    /// there is still no room, so that a reader who has stopped reading cannot hold the program.
     bool waitForRoom(int descriptor) const noexcept;
 
 private:

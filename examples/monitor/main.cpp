@@ -1,18 +1,29 @@
 // Watches this machine: a host program of utillibrary, from readings to a table.
 #include <exception>
+#include <optional>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <variant>
 
+#include <utillibrary/datatypes/Variant.h>
+#include <utillibrary/datatypes/xtime.h>
+
+#include "averages.h"
 #include "interruption.h"
 #include "options.h"
 #include "output.h"
 #include "reading.h"
+#include "reading_line.h"
+#include "reading_log.h"
+#include "replay.h"
 #include "schedule.h"
 #include "table.h"
 
 namespace {
 
+using com::halvorin::datatypes::Variant;
+using com::halvorin::datatypes::xtime_t;
 using namespace monitor;
 
 constexpr int FAILED = 1;
@@ -25,6 +36,8 @@ std::string progressText(unsigned long done, unsigned long count) {
 
 // Until all readings are taken or a signal comes. A row that has no room is held until there is.
 void watch(Options const& options) {
+    std::optional<ReadingLog> log;
+    if (!options.logPath.empty()) log.emplace(options.logPath);
     Interruption const interruption;
     Sampler const sampler(options.path);
     int diskError = 0;
@@ -45,14 +58,42 @@ void watch(Options const& options) {
     // The first reading is not shown: its processor load is of no interval.
     Clock::time_point deadline = Clock::now();
     Table const table(options.offsetSeconds, byteUnitFor(take().free));
+    Averages averages(options.averageNames);
+    Clock::time_point taken = Clock::now();
     if (!show(table.header())) return;
     for (unsigned long done = 0; options.count == 0 || done < options.count; ++done) {
         showProgress(progressText(done, options.count));
         deadline = deadlineAfter(deadline, options.interval, Clock::now());
         if (interruption.waitUntil(deadline)) break;
-        if (!show(table.row(take()))) break;
+        Clock::time_point const before = std::exchange(taken, Clock::now());
+        Reading const reading = take();
+        if (!show(table.row(reading))) break;
+        if (log && !interruption.waitForRoom(log->descriptor())) log->append(toLine(reading));
+        averages.add(reading, taken - before);
     }
+    if (!averages.empty()) show(table.averageRow(averages.mean(), averages.span()));
     eraseProgress();
+}
+
+// The readings of a log, in place of live ones. A line's reading covers the time since the one before.
+int showLog(Options const& options) {
+    std::optional<Table> table;
+    std::optional<xtime_t> before;
+    Averages averages(options.averageNames);
+    auto const begin = [&](Variant const& free) {
+        table.emplace(options.offsetSeconds, byteUnitFor(free));
+        print(table->header());
+    };
+    unsigned long const malformed = replay(options.replayPath, [&](Reading const& reading) {
+        if (!table) begin(reading.free);
+        print(table->row(reading));
+        averages.add(reading,
+                     reading.time.toTime_point() - before.value_or(reading.time).toTime_point());
+        before = reading.time;
+    });
+    if (!table) begin(Variant());
+    if (!averages.empty()) print(table->averageRow(averages.mean(), averages.span()));
+    return malformed == 0 ? 0 : FAILED;
 }
 
 int run(int argc, char** argv) {
@@ -63,9 +104,11 @@ int run(int argc, char** argv) {
     }
     if (auto const* const answer = std::get_if<Answer>(&commandLine)) {
         print(answer->text);
-    } else {
-        watch(std::get<Options>(commandLine));
+        return 0;
     }
+    auto const& options = std::get<Options>(commandLine);
+    if (!options.replayPath.empty()) return showLog(options);
+    watch(options);
     return 0;
 }
 

@@ -17,8 +17,10 @@ constexpr char const* DESCRIPTION =
     "is that of the interval before. SIGINT (Ctrl-C) and SIGTERM end the watch.\n";
 
 constexpr char const* FOOTER =
-    "A value that cannot be read is shown as null.\n"
-    "Exit status: 0 done or interrupted, 1 failed, 2 wrong options.";
+    "A value that cannot be read is shown as null. A malformed line of a replay is\n"
+    "told of by its number, and left out.\n"
+    "Exit status: 0 done or interrupted, 1 failed or lines malformed,\n"
+    "2 wrong options.";
 
 constexpr char const* VERSION = "monitor " MONITOR_VERSION ", utillibrary " MONITOR_LIBRARY_VERSION;
 
@@ -87,6 +89,16 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
               {"--offset", "ZONE", "Z, +hh:mm or -hh:mm",
                "zone of the times: Z, +hh:mm or -hh:mm (default Z)"},
               parseOffset, options.offsetSeconds);
+    addOption(app, {"--log", "FILE", "a path", "append each reading to a file, a line a reading"},
+              parsePath, options.logPath);
+    addOption(
+        app,
+        {"--replay", "FILE", "a path", "show the readings of such a file, not of this machine"},
+        parsePath, options.replayPath);
+    addOption(app,
+              {"--average", "NAMES", "some of cpu,memory,disk,free,uptime",
+               "end with averages: some of cpu,memory,disk,free,uptime"},
+              parseNames, options.averageNames);
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const&) {
@@ -97,6 +109,12 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
         return Refusal{"\"" + app.remaining().front() + "\" is not an option"};
     } catch (CLI::ParseError const& error) {
         return Refusal{error.what()};
+    }
+    // What a log holds was watched before.
+    for (char const* const live : {"--interval", "--count", "--path", "--log"}) {
+        if (!options.replayPath.empty() && app.count(live) > 0) {
+            return Refusal{std::string("--replay does not go with ") + live};
+        }
     }
     return options;
 }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace monitor {
 
@@ -11,7 +12,10 @@ struct Options {
     std::chrono::nanoseconds interval = std::chrono::seconds(1);
     unsigned long count = 0;  // 0: until interrupted
     std::string path = "/";
-    int offsetSeconds = 0;  // east of UTC
+    int offsetSeconds = 0;                  // east of UTC
+    std::string logPath;                    // empty: no log is kept
+    std::string replayPath;                 // empty: live readings
+    std::vector<std::string> averageNames;  // out of FIELDS
 };
 
 // Text to show instead of readings.
