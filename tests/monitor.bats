@@ -514,7 +514,7 @@ on_terminal() {
 
 # Watches with a log, does something to it, and expects the watch to end.
 ends_when_its_log() {
-    cd "$BATS_TEST_TMPDIR"
+    cd "$BATS_TEST_TMPDIR" || return
     "$MONITOR" --interval 0.05 --log log >table 2>messages 3>&- &
     pid=$!
     await_lines table 2
