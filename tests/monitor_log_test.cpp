@@ -290,6 +290,7 @@ void expectSame(Variant const& value, Variant const& expected) {
 TEST_F(MonitorAverages, WeighReadingsByTheirTime) {
     for (AverageFact const& row : AVERAGE_FACTS) {
         SCOPED_TRACE(row.fact);
+        testing::internal::CaptureStderr();
         Averages averages({"disk", "cpu"});
         for (Sample const& sample : row.samples) {
             Reading reading = usualReading();
@@ -297,6 +298,8 @@ TEST_F(MonitorAverages, WeighReadingsByTheirTime) {
             reading.disk = sample.disk;
             averages.add(reading, sample.span);
         }
+        // The library has no reason to report a duration.
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
         EXPECT_FALSE(averages.empty());
         EXPECT_DOUBLE_EQ(averages.span().count(), row.span.count());
         expectSame(averages.mean().processor, row.processor);
@@ -390,14 +393,14 @@ struct LinesFact {
 };
 
 LinesFact const LINES_FACTS[] = {
-    {"nothing has no line",             "",                                                 ""                               },
-    {                                                                                       "a newline ends a line",                                                                                                                                                                                                                                                           "a\nb\n",                                                                         "1:a;2:b;"            },
-    {                                                                 "the last may lack it",                                                                                                                                                                                                                             "a\nb",                                           "1:a;2:b;"},
-    {                                             "a newline alone",                                                                                                                                                                                                   "\n",                                                                       "1:;"                                          },
-    {                                                            "empty lines count",                                                                                                                                                                                                                                                                            "\n\na",                                               "1:;2:;3:a;"                                },
-    { "at the end too", "a\n\n",                                                        "1:a;2:;"                                                                                     },
-    {                                                                                                                                               "a carriage return is no end",                                                                                                                                                                                                                                                                                                                                                                                                                                 "a\r\nb",                                    "1:a\r;2:b;"                                                                                                                      },
-    {                                                                                                               "nor is a zero byte",                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                 std::string("a\0b\nc", 5),                              std::string("1:a\0b;2:c;", 10)},
+    {"nothing has no line",               "",                          ""                                 },
+    {                                                  "a newline ends a line",                                                                                                        "a\nb\n",                                                    "1:a;2:b;"              },
+    {                          "the last may lack it",                                                                                                 "a\nb",                    "1:a;2:b;"},
+    { "a newline alone",                                                                       "\n",                                                  "1:;"                                                 },
+    {                                     "empty lines count",                                                                                        "\n\na",                     "1:;2:;3:a;"                       },
+    {                                "at the end too", "a\n\n",                                   "1:a;2:;"                                                                  },
+    {                                                                                      "a carriage return is no end",                                                                                                                                                                                                                "a\r\nb",                     "1:a\r;2:b;"                                         },
+    {                                                    "nor is a zero byte",                                                                                                                                                             std::string("a\0b\nc", 5),                               std::string("1:a\0b;2:c;", 10)},
 };
 
 TEST(Monitor, WalksLines) {
@@ -411,6 +414,11 @@ TEST(Monitor, WalksLines) {
             found.append(std::to_string(lines.number())).append(":").append(line).append(";");
         EXPECT_EQ(found, row.lines);
     }
+}
+
+TEST(Monitor, ReadsAFileThatTellsNoSize) {
+    auto const text = readFile("/proc/version");
+    EXPECT_EQ(std::string(text.data(), text.size()).find("Linux version "), 0U);
 }
 
 // A pipe tells no size: what is read grows with it, past each size that the reader makes room for.

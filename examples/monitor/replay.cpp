@@ -33,11 +33,11 @@ public:
     OpenFile(OpenFile const&) = delete;
     OpenFile& operator=(OpenFile const&) = delete;
 
-    /// Bytes to begin with: those of a file, but for a pipe and the like no more than usual.
+    /// Bytes to begin with: a file's own, where it tells them; a pipe does not.
     unsigned int expectedSize() const {
         struct stat status {};
         if (fstat(descriptor_, &status) != 0) fail();
-        if (!S_ISREG(status.st_mode) || status.st_size == 0) return USUAL_SIZE;
+        if (status.st_size == 0) return USUAL_SIZE;
         if (status.st_size > LARGEST_SIZE) failForSize();
         return static_cast<unsigned int>(status.st_size);
     }
