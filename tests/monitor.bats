@@ -52,7 +52,7 @@ refuses() {
 fails_to_append() {
     local reason=$1
     shift
-    run --separate-stderr -1 "$MONITOR" --interval 0.001 --log "$@"
+    run --separate-stderr -1 timeout 20 "$MONITOR" --interval 0.001 --log "$@"
     [ "$stderr" = "monitor: cannot append to $1$reason" ]
     [[ ${lines[0]} =~ $HEADER ]]
     [[ ${lines[1]} =~ $ROW ]]
@@ -515,7 +515,7 @@ on_terminal() {
 # Watches with a log, does something to it, and expects the watch to end.
 ends_when_its_log() {
     cd "$BATS_TEST_TMPDIR" || return
-    "$MONITOR" --interval 0.05 --log log >table 2>messages 3>&- &
+    "$MONITOR" --interval 0.05 --count 200 --log log >table 2>messages 3>&- &
     pid=$!
     await_lines table 2
     "$@"

@@ -18,6 +18,8 @@
 #include <utillibrary/datatypes/ByteStream.h>
 #include <utillibrary/datatypes/Variant.h>
 #include <utillibrary/datatypes/xtime.h>
+#include <utillibrary/utilities/StringNVP.h>
+#include <utillibrary/utilities/StringUtilities.h>
 
 #include "averages.h"
 #include "output.h"
@@ -30,8 +32,11 @@
 using com::halvorin::datatypes::ByteStream;
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;
+using com::halvorin::utilities::split;
+using com::halvorin::utilities::to_string;
 using namespace monitor;
 using namespace std::chrono_literals;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -218,92 +223,58 @@ class MonitorAverages : public testing::Test {
     testing_support::ScopedLocale locale_{"C"};
 };
 
-struct Sample {
-    Averages::Seconds span;
-    Variant processor;
-    Variant disk;
-};
-
-Sample covers(Averages::Seconds span, Variant const& processor, Variant const& disk) {
-    return {span, processor, disk};
-}
-
 struct AverageFact {
     char const* fact;
-    std::vector<Sample> samples;
-    Averages::Seconds span;
-    Variant processor;
-    Variant disk;
+    char const* samples;  // "SPAN/CPU/DISK", the span in seconds
+    char const* average;  // the same
 };
 
 AverageFact const AVERAGE_FACTS[] = {
-    {"one reading",                     {covers(1s, 10.0F, 5.0F)},                            1s,  10.0,    5.0},
-    {"equal spans",                     {covers(1s, 10.0F, 5.0F), covers(1s, 20.0F, 5.0F)},   2s,  15.0,    5.0},
-    {"a span counts by its length",
-     {covers(3s, 10.0F, 1.0F), covers(1s, 20.0F, 5.0F)},
-     4s,                                                                                           12.5,
-     2.0                                                                                                       },
-    {"so does the combined one",
-     {covers(1s, 10.0F, 1.0F), covers(1s, 20.0F, 1.0F), covers(2s, 45.0F, 1.0F)},
-     4s,                                                                                           30.0,
-     1.0                                                                                                       },
-    {"be it short",                     {covers(3ns, 10.0F, 1.0F), covers(1ns, 20.0F, 5.0F)}, 4ns, 12.5,    2.0},
-    {"without a span, alone",           {covers(0s, 10.0F, 5.0F)},                            0s,  10.0,    5.0},
-    {"it gives way to one with a span",
-     {covers(0s, 10.0F, 5.0F), covers(1s, 20.0F, 7.0F)},
-     1s,                                                                                           20.0,
-     7.0                                                                                                       },
-    {"and not to one without",          {covers(0s, 10.0F, 5.0F), covers(0s, 20.0F, 7.0F)},   0s,  10.0,    5.0},
-    {"later it does not count",
-     {covers(1s, 10.0F, 5.0F), covers(0s, 90.0F, 9.0F), covers(1s, 20.0F, 7.0F)},
-     2s,                                                                                           15.0,
-     6.0                                                                                                       },
-    {"nor does one that goes back",
-     {covers(1s, 10.0F, 5.0F), covers(-9s, 90.0F, 9.0F), covers(1s, 20.0F, 7.0F)},
-     2s,                                                                                           15.0,
-     6.0                                                                                                       },
-    {"never known is Null",
-     {covers(1s, 10.0F, null()), covers(1s, 20.0F, null())},
-     2s,                                                                                           15.0,
-     null()                                                                                                    },
-    {"known later",                     {covers(3s, 10.0F, null()), covers(1s, 20.0F, 7.0F)}, 4s,  12.5,    7.0},
-    {"it counts from then on",
-     {covers(8s, 10.0F, null()), covers(1s, 10.0F, 7.0F), covers(1s, 10.0F, 9.0F)},
-     10s,                                                                                          10.0,
-     8.0                                                                                                       },
-    {"a gap covers nothing",
-     {covers(1s, 10.0F, 7.0F), covers(8s, 10.0F, null()), covers(1s, 10.0F, 9.0F)},
-     10s,                                                                                          10.0,
-     8.0                                                                                                       },
-    {"six digits are kept",
-     {covers(1s, 10.12345678F, 5.0F), covers(1s, 10.12345678F, 5.0F)},
-     2s,                                                                                           10.1235,
-     5.0                                                                                                       },
+    {"one reading",                     "1/10/5",                  "1/10/5"      },
+    {"equal spans",                     "1/10/5 1/20/5",           "2/15/5"      },
+    {"a span counts by its length",     "3/10/1 1/20/5",           "4/12.5/2"    },
+    {"so does the combined one",        "1/10/1 1/20/1 2/45/1",    "4/30/1"      },
+    {"be it short",                     "3e-9/10/1 1e-9/20/5",     "4e-09/12.5/2"},
+    {"without a span, alone",           "0/10/5",                  "0/10/5"      },
+    {"it gives way to one with a span", "0/10/5 1/20/7",           "1/20/7"      },
+    {"and not to one without",          "0/10/5 0/20/7",           "0/10/5"      },
+    {"later it does not count",         "1/10/5 0/90/9 1/20/7",    "2/15/6"      },
+    {"nor does one that goes back",     "1/10/5 -9/90/9 1/20/7",   "2/15/6"      },
+    {"never known is Null",             "1/10/null 1/20/null",     "2/15/null"   },
+    {"known later",                     "3/10/null 1/20/7",        "4/12.5/7"    },
+    {"it counts from then on",          "8/10/null 1/10/7 1/10/9", "10/10/8"     },
+    {"a gap covers nothing",            "1/10/7 8/10/null 1/10/9", "10/10/8"     },
 };
 
-void expectSame(Variant const& value, Variant const& expected) {
-    ASSERT_EQ(value.type(), expected.type());
-    if (expected.isNull()) return;
-    EXPECT_EQ(value.toDouble(), expected.toDouble());
+std::vector<std::string> fieldsOf(std::string const& text, std::string const& separators) {
+    std::vector<std::string> fields;
+    split(fields, text, separators);
+    return fields;
+}
+
+Variant numberOrNull(std::string const& text) {
+    return text == "null" ? null() : Variant(std::stof(text));
 }
 
 TEST_F(MonitorAverages, WeighReadingsByTheirTime) {
     for (AverageFact const& row : AVERAGE_FACTS) {
         SCOPED_TRACE(row.fact);
-        testing::internal::CaptureStderr();
         Averages averages({"disk", "cpu"});
-        for (Sample const& sample : row.samples) {
+        testing::internal::CaptureStderr();
+        for (std::string const& sample : fieldsOf(row.samples, " ")) {
+            auto const fields = fieldsOf(sample, "/");
             Reading reading = usualReading();
-            reading.processor = sample.processor;
-            reading.disk = sample.disk;
-            averages.add(reading, sample.span);
+            reading.processor = numberOrNull(fields[1]);
+            reading.disk = numberOrNull(fields[2]);
+            averages.add(reading, Averages::Seconds(std::stod(fields[0])));
         }
         // The library has no reason to report a duration.
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
         EXPECT_FALSE(averages.empty());
-        EXPECT_DOUBLE_EQ(averages.span().count(), row.span.count());
-        expectSame(averages.mean().processor, row.processor);
-        expectSame(averages.mean().disk, row.disk);
+        Reading const mean = averages.mean();
+        EXPECT_EQ(to_string(averages.span().count(), "%g") + "/" + mean.processor.toString() + "/" +
+                      mean.disk.toString(),
+                  row.average);
     }
 }
 
@@ -312,8 +283,8 @@ TEST_F(MonitorAverages, AreOfTheNamesGiven) {
     averages.add(usualReading(), 1s);
     averages.add(usualReading(), 1s);
     Reading const mean = averages.mean();
-    expectSame(mean.free, 85'899'300'000.0);  // six digits
-    expectSame(mean.uptime, 93784.0);
+    EXPECT_EQ(mean.free.toDouble(), 85'899'300'000.0);  // six digits
+    EXPECT_EQ(mean.uptime.toDouble(), 93784.0);
     for (Variant const* const other : {&mean.processor, &mean.memory, &mean.disk})
         EXPECT_FALSE(other->hasValue());
 }
@@ -388,19 +359,19 @@ TEST(Monitor, TellsWhenAPartOfALineRemains) {
 
 struct LinesFact {
     char const* fact;
-    std::string text;
-    std::string lines;  // "number:line;" for each
+    std::string_view text;
+    std::string_view lines;  // "NUMBER:LINE;" for each
 };
 
 LinesFact const LINES_FACTS[] = {
-    {"nothing has no line",               "",                          ""                                 },
-    {                                                  "a newline ends a line",                                                                                                        "a\nb\n",                                                    "1:a;2:b;"              },
-    {                          "the last may lack it",                                                                                                 "a\nb",                    "1:a;2:b;"},
-    { "a newline alone",                                                                       "\n",                                                  "1:;"                                                 },
-    {                                     "empty lines count",                                                                                        "\n\na",                     "1:;2:;3:a;"                       },
-    {                                "at the end too", "a\n\n",                                   "1:a;2:;"                                                                  },
-    {                                                                                      "a carriage return is no end",                                                                                                                                                                                                                "a\r\nb",                     "1:a\r;2:b;"                                         },
-    {                                                    "nor is a zero byte",                                                                                                                                                             std::string("a\0b\nc", 5),                               std::string("1:a\0b;2:c;", 10)},
+    {"nothing has no line",         ""sv,        ""sv           },
+    {"a newline ends a line",       "a\nb\n"sv,  "1:a;2:b;"sv   },
+    {"the last may lack it",        "a\nb"sv,    "1:a;2:b;"sv   },
+    {"a newline alone",             "\n"sv,      "1:;"sv        },
+    {"empty lines count",           "\n\na"sv,   "1:;2:;3:a;"sv },
+    {"at the end too",              "a\n\n"sv,   "1:a;2:;"sv    },
+    {"a carriage return is no end", "a\r\nb"sv,  "1:a\r;2:b;"sv },
+    {"nor is a zero byte",          "a\0b\nc"sv, "1:a\0b;2:c;"sv},
 };
 
 TEST(Monitor, WalksLines) {
