@@ -575,6 +575,18 @@ ends_when_its_log() {
     run ! grep -Evn "$LINE" log
 }
 
+@test "a monitor locks its log for no longer than a line takes" {
+    cd "$BATS_TEST_TMPDIR"
+    "$MONITOR" --interval 0.05 --log log >/dev/null 3>&- &
+    pid=$!
+    : >>log
+    await_lines log 1
+    run --separate-stderr -0 "$MONITOR" --interval 0.001 --count 1 --log log
+    [ "$stderr" = "" ]
+    kill -TERM "$pid"
+    wait "$pid"
+}
+
 # ---- the replay
 
 @test "the recorded log is replayed" {
