@@ -166,7 +166,7 @@ END
     for argument in "" both --help; do
         bootstrap "$argument"
         [[ $status -eq 1 ]]
-        [[ $stderr == "usage: scripts/bootstrap demo|test" ]]
+        [[ $stderr == "usage: scripts/bootstrap demo|test|fuzz" ]]
         [[ ! -s $ASKED ]]
     done
 }

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+// The bytes that the fuzzer made up, taken from the front as arguments. Behind the end all is zero.
+class Input {
+public:
+    Input(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
+
+    template <typename Value>
+    Value take() {
+        Value value{};
+        std::size_t const count = std::min(sizeof value, size_);
+        if (count > 0) std::memcpy(&value, data_, count);
+        skip(count);
+        return value;
+    }
+
+    bool takeBool() { return take<char>() % 2 != 0; }
+
+    /// Up to the next line feed, which goes too; or the rest.
+    std::string takeLine() {
+        std::uint8_t const* const end = std::find(data_, data_ + size_, std::uint8_t{'\n'});
+        std::string const line(data_, end);
+        skip(std::min(line.size() + 1, size_));
+        return line;
+    }
+
+    std::string takeRest() {
+        std::string const rest(data_, data_ + size_);
+        skip(size_);
+        return rest;
+    }
+
+private:
+    void skip(std::size_t count) {
+        data_ += count;
+        size_ -= count;
+    }
+
+    std::uint8_t const* data_;
+    std::size_t size_;
+};
+
+/// Ends the program, and so shows the input, where the library and its model differ.
+inline void expectSame(bool same, char const* what) {
+    if (same) return;
+    std::fprintf(stderr, "%s: the library and its model differ\n", what);
+    std::abort();
+}
