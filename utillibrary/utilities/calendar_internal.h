@@ -105,15 +105,25 @@ struct BrokenDownTime {
 /// the record is all zero (the year 1900, month 1, day 0); where they fit and the full year does
 /// not, the year wraps. KEPT(year-wraps-at-32-bits)
 constexpr BrokenDownTime breakDown(long seconds) noexcept {
-    long const days = floorDivide(seconds, SECONDS_PER_DAY);
-    int const secondOfDay = static_cast<int>(seconds - days * SECONDS_PER_DAY);  // [0, 86399]
+    // Counted from before all 64-bit seconds, in natural numbers; the last day of all wraps to the
+    // first, which has no year that fits either.
+    constexpr unsigned long SECONDS = SECONDS_PER_DAY;
+    constexpr unsigned long DAYS_BEFORE = (1UL << 63) / SECONDS + 1;
+    unsigned long const moved = static_cast<unsigned long>(seconds) + DAYS_BEFORE * SECONDS;
+    long const days = static_cast<long>(moved / SECONDS - DAYS_BEFORE);
+    auto const secondOfDay = static_cast<unsigned>(moved % SECONDS);  // [0, 86399]
+    unsigned const minuteOfDay = secondOfDay / 60;                    // [0, 1439]
     CivilDate const date = dateOfDay(days);
     long const sinceNineteenHundred = date.year - 1900;
     if (sinceNineteenHundred < INT_MIN || sinceNineteenHundred > INT_MAX) {
         return {1900, 1, 0, 0, 0, 0};
     }
-    return {static_cast<int>(date.year), date.month,      date.day, secondOfDay / 3600,
-            secondOfDay / 60 % 60,       secondOfDay % 60};
+    return {static_cast<int>(date.year),
+            date.month,
+            date.day,
+            static_cast<int>(minuteOfDay / 60),
+            static_cast<int>(minuteOfDay % 60),
+            static_cast<int>(secondOfDay % 60)};
 }
 
 }  // namespace com::halvorin::internal
