@@ -17,6 +17,17 @@ foreach(name IN ITEMS monitor monitor_log)
     "${monitor_dir}/table.cpp")
 endforeach()
 
+utillibrary_unit_test(monitor_chart)
+target_include_directories(monitor_chart_test PRIVATE "${monitor_dir}")
+target_sources(monitor_chart_test PRIVATE
+  "${monitor_dir}/chart.cpp"
+  "${monitor_dir}/history.cpp"
+  "${monitor_dir}/option_values.cpp"
+  "${monitor_dir}/reading.cpp"
+  "${monitor_dir}/reading_line.cpp"
+  "${monitor_dir}/table.cpp"
+  "${monitor_dir}/time_axis.cpp")
+
 # The program is built as a host would: from an installed library, here under a path with blanks.
 find_program(BATS_PROGRAM bats REQUIRED)
 set(host_dir "${CMAKE_CURRENT_BINARY_DIR}/monitor host")

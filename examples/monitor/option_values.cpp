@@ -16,8 +16,15 @@ constexpr double SHORTEST_SECONDS = 0.001;
 constexpr double LONGEST_SECONDS = 86400;
 constexpr double NANOSECONDS_PER_SECOND = 1e9;
 constexpr unsigned long LARGEST_COUNT = 1'000'000'000;
+constexpr unsigned long SHORTEST_WINDOW = 5;
+constexpr unsigned long LONGEST_WINDOW = 30UL * 86400;
 
 constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+constexpr bool isCapital(char c) noexcept { return c >= 'A' && c <= 'Z'; }
+constexpr char smallLetter(char c) noexcept {
+    return isCapital(c) ? static_cast<char>(c - 'A' + 'a') : c;
+}
+constexpr bool isSmallLetter(char c) noexcept { return c >= 'a' && c <= 'z'; }
 
 bool isFieldName(std::string_view text) noexcept {
     return std::any_of(std::begin(FIELDS), std::end(FIELDS),
@@ -72,6 +79,35 @@ std::optional<std::vector<std::string>> parseNames(std::string_view text) {
         if (comma == std::string_view::npos) return names;
         text.remove_prefix(comma + 1);
     }
+}
+
+std::optional<std::chrono::seconds> parseWindow(std::string_view text) noexcept {
+    auto const seconds = parseCount(text);
+    if (!seconds || *seconds < SHORTEST_WINDOW || *seconds > LONGEST_WINDOW) return std::nullopt;
+    return std::chrono::seconds(*seconds);
+}
+
+std::optional<std::string> parseChartFile(std::string_view text) {
+    if (formatOf(text).empty()) return std::nullopt;
+    return std::string(text);
+}
+
+std::string formatOf(std::string_view file) {
+    std::string_view const name = file.substr(file.rfind('/') + 1);  // npos + 1 is 0
+    std::size_t const dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0) return {};
+    std::string format(name.substr(dot + 1));
+    for (char& c : format) {
+        c = smallLetter(c);
+        if (!isSmallLetter(c) && !isDigit(c)) return {};
+    }
+    return format;
+}
+
+std::optional<MonitorChartTheme> parseTheme(std::string_view text) noexcept {
+    if (text == "light") return MONITOR_CHART_LIGHT;
+    if (text == "dark") return MONITOR_CHART_DARK;
+    return std::nullopt;
 }
 
 }  // namespace monitor

@@ -39,15 +39,6 @@ std::string cell(std::string_view text, std::size_t width) {
 // A value that is not there: "null", or nothing where none was asked for.
 std::string missing(Variant const& value) { return value.isNull() ? value.toString() : ""; }
 
-// 12 is shown as 12.0 beside 12.3, as long as the decimal is among the digits that are shown.
-std::string oneDecimal(Variant const& number, double unit = 1) {
-    if (!isKnown(number)) return missing(number);
-    double const rounded = std::round(number.toDouble() / unit * 10) / 10;
-    std::string text = Variant(rounded).toString();
-    if (std::abs(rounded) < DECIMAL_ENDS && text.find('.') == std::string::npos) text += ".0";
-    return text;
-}
-
 // Days, and the rest as the time of day that it is in UTC after 1970 began.
 std::string daysAndTime(Variant const& seconds) {
     if (!isKnown(seconds)) return missing(seconds);
@@ -66,6 +57,14 @@ ByteUnit byteUnitFor(Variant const& bytes) {
     if (amount < GIB.bytes * 1024) return GIB;
     if (amount < GIB.bytes * 1024 * 1024) return {"TiB", GIB.bytes * 1024};
     return {"PiB", GIB.bytes * 1024 * 1024};
+}
+
+std::string oneDecimal(Variant const& number, double unit) {
+    if (!isKnown(number)) return missing(number);
+    double const rounded = std::round(number.toDouble() / unit * 10) / 10;
+    std::string text = Variant(rounded).toString();
+    if (std::abs(rounded) < DECIMAL_ENDS && text.find('.') == std::string::npos) text += ".0";
+    return text;
 }
 
 Table::Table(int offsetSeconds, ByteUnit freeUnit)

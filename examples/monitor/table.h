@@ -17,6 +17,11 @@ struct ByteUnit {
 /// such amounts reads well in it. GiB where none is known.
 ByteUnit byteUnitFor(com::halvorin::datatypes::Variant const& bytes);
 
+/// A number in a unit, with one decimal: 12 is shown as 12.0 beside 12.3, as long as the decimal is
+/// among the six significant digits that `Variant` shows.
+/// Gives    "null" for Null, and the empty text for what is unknown.
+std::string oneDecimal(com::halvorin::datatypes::Variant const& number, double unit = 1);
+
 // Readings as lines of text, one below the other.
 //
 // Numbers are what Variant::toString makes of them, after rounding to one decimal; its six
