@@ -13,7 +13,8 @@ setup() {
     : >"$ASKED"
 
     local command
-    for command in bash env cat ln cmake g++ ninja clang++ ld.lld readelf pkg-config bats localedef; do
+    for command in bash env cat ln cmake g++ ninja pkg-config clang++ ld.lld readelf xmllint bats \
+        localedef; do
         ln -s "$(command -v "$command")" "$MACHINE/$command"
     done
     fake id 'echo 0'
@@ -121,7 +122,8 @@ END
     [[ $status -eq 1 ]]
     [[ $stderr == *"
     the command g++ (Debian: g++)
-    the header CLI/CLI.hpp (Debian: libcli11-dev)" ]]
+    the header CLI/CLI.hpp (Debian: libcli11-dev)
+    the header cairo/cairo.h (Debian: libcairo2-dev)" ]]
 }
 
 @test "a header is looked for where the compiler looks" {
@@ -134,16 +136,16 @@ END
 }
 
 @test "the demonstration needs nothing that only tests need" {
-    take_away clang++ ld.lld readelf pkg-config bats localedef
+    take_away clang++ ld.lld readelf xmllint bats localedef
     bootstrap demo
     [[ $status -eq 0 ]]
     [[ ! -s $ASKED ]]
 }
 
 @test "each of what tests need is asked for" {
-    take_away clang++ ld.lld readelf pkg-config bats localedef
+    take_away clang++ ld.lld readelf xmllint bats localedef
     bootstrap test
-    grep -q 'install --no-install-recommends clang lld binutils pkg-config bats libc-bin \[' "$ASKED"
+    grep -q 'install --no-install-recommends clang lld binutils libxml2-utils bats libc-bin \[' "$ASKED"
 }
 
 @test "what apt-get did not bring is told" {

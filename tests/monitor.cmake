@@ -23,6 +23,7 @@ target_sources(monitor_chart_test PRIVATE
   "${monitor_dir}/chart.cpp"
   "${monitor_dir}/history.cpp"
   "${monitor_dir}/option_values.cpp"
+  "${monitor_dir}/plugins/svg.cpp"
   "${monitor_dir}/reading.cpp"
   "${monitor_dir}/reading_line.cpp"
   "${monitor_dir}/table.cpp"
@@ -52,6 +53,12 @@ set_tests_properties(monitor.build PROPERTIES FIXTURES_SETUP built_monitor)
 add_test(NAME monitor.program COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor.bats")
 set_tests_properties(monitor.program PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300
   ENVIRONMENT "MONITOR=${host_dir}/monitor.build/monitor;LIBRARY_VERSION=${PROJECT_VERSION};TZ=Pacific/Kiritimati")
+
+add_subdirectory(monitor_plugins)
+add_test(NAME monitor.chart
+  COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor_chart.bats")
+set_tests_properties(monitor.chart PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300
+  ENVIRONMENT "MONITOR=${host_dir}/monitor.build/monitor;PLUGINS=${CMAKE_CURRENT_BINARY_DIR}/monitor_plugins;NM=${CMAKE_NM};CXX=${CMAKE_CXX_COMPILER};SOURCE_DIR=${PROJECT_SOURCE_DIR};TZ=Pacific/Kiritimati;${leak_options}")
 
 # Both compilers find nothing to warn of. A sanitized library needs a host that is sanitized alike.
 if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")

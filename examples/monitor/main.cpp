@@ -1,5 +1,6 @@
 // Watches this machine: a host program of utillibrary, from readings to a table.
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <utillibrary/datatypes/xtime.h>
 
 #include "averages.h"
+#include "chart_file.h"
 #include "interruption.h"
 #include "options.h"
 #include "output.h"
@@ -34,10 +36,17 @@ std::string progressText(unsigned long done, unsigned long count) {
     return "readings: " + std::to_string(done) + of + "; Ctrl-C ends";
 }
 
+// Null where no chart is asked for.
+std::unique_ptr<ChartFile> chartFor(Options const& options) {
+    if (options.chart.file.empty()) return nullptr;
+    return std::make_unique<ChartFile>(options.chart, options.offsetSeconds);
+}
+
 // Until all readings are taken or a signal comes. A row that has no room is held until there is.
 void watch(Options const& options) {
     std::optional<ReadingLog> log;
     if (!options.logPath.empty()) log.emplace(options.logPath);
+    auto const chart = chartFor(options);
     Interruption const interruption;
     Sampler const sampler(options.path);
     int diskError = 0;
@@ -70,6 +79,10 @@ void watch(Options const& options) {
         if (!show(table.row(reading))) break;
         if (log && !interruption.waitForRoom(log->descriptor())) log->append(toLine(reading));
         averages.add(reading, taken - before);
+        if (chart) {
+            chart->add(reading);
+            chart->draw();
+        }
     }
     if (!averages.empty()) show(table.averageRow(averages.mean(), averages.span()));
     eraseProgress();
@@ -77,6 +90,7 @@ void watch(Options const& options) {
 
 // The readings of a log, in place of live ones. A line's reading covers the time since the one before.
 int showLog(Options const& options) {
+    auto const chart = chartFor(options);
     std::optional<Table> table;
     std::optional<xtime_t> before;
     Averages averages(options.averageNames);
@@ -90,7 +104,9 @@ int showLog(Options const& options) {
         averages.add(reading,
                      reading.time.toTime_point() - before.value_or(reading.time).toTime_point());
         before = reading.time;
+        if (chart) chart->add(reading);
     });
+    if (chart) chart->draw();
     if (!table) begin(Variant());
     if (!averages.empty()) print(table->averageRow(averages.mean(), averages.span()));
     return malformed == 0 ? 0 : FAILED;

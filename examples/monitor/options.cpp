@@ -63,6 +63,40 @@ std::optional<Refusal> refuseMissingValue(int argc, char const* const* argv) {
     return std::nullopt;
 }
 
+void addChartOptions(CLI::App& app, ChartOptions& chart) {
+    addOption(app,
+              {"--chart", "FILE", "a file name that ends like load.svg or load.png",
+               "draw the readings as a chart, FILE.svg or FILE.png"},
+              parseChartFile, chart.file);
+    addOption(app,
+              {"--window", "SECONDS", "a whole number from 5 to 2592000",
+               "time that the chart shows, 5 to 2592000 (default 60)"},
+              parseWindow, chart.window);
+    addOption(
+        app,
+        {"--theme", "NAME", "light or dark", "light or dark (default: SVG as its reader likes it)"},
+        parseTheme, chart.theme);
+    addOption(app,
+              {"--plugins", "FOLDER", "a path",
+               "what draws the chart (default: plugins beside the program)"},
+              parsePath, chart.plugins);
+}
+
+std::optional<Refusal> refuseWrongCompany(CLI::App const& app, Options const& options) {
+    // What a log holds was watched before.
+    for (char const* const live : {"--interval", "--count", "--path", "--log"}) {
+        if (!options.replayPath.empty() && app.count(live) > 0) {
+            return Refusal{std::string("--replay does not go with ") + live};
+        }
+    }
+    for (char const* const ofChart : {"--window", "--theme", "--plugins"}) {
+        if (options.chart.file.empty() && app.count(ofChart) > 0) {
+            return Refusal{std::string(ofChart) + " does not go without --chart"};
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* const* argv) {
@@ -99,6 +133,7 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
               {"--average", "NAMES", "some of cpu,memory,disk,free,uptime",
                "end with averages: some of cpu,memory,disk,free,uptime"},
               parseNames, options.averageNames);
+    addChartOptions(app, options.chart);
     try {
         app.parse(argc, argv);
     } catch (CLI::CallForHelp const&) {
@@ -110,12 +145,7 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
     } catch (CLI::ParseError const& error) {
         return Refusal{error.what()};
     }
-    // What a log holds was watched before.
-    for (char const* const live : {"--interval", "--count", "--path", "--log"}) {
-        if (!options.replayPath.empty() && app.count(live) > 0) {
-            return Refusal{std::string("--replay does not go with ") + live};
-        }
-    }
+    if (auto const refusal = refuseWrongCompany(app, options)) return *refusal;
     return options;
 }
 

@@ -5,7 +5,17 @@
 #include <variant>
 #include <vector>
 
+#include "chart_plugin.h"
+
 namespace monitor {
+
+// The chart that is asked for.
+struct ChartOptions {
+    std::string file;  // empty: no chart
+    std::chrono::seconds window{60};
+    MonitorChartTheme theme = MONITOR_CHART_EITHER;
+    std::string plugins;  // the folder of the plugins; empty: that beside the program
+};
 
 // What the command line asks for.
 struct Options {
@@ -16,6 +26,7 @@ struct Options {
     std::string logPath;                    // empty: no log is kept
     std::string replayPath;                 // empty: live readings
     std::vector<std::string> averageNames;  // out of FIELDS
+    ChartOptions chart;
 };
 
 // Text to show instead of readings.

@@ -1,0 +1,2 @@
+// A shared object of another trade.
+extern "C" int answer() { return 42; }
