@@ -363,3 +363,19 @@ monitor: not a chart plugin: $PLUGINS/monitor-chart-other.so: undefined symbol: 
     [ "$(cat chart.svg)" = old ]
     [ "$(ls)" = chart.svg ]
 }
+
+# ---- the pictures in the documentation
+
+@test "the pictures in the documentation are what the commands beside them make" {
+    mkdir -p docs/images
+    ln -s "$SOURCE_DIR/examples" examples
+    mapfile -t commands < <(grep -E '^    monitor --replay .*--chart docs/images/' \
+        "$SOURCE_DIR/examples/monitor/README.md")
+    [ "${#commands[@]}" -eq 2 ]
+    for command in "${commands[@]}"; do
+        read -r -a words <<<"$command"
+        "$MONITOR" "${words[@]:1}" >/dev/null
+    done
+    diff -r docs/images "$SOURCE_DIR/docs/images"
+    xmllint --noout docs/images/*.svg
+}
