@@ -33,13 +33,13 @@ namespace com::halvorin::utilities {
 /// Cost     the list grows once at most.
 template <typename List>
 void split(List& out, std::string const& text, std::string const& separators) {
-    bool const moves = detail::holds(out, text, 0);
+    bool const moves = detail::holds(out, text);
     std::string const copy = moves ? text : std::string();
     detail::FieldReader fields(moves ? copy : text, separators);
     // KEPT(appended-never-cleared): what the list holds already stays in front.
-    detail::makeRoom(out, fields.count(), 0);
+    detail::makeRoom(out, fields);
     for (std::string_view field; fields.next(field);) {
-        detail::append(out, field, fields.following(field), 0);
+        detail::append(out, field, fields.following(field));
     }
 }
 
@@ -84,7 +84,7 @@ void serializeNVP(std::string& out, Map const& map) {
 template <typename Map>
 bool deserializeNVP(Map& map, std::string const& text) {
     detail::FieldReader fields(detail::trimmed(text), " ");
-    detail::makeBuckets(map, fields.count(), 0);
+    detail::makeBuckets(map, fields);
     bool wellFormed = true;
     for (std::string_view field; fields.next(field);) {
         std::size_t const equals = field.find('=');

@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 #include <utillibrary/export.h>
 
-// What the templates of StringNVP.h stand on; not for hosts. Where two functions share a name, the
-// one that takes an int is for types that can do what it does, and the one that takes a long for
-// all others: a call with 0 prefers the first.
+// What the templates of StringNVP.h stand on; not for hosts.
 namespace com::halvorin::utilities::detail {
 
 /// Walks over the fields of a text, which must stay in place; the separators are copied.
@@ -84,61 +84,89 @@ private:
     char block_[BLOCK];
 };
 
-// Room for so many more elements, in a list that can make some; at least twice the room there was,
-// so that many small appends take linear time.
+// ---- what a host's own list or map can do
+
+template <typename List, typename = void>
+inline constexpr bool CAN_MAKE_ROOM = false;
 template <typename List>
-auto makeRoom(List& list, std::size_t more, int /*preferred*/)
-    -> decltype(list.reserve(list.capacity())) {
-    std::size_t const wanted = list.size() + more;
-    std::size_t const doubled = 2 * list.capacity();
-    if (wanted > list.capacity()) list.reserve(wanted > doubled ? wanted : doubled);
+inline constexpr bool CAN_MAKE_ROOM<
+    List, std::void_t<decltype(std::declval<List&>().reserve(std::declval<List&>().capacity()))>> =
+    true;
+
+template <typename List, typename = void>
+inline constexpr bool IS_ONE_BLOCK = false;
+template <typename List>
+inline constexpr bool
+    IS_ONE_BLOCK<List, std::void_t<decltype(std::declval<List const&>().data())>> =
+        std::is_same_v<decltype(std::declval<List const&>().data()), std::string const*>;
+
+template <typename List, typename = void>
+inline constexpr bool BUILDS_IN_PLACE = false;
+template <typename List>
+inline constexpr bool BUILDS_IN_PLACE<
+    List, std::void_t<decltype(std::declval<List&>().emplace_back("", std::size_t{}).resize(0))>> =
+    true;
+
+template <typename Map, typename = void>
+inline constexpr bool HAS_BUCKETS = false;
+template <typename Map>
+inline constexpr bool HAS_BUCKETS<
+    Map, std::void_t<decltype(std::declval<Map&>().reserve(std::declval<Map&>().bucket_count()))>> =
+    true;
+
+// Room for all fields in a list that can make some; at least twice the room there was, so that many
+// small appends take linear time.
+template <typename List>
+void makeRoom(List& list, FieldReader const& fields) {
+    if constexpr (CAN_MAKE_ROOM<List>) {
+        std::size_t const wanted = list.size() + fields.count();
+        std::size_t const doubled = 2 * list.capacity();
+        if (wanted > list.capacity()) list.reserve(wanted > doubled ? wanted : doubled);
+    }
 }
-template <typename List>
-void makeRoom(List& /*list*/, std::size_t /*more*/, long /*otherwise*/) {}
 
 // Whether a text is an element of a list that may move its elements.
 template <typename List>
-auto holds(List const& list, std::string const& text, int /*preferred*/)
-    -> decltype(list.data() == &text) {
-    // NOLINTBEGIN(cppcoreguidelines-pro-type-reinterpret-cast): pointers into different objects have
-    // no order of their own.
-    auto const first = reinterpret_cast<std::uintptr_t>(list.data());
-    auto const position = reinterpret_cast<std::uintptr_t>(&text);
-    // NOLINTEND(cppcoreguidelines-pro-type-reinterpret-cast)
-    return position >= first && position - first < list.size() * sizeof(std::string);
-}
-template <typename List>
-bool holds(List const& /*list*/, std::string const& /*text*/, long /*otherwise*/) {
-    return false;
+bool holds(List const& list, std::string const& text) {
+    if constexpr (IS_ONE_BLOCK<List>) {
+        // NOLINTBEGIN(cppcoreguidelines-pro-type-reinterpret-cast): pointers into different
+        // objects have no order of their own.
+        auto const first = reinterpret_cast<std::uintptr_t>(list.data());
+        auto const position = reinterpret_cast<std::uintptr_t>(&text);
+        // NOLINTEND(cppcoreguidelines-pro-type-reinterpret-cast)
+        return position >= first && position - first < list.size() * sizeof(std::string);
+    } else {
+        return false;
+    }
 }
 
 // Appends a field behind which more of the text follows. A short one is copied with a size that the
 // compiler knows, and then cut, which spares a call.
 template <typename List>
-auto append(List& list, std::string_view field, std::size_t following, int /*preferred*/)
-    -> decltype(list.emplace_back(field.data(), field.size()).resize(field.size())) {
-    constexpr std::size_t SHORT = 15;
-    if (field.size() <= SHORT && field.size() + following >= SHORT) {
-        list.emplace_back(field.data(), SHORT).resize(field.size());
+void append(List& list, std::string_view field, std::size_t following) {
+    if constexpr (BUILDS_IN_PLACE<List>) {
+        constexpr std::size_t SHORT = 15;
+        if (field.size() <= SHORT && field.size() + following >= SHORT) {
+            list.emplace_back(field.data(), SHORT).resize(field.size());
+        } else {
+            list.emplace_back(field.data(), field.size());
+        }
     } else {
-        list.emplace_back(field.data(), field.size());
+        list.push_back(std::string(field));
     }
 }
-template <typename List>
-void append(List& list, std::string_view field, std::size_t /*following*/, long /*otherwise*/) {
-    list.push_back(std::string(field));
-}
 
-// Buckets for so many entries, in a hash map that has none yet; a text of a few entries written
+// Buckets for all fields, in a hash map that has no entries yet; a text of a few entries written
 // over and over buys no more than the limit.
 template <typename Map>
-auto makeBuckets(Map& map, std::size_t entries, int /*preferred*/)
-    -> decltype(map.bucket_count(), map.reserve(entries)) {
-    constexpr std::size_t LIMIT = 4096;
-    std::size_t const wanted = entries < LIMIT ? entries : LIMIT;
-    if (map.empty() && wanted > map.bucket_count()) map.reserve(wanted);
+void makeBuckets(Map& map, FieldReader const& fields) {
+    if constexpr (HAS_BUCKETS<Map>) {
+        constexpr std::size_t LIMIT = 4096;
+        if (!map.empty()) return;
+        std::size_t const entries = fields.count();
+        std::size_t const wanted = entries < LIMIT ? entries : LIMIT;
+        if (wanted > map.bucket_count()) map.reserve(wanted);
+    }
 }
-template <typename Map>
-void makeBuckets(Map& /*map*/, std::size_t /*entries*/, long /*otherwise*/) {}
 
 }  // namespace com::halvorin::utilities::detail
