@@ -4,8 +4,9 @@
     table.py RESULTS.json... --json OUT.json --markdown OUT.md
 
 A row is named "operation/role/who", with "/real_time/threads:N" behind where it is one of those that
-run on N threads. A time is the least of the repetitions, since other work on the machine only adds to
-it: processor time, or the clock's for threads. The median stands beside it in the JSON.
+run on N threads. On one thread a time is processor time, the least of the repetitions, since other
+work on the machine only adds to it; the median stands beside it in the JSON. On two it is the
+clock's, and the median: the least would be of threads that happened not to meet.
 """
 
 import argparse
@@ -39,7 +40,7 @@ class Row:
 
     @property
     def time(self):
-        return min(self.times)
+        return statistics.median(self.times) if self.threads else min(self.times)
 
     @property
     def spread(self):
@@ -252,7 +253,8 @@ def markdown(about, left_out, units, rows):
     yield "## Cost by size\n"
     yield from size_table(rows)
     yield "## Two threads\n"
-    yield "Millions of operations a second by the clock, both threads together.\n"
+    yield ("Millions of operations a second by the clock, both threads together; medians, which count "
+           "on a quiet machine only.\n")
     yield from thread_table(rows)
 
 
