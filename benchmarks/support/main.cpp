@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <set>
 #include <string>
 
@@ -9,6 +10,8 @@
 namespace benchmarks {
 
 namespace {
+
+constexpr int MOST_MEMORY = 32 * 1024 * 1024;  // of what mallopt takes
 
 std::set<std::string>& missing() {
     static std::set<std::string> names;
@@ -49,6 +52,10 @@ void leaveOut(std::string const& what) { missing().insert(what); }
 }  // namespace benchmarks
 
 int main(int argc, char** argv) {
+    // What is freed stays in the heap. Else a row that frees the block at its end might give the pages
+    // back each time, and take them again, or not, as the rows before it have left the heap.
+    mallopt(M_TRIM_THRESHOLD, benchmarks::MOST_MEMORY);
+    mallopt(M_MMAP_THRESHOLD, benchmarks::MOST_MEMORY);
     std::string const peers = UTILLIBRARY_MISSING_PEERS;
     if (!peers.empty()) benchmarks::leaveOut(peers);
     benchmarks::addRows();

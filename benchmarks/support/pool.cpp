@@ -1,14 +1,11 @@
 #include "support/pool.h"
 
-#include <algorithm>
 #include <climits>
 #include <cmath>
 
 namespace benchmarks {
 
 namespace {
-
-constexpr std::size_t LARGEST_POOL = 32 * MEBIBYTE;
 
 double eitherSign(Random& random, double value) {
     return between(random, 0, 1) == 0 ? value : -value;
@@ -52,8 +49,7 @@ std::string anyText(Random& random, std::size_t least, std::size_t most) {
 }
 
 std::vector<std::string> textsOf(std::size_t size) {
-    return pool([size](Random& random) { return anyText(random, size, size); },
-                std::min(POOL_SIZE, LARGEST_POOL / size));
+    return textPool(size, [](Random& random, std::size_t s) { return anyText(random, s, s); });
 }
 
 long anySecond(Random& random) { return between(random, 0, INT_MAX - 86400L); }

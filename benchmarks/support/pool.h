@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +20,7 @@ inline constexpr std::size_t KIBIBYTE = 1024;
 inline constexpr std::size_t MEBIBYTE = 1024 * KIBIBYTE;
 
 /// The sizes at which what grows is looked at.
-inline constexpr std::array<std::size_t, 4> SIZES = {KIBIBYTE, 16 * KIBIBYTE, 128 * KIBIBYTE,
+inline constexpr std::array<std::size_t, 4> SIZES = {KIBIBYTE, 16 * KIBIBYTE, 64 * KIBIBYTE,
                                                      MEBIBYTE};
 
 /// "1 KiB"; the table knows the sizes by their unit.
@@ -51,7 +52,18 @@ double threeDecimals(Random& random);
 /// Printable ASCII without blanks, `least` to `most` characters.
 std::string anyText(Random& random, std::size_t least, std::size_t most);
 
-/// Texts of exactly this size: a whole pool of them, or as many as 32 MiB hold.
+/// A whole pool of texts of this size, or, of long ones, as many as a processor keeps near; these are
+/// hundreds of random values each.
+/// Takes  make: makes a text from random numbers and the size.
+template <typename Make>
+auto textPool(std::size_t size, Make make) {
+    constexpr std::size_t NEAR = MEBIBYTE;
+    constexpr std::size_t LEAST = 2;
+    return pool([&](Random& random) { return make(random, size); },
+                std::clamp(NEAR / size, LEAST, POOL_SIZE));
+}
+
+/// A pool of texts of exactly this size, as `anyText` makes them.
 std::vector<std::string> textsOf(std::size_t size);
 
 /// A second of the years 1970 to 2037.

@@ -1,0 +1,283 @@
+#include <cctype>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include <utillibrary/utilities/StringUtilities.h>
+
+#include "support/operation.h"
+#include "support/pool.h"
+
+#ifdef UTILLIBRARY_PEER_ABSL
+#include <absl/strings/escaping.h>
+#endif
+#ifdef UTILLIBRARY_PEER_FMT
+#include <fmt/format.h>
+#endif
+#ifdef UTILLIBRARY_PEER_GLIB
+#include <glib.h>
+#endif
+#ifdef UTILLIBRARY_PEER_POCO
+#include <Poco/UTF8String.h>
+#endif
+#ifdef UTILLIBRARY_PEER_QT
+#include <QByteArray>
+#endif
+
+// Texts in printable form, and back. Each library has a form of its own; the job is the same where it
+// makes the same bytes printable and can be undone. So a peer's result is read by the peer itself,
+// and what comes out, in our form, is held against what is wanted.
+namespace {
+
+using namespace benchmarks;
+using com::halvorin::utilities::escapeString;
+using com::halvorin::utilities::unescapeString;
+
+constexpr char const* LEAVES_BLANKS = "leaves blanks";
+
+// The escaped form by its definition, for texts without a backslash.
+std::string escapedByHand(std::string const& text, bool keepSpace) {
+    std::string result;
+    for (char const c : text) {
+        constexpr std::string_view NAMED = "\f\n\r\t\b\"";
+        auto const name = NAMED.find(c);
+        if (name != std::string_view::npos) {
+            result += {'\\', "fnrtb\""[name]};
+        } else if (std::isgraph(static_cast<unsigned char>(c)) != 0 || (c == ' ' && keepSpace)) {
+            result += c;
+        } else {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\u%04x",
+                          static_cast<unsigned>(static_cast<signed char>(c)) & 0xFFFF);
+            result += escape;
+        }
+    }
+    return result;
+}
+
+// And back, for texts of that form.
+std::string unescapedByHand(std::string const& text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\') {
+            result += text[i];
+        } else if (text[++i] == 'u') {
+            unsigned number = 0;
+            std::sscanf(text.substr(i + 1, 4).c_str(), "%4x", &number);
+            result += static_cast<char>(number);
+            i += 4;
+        } else {
+            constexpr std::string_view NAMES = "fnrtb\"";
+            result += "\f\n\r\t\b\""[NAMES.find(text[i])];
+        }
+    }
+    return result;
+}
+
+// ---- the pools
+
+// Graphic bytes that stay as they are.
+std::string plainBytes(Random& random, std::size_t size) {
+    std::string text = anyText(random, size, size);
+    for (char& c : text) {
+        while (c == '"' || c == '\\')
+            c = static_cast<char>('!' + random() % 94);
+    }
+    return text;
+}
+
+std::string lettersAndDigits(Random& random, std::size_t size) {
+    constexpr std::string_view PLAIN =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+    std::string text(size, '\0');
+    for (char& c : text)
+        c = PLAIN[random() % PLAIN.size()];
+    return text;
+}
+
+// Words of two to nine letters, with one blank between.
+std::string words(Random& random, std::size_t size) {
+    std::string text;
+    while (text.size() < size)
+        text += lettersAndDigits(random, 2 + random() % 8) + ' ';
+    text.resize(size);
+    text.back() = '.';
+    return text;
+}
+
+// Without a zero byte, which ends a text for some, and without the backslash, which starts ours over.
+std::string anyBytes(Random& random, std::size_t size) {
+    std::string text(size, '\0');
+    for (char& c : text) {
+        while (c == '\0' || c == '\\')
+            c = static_cast<char>(random());
+    }
+    return text;
+}
+
+// A value as lines of pairs hold it: short, and now and then with a blank.
+std::string shortValue(Random& random, std::size_t /*size*/) {
+    std::string value = lettersAndDigits(random, 3 + random() % 15);
+    if (random() % 8 == 0) value[1] = ' ';
+    return value;
+}
+
+// ---- the peers: how each of them escapes, and reads what it escaped
+
+using Text = std::string;
+
+#ifdef UTILLIBRARY_PEER_ABSL
+Text abslUnescaped(Text const& text) {
+    Text result;
+    bool const read = absl::CUnescape(text, &result);
+    benchmark::DoNotOptimize(read);
+    return result;
+}
+#endif
+
+#ifdef UTILLIBRARY_PEER_FMT
+Text fmtEscaped(Text const& text) { return fmt::format("{:?}", text); }
+Text withoutQuotes(Text const& text) { return text.substr(1, text.size() - 2); }
+#endif
+
+#ifdef UTILLIBRARY_PEER_GLIB
+Text taken(char* text) {
+    Text result = text;
+    g_free(text);
+    return result;
+}
+
+Text glibEscaped(Text const& text) { return taken(g_strescape(text.c_str(), nullptr)); }
+Text glibUnescaped(Text const& text) { return taken(g_strcompress(text.c_str())); }
+Text uriEscaped(Text const& text) {
+    return taken(
+        g_uri_escape_bytes(reinterpret_cast<guint8 const*>(text.data()), text.size(), nullptr));
+}
+Text uriUnescaped(Text const& text) {
+    GBytes* const bytes =
+        g_uri_unescape_bytes(text.data(), static_cast<gssize>(text.size()), nullptr, nullptr);
+    gsize size = 0;
+    auto const* const data = static_cast<char const*>(g_bytes_get_data(bytes, &size));
+    Text result(data, size);
+    g_bytes_unref(bytes);
+    return result;
+}
+#endif
+
+#ifdef UTILLIBRARY_PEER_POCO
+Text pocoEscaped(Text const& text) { return Poco::UTF8::escape(text); }
+Text pocoUnescaped(Text const& text) { return Poco::UTF8::unescape(text); }
+#endif
+
+#ifdef UTILLIBRARY_PEER_QT
+QByteArray asBytes(Text const& text) { return QByteArray::fromStdString(text); }
+QByteArray percentEncoded(QByteArray const& text) { return text.toPercentEncoding(); }
+QByteArray percentDecoded(QByteArray const& text) { return QByteArray::fromPercentEncoding(text); }
+Text textOf(QByteArray const& bytes) { return bytes.toStdString(); }
+#endif
+
+// ---- the operations
+
+// What a text is made of, and who does the same job with it.
+struct Kind {
+    std::string name;
+    Text (*make)(Random&, std::size_t);
+    bool keepSpace;
+    bool blanks;  // whether a peer that leaves blanks does another job
+    bool ascii;   // whether it is text for those who expect UTF-8
+};
+
+class Escaping {
+public:
+    Escaping(Kind const& kind, std::vector<Text> const& texts, std::string const& size)
+        : kind_(kind),
+          escape_(Operation("escape " + kind.name + size, texts, escaper()).threaded()),
+          unescape_(Operation("unescape " + kind.name + size, texts, AsItIs()).threaded()) {}
+
+    void addRows() const {
+        addOurs();
+#ifdef UTILLIBRARY_PEER_ABSL
+        addLeavingBlanks("Abseil", absl::CEscape, abslUnescaped);
+#endif
+#ifdef UTILLIBRARY_PEER_FMT
+        if (kind_.ascii && !kind_.blanks) escape_.peer("{fmt}", fmtEscaped, withoutQuotes);
+#endif
+#ifdef UTILLIBRARY_PEER_GLIB
+        addLeavingBlanks("GLib", glibEscaped, glibUnescaped);
+        if (!kind_.keepSpace) addPeer("GLib, URI", uriEscaped, uriUnescaped);
+#endif
+#ifdef UTILLIBRARY_PEER_POCO
+        if (kind_.ascii) addLeavingBlanks("Poco", pocoEscaped, pocoUnescaped);
+#endif
+#ifdef UTILLIBRARY_PEER_QT
+        if (!kind_.keepSpace) {
+            escape_.peer("Qt", prepared(asBytes, percentEncoded),
+                         [again = escaper()](QByteArray const& escaped) {
+                             return again(textOf(percentDecoded(escaped)));
+                         });
+            unescape_.peer(
+                "Qt",
+                prepared([](Text const& t) { return percentEncoded(asBytes(t)); }, percentDecoded),
+                textOf);
+        }
+#endif
+    }
+
+private:
+    // The wanted form.
+    std::function<Text(Text const&)> escaper() const {
+        return [keepSpace = kind_.keepSpace](Text const& text) {
+            return escapedByHand(text, keepSpace);
+        };
+    }
+
+    void addOurs() const {
+        bool const keepSpace = kind_.keepSpace;
+        escape_.plain("isgraph, snprintf", escaper());
+        escape_.ours([keepSpace](Text const& text) { return escapeString(text, keepSpace); });
+        unescape_.plain("sscanf", prepared(escaper(), unescapedByHand));
+        unescape_.ours(prepared(escaper(), unescapeString));
+        auto const copied = [](Text const& text) { return Text(text); };
+        escape_.floor("std::string", copied);
+        unescape_.floor("std::string", prepared(escaper(), copied));
+    }
+
+    template <typename Escape, typename Unescape>
+    void addPeer(std::string const& who, Escape escape, Unescape unescape) const {
+        escape_.peer(who, escape, [unescape, again = escaper()](Text const& escaped) {
+            return again(unescape(escaped));
+        });
+        unescape_.peer(
+            who, prepared([escape](Text const& text) { return Text(escape(text)); }, unescape));
+    }
+
+    template <typename Escape, typename Unescape>
+    void addLeavingBlanks(std::string const& who, Escape escape, Unescape unescape) const {
+        if (!kind_.blanks) return addPeer(who, escape, unescape);
+        escape_.otherJob(who, LEAVES_BLANKS, escape);
+        unescape_.otherJob(
+            who, LEAVES_BLANKS,
+            prepared([escape](Text const& text) { return Text(escape(text)); }, unescape));
+    }
+
+    Kind kind_;
+    Operation<Text, Text> escape_;
+    Operation<Text, Text> unescape_;
+};
+
+void addKind(Kind const& kind) {
+    for (std::size_t const size : SIZES) {
+        Escaping(kind, textPool(size, kind.make), ", " + sizeName(size)).addRows();
+    }
+}
+
+}  // namespace
+
+void benchmarks::addRows() {
+    Kind const value{"a value of 3 to 17 bytes", shortValue, true, false, true};
+    Escaping(value, textPool(1, value.make), "").addRows();
+    addKind({"plain text", plainBytes, false, false, true});
+    addKind({"words and blanks", words, false, true, true});
+    addKind({"words, blanks kept", words, true, false, true});
+    addKind({"binary bytes", anyBytes, false, false, false});
+}

@@ -1,0 +1,103 @@
+#include <cctype>
+#include <string>
+
+#include <utillibrary/utilities/StringTrim.h>
+
+#include "support/operation.h"
+#include "support/pool.h"
+
+#ifdef UTILLIBRARY_PEER_ABSL
+#include <absl/strings/ascii.h>
+#endif
+#ifdef UTILLIBRARY_PEER_BOOST
+#include <boost/algorithm/string/trim.hpp>
+#endif
+#ifdef UTILLIBRARY_PEER_GLIB
+#include <glib.h>
+#endif
+#ifdef UTILLIBRARY_PEER_POCO
+#include <Poco/String.h>
+#endif
+#ifdef UTILLIBRARY_PEER_QT
+#include <QByteArray>
+#include <QString>
+#endif
+
+// A text without the blanks at its ends.
+namespace {
+
+using namespace benchmarks;
+
+std::string trimmedByHand(std::string const& text) {
+    auto const isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    std::size_t first = 0;
+    while (first < text.size() && isBlank(text[first]))
+        ++first;
+    std::size_t end = text.size();
+    while (end > first && isBlank(text[end - 1]))
+        --end;
+    return text.substr(first, end - first);
+}
+
+std::string blanks(Random& random) {
+    std::string text(random() % 4, ' ');
+    for (char& c : text)
+        c = " \t\n"[random() % 3];
+    return text;
+}
+
+std::string blankEnded(Random& random, std::size_t least, std::size_t most) {
+    return blanks(random) + anyText(random, least, most) + blanks(random);
+}
+
+void addTrim(std::string const& name, std::vector<std::string> const& texts) {
+    auto const operation = Operation(name, texts, trimmedByHand).threaded();
+    operation.plain("isspace", trimmedByHand);
+    operation.ours(com::halvorin::utilities::trim);
+    operation.floor("std::string", [](std::string const& text) { return std::string(text); });
+#ifdef UTILLIBRARY_PEER_ABSL
+    operation.peer("Abseil", [](std::string const& text) {
+        return std::string(absl::StripAsciiWhitespace(text));
+    });
+#endif
+#ifdef UTILLIBRARY_PEER_BOOST
+    operation.peer("Boost",
+                   [](std::string const& text) { return boost::algorithm::trim_copy(text); });
+#endif
+#ifdef UTILLIBRARY_PEER_GLIB
+    operation.peer("GLib", [](std::string const& text) {
+        char* const copy = g_strdup(text.c_str());
+        std::string result = g_strstrip(copy);
+        g_free(copy);
+        return result;
+    });
+#endif
+#ifdef UTILLIBRARY_PEER_POCO
+    operation.peer("Poco", [](std::string const& text) { return Poco::trim(text); });
+#endif
+#ifdef UTILLIBRARY_PEER_QT
+    operation.peer("Qt",
+                   prepared([](std::string const& text) { return QByteArray::fromStdString(text); },
+                            [](QByteArray const& text) { return text.trimmed(); }),
+                   [](QByteArray const& text) { return text.toStdString(); });
+    operation.peer("QString",
+                   prepared([](std::string const& text) { return QString::fromStdString(text); },
+                            [](QString const& text) { return text.trimmed(); }),
+                   [](QString const& text) { return text.toStdString(); });
+#endif
+}
+
+}  // namespace
+
+void benchmarks::addRows() {
+    addTrim("trim, 3 to 15 bytes", pool([](Random& random) { return blankEnded(random, 3, 9); }));
+    addTrim("trim, some 66 bytes", pool([](Random& random) { return blankEnded(random, 63, 63); }));
+    for (std::size_t const size : SIZES) {
+        std::vector<std::string> texts = textsOf(size);
+        for (std::string& text : texts) {
+            text.front() = ' ';
+            text.back() = '\n';
+        }
+        addTrim("trim, " + sizeName(size), texts);
+    }
+}

@@ -1,0 +1,34 @@
+#include <string>
+
+#include <utillibrary/datatypes/String.h>
+
+#include "support/operation.h"
+#include "support/pool.h"
+
+// A holder of one text, read and replaced; a bare std::string does the same.
+namespace {
+
+using namespace benchmarks;
+using com::halvorin::datatypes::String;
+
+void addHolder(std::string const& kind, std::vector<std::string> const& texts) {
+    Operation const reading("held text read, " + kind, texts, AsItIs());
+    reading.plain("std::string", [](std::string const& text) { return std::string(text); });
+    reading.ours(prepared([](std::string const& text) { return String(text); },
+                          [](String const& holder) { return holder(); }));
+
+    Operation const replacing("held text replaced, " + kind, texts, AsItIs());
+    replacing.plain("std::string", [held = std::string()](std::string const& text) mutable {
+        held = text;
+        return std::string(held);
+    });
+    replacing.ours([held = String()](std::string const& text) mutable { return held(text); });
+}
+
+}  // namespace
+
+void benchmarks::addRows() {
+    addHolder("8 to 14 bytes", pool([](Random& random) { return anyText(random, 8, 14); }));
+    for (std::size_t const size : SIZES)
+        addHolder(sizeName(size), textsOf(size));
+}
