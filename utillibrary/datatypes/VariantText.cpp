@@ -1,4 +1,3 @@
-#include <charconv>
 #include <sstream>
 #include <string_view>
 #include <type_traits>
@@ -73,16 +72,11 @@ std::wstring inserted(Value value) {
     return stream.str();
 }
 
-char* writePlain(char* out, int value) noexcept {
-    return std::to_chars(out, out + GENERAL_SIZE, value).ptr;
-}
+std::string plainText(int value) { return std::to_string(value); }
 
-char* writePlain(char* out, bool value) noexcept {
-    *out = value ? '1' : '0';
-    return out + 1;
-}
+std::string plainText(bool value) { return std::string(1, value ? '1' : '0'); }
 
-char* writePlain(char* out, double value) noexcept { return writeGeneral(out, value); }
+std::string plainText(double value) { return generalText(value); }
 
 // The direct road: where the stream would write the C locale's characters, they are written here. A
 // stream prints through libc and so follows the rounding mode; the digits made here do not.
@@ -91,9 +85,11 @@ Text printed(Value value) {
     if (!wideStreamsWritePlainNumbers() || (std::is_same_v<Value, double> && !roundsToNearest())) {
         return fromWide<Text>(inserted(value));
     }
-    char characters[GENERAL_SIZE];
-    char const* const end = writePlain(characters, value);
-    return fromBytes<Text>({characters, static_cast<std::size_t>(end - characters)});
+    if constexpr (std::is_same_v<Text, std::string>) {
+        return plainText(value);
+    } else {
+        return recoded<Text>(plainText(value));
+    }
 }
 
 void reportUnknownType() {

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -201,6 +202,9 @@ float convert(std::string const& value) noexcept {
     return refused ? std::numeric_limits<float>::quiet_NaN() : number;
 }
 
+// Room for "%g" with the decimal point of any locale, and a terminating zero.
+constexpr std::size_t PRINTED_GENERAL_SIZE = 32;
+
 // Numbers as libc reads and writes them at the time of a call, which asks for its ways once.
 class Numbers {
 public:
@@ -212,7 +216,8 @@ public:
 
     /// Needs PRINTED_GENERAL_SIZE bytes.
     char* write(char* out, float number) const noexcept {
-        return pointIsDot_ && nearest_ ? writeGeneral(out, number) : printGeneral(out, number);
+        if (pointIsDot_ && nearest_) return writeGeneral(out, number);
+        return out + std::snprintf(out, PRINTED_GENERAL_SIZE, "%g", static_cast<double>(number));
     }
 
 private:

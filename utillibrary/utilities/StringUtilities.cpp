@@ -132,9 +132,9 @@ std::string to_string(float const& value, std::string const& format) {
 }
 
 std::string to_string(double const& value, std::string const& format) {
-    if (std::string_view{format} != "%g") return printed(value, format.c_str());
-    std::array<char, PRINTED_GENERAL_SIZE> text;
-    return {text.data(), printGeneral(text.data(), value)};
+    bool const general = std::string_view{format} == "%g";
+    if (general && libcPrintsPlainNumbers()) return generalText(value);
+    return printed(value, format.c_str());
 }
 
 bool strtodEx(std::string const& text, double& value) noexcept {

@@ -3,9 +3,6 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
-#include <cstdio>
-
-#include "utillibrary/utilities/locale_internal.h"
 
 namespace com::halvorin::internal {
 
@@ -26,15 +23,18 @@ struct SixDigits {
     int exponent;
 };
 
-// Powers of five fit 64 bits up to 5^27.
-constexpr int LARGEST_POWER = 27;
-constexpr auto POWERS_OF_FIVE = [] {
-    std::array<std::uint64_t, LARGEST_POWER + 1> table{};
+template <std::size_t SIZE>
+constexpr std::array<std::uint64_t, SIZE> powersOf(std::uint64_t base) noexcept {
+    std::array<std::uint64_t, SIZE> table{};
     table[0] = 1;
-    for (std::size_t i = 1; i < table.size(); ++i)
-        table[i] = table[i - 1] * 5;
+    for (std::size_t i = 1; i < SIZE; ++i)
+        table[i] = table[i - 1] * base;
     return table;
-}();
+}
+
+// What fits 64 bits: 5^27 and 10^19.
+constexpr auto POWERS_OF_FIVE = powersOf<28>(5);
+constexpr auto POWERS_OF_TEN = powersOf<20>(10);
 
 // Rounds a quotient of six digits by what was cut off, halves to even; 999999.5 has seven digits.
 SixDigits roundedUpIf(bool up, std::uint64_t coefficient, int exponent) noexcept {
@@ -76,17 +76,35 @@ SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {
 SixDigits scaledDown(double value) noexcept {
     auto const whole = static_cast<std::uint64_t>(value);
     bool const hasFraction = static_cast<double>(whole) != value;
-    int exponent = DIGITS;
-    std::uint64_t divisor = 10;
-    while (whole / divisor > LARGEST_COEFFICIENT) {
-        divisor *= 10;
-        ++exponent;
-    }
+    // The binary digits tell the decimal ones but for the last: 1233 / 4096 is log10(2), and the error
+    // stays below one digit.
+    auto const estimate = static_cast<std::size_t>(std::bit_width(whole)) * 1233 >> 12;  // [6, 17]
+    std::size_t const exponent = whole < POWERS_OF_TEN[estimate] ? estimate - 1 : estimate;
+    std::uint64_t const divisor = POWERS_OF_TEN[exponent - (DIGITS - 1)];
     std::uint64_t const quotient = whole / divisor;
     std::uint64_t const rest = whole % divisor;
     std::uint64_t const half = divisor / 2;
     bool const up = rest > half || (rest == half && (hasFraction || quotient % 2 != 0));
-    return roundedUpIf(up, quotient, exponent);
+    return roundedUpIf(up, quotient, static_cast<int>(exponent));
+}
+
+// Up to eight characters, the first in the lowest byte: they are shifted and stored whole, so that no
+// copy waits for the bytes before it.
+using Characters = std::uint64_t;
+static_assert(std::endian::native == std::endian::little);
+
+constexpr Characters ZEROS = 0x303030303030;  // "000000"
+
+Characters twoDigits(unsigned value) noexcept {
+    std::uint16_t pair = 0;
+    std::memcpy(&pair, &TWO_DIGITS[2 * static_cast<std::size_t>(value)], sizeof pair);
+    return pair;
+}
+
+// Stores all eight, of which the first `count` are meant.
+char* put(char* out, Characters characters, int count) noexcept {
+    std::memcpy(out, &characters, sizeof characters);
+    return out + count;
 }
 
 char* writeExponent(char* out, int exponent) noexcept {
@@ -97,37 +115,24 @@ char* writeExponent(char* out, int exponent) noexcept {
 
 // As "%g" lays them out: fixed from 10^-4 to below 10^6, else with an exponent; no trailing zeros.
 char* layOut(char* out, SixDigits value) noexcept {
-    char digits[DIGITS];
-    writeTwoDigits(digits, value.coefficient / 10000);
-    writeFourDigits(digits + 2, value.coefficient % 10000);
-    int count = DIGITS;
-    while (count > 1 && digits[count - 1] == '0')
-        --count;
+    Characters const digits = twoDigits(value.coefficient / 10000) |
+                              twoDigits(value.coefficient / 100 % 100) << 16 |
+                              twoDigits(value.coefficient % 100) << 32;
+    // Up to the last that is not "0", which the first one never is.
+    int const count = (static_cast<int>(std::bit_width(digits ^ ZEROS)) + 7) / 8;
 
-    auto const put = [&out](char const* from, int n) {
-        std::memcpy(out, from, static_cast<std::size_t>(n));
-        out += n;
-    };
-    if (value.exponent < -4 || value.exponent >= DIGITS) {
-        *out++ = digits[0];
-        if (count > 1) {
-            *out++ = '.';
-            put(digits + 1, count - 1);
-        }
-        return writeExponent(out, value.exponent);
+    bool const fixed = value.exponent >= -4 && value.exponent < DIGITS;
+    if (fixed && value.exponent < 0) {
+        constexpr Characters LEADING = 0x3030302E30;  // "0.000"
+        return put(put(out, LEADING, 1 - value.exponent), digits, count);
     }
-    if (value.exponent < 0) {
-        put("0.000", 1 - value.exponent);
-        put(digits, count);
-        return out;
-    }
-    int const wholeDigits = value.exponent + 1;
-    put(digits, wholeDigits);  // trailing zeros of the whole part stay
+    int const wholeDigits = fixed ? value.exponent + 1 : 1;
+    out = put(out, digits, wholeDigits);  // trailing zeros of the whole part stay
     if (count > wholeDigits) {
         *out++ = '.';
-        put(digits + wholeDigits, count - wholeDigits);
+        out = put(out, digits >> (8 * wholeDigits), count - wholeDigits);
     }
-    return out;
+    return fixed ? out : writeExponent(out, value.exponent);
 }
 
 }  // namespace
@@ -149,12 +154,6 @@ char* writeGeneral(char* out, double value) noexcept {
     }
     // The rest of the range, infinities and NaN: exact too, and three times as long.
     return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
-}
-
-// The direct road where libc would write the same, else libc itself.
-char* printGeneral(char* out, double value) noexcept {
-    if (decimalPointIsDot() && roundsToNearest()) return writeGeneral(out, value);
-    return out + std::snprintf(out, PRINTED_GENERAL_SIZE, "%g", value);
 }
 
 }  // namespace com::halvorin::internal

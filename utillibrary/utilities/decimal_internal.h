@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstring>
+#include <string>
 
 // Digits, written once: whatever this library prints in decimal.
 // All writers take a position in the caller's buffer and give the position after what they wrote.
@@ -28,17 +29,18 @@ inline char* writeFourDigits(char* out, unsigned value) noexcept {
     return writeTwoDigits(writeTwoDigits(out, value / 100), value % 100);
 }
 
-/// The longest text of `writeGeneral`: "-1.23457e+308".
-inline constexpr std::size_t GENERAL_SIZE = 13;
+/// The room that `writeGeneral` needs: its longest text is "-1.23457e+308", and it stores eight
+/// characters at once, the last of them behind "-0.000".
+inline constexpr std::size_t GENERAL_SIZE = 15;
 
 /// What `printf("%.6g")` writes in the C locale under round-to-nearest; needs GENERAL_SIZE bytes.
 char* writeGeneral(char* out, double value) noexcept;
 
-/// The same with room for the decimal point of any locale, and a terminating zero.
-inline constexpr std::size_t PRINTED_GENERAL_SIZE = 32;
-
-/// What `printf("%g")` writes under the C locale and in the rounding mode in force; needs
-/// PRINTED_GENERAL_SIZE bytes.
-char* printGeneral(char* out, double value) noexcept;
+/// The same as a text, which a std::string keeps in itself: it is written in place.
+inline std::string generalText(double value) {
+    std::string text(GENERAL_SIZE, '\0');
+    text.resize(static_cast<std::size_t>(writeGeneral(text.data(), value) - text.data()));
+    return text;
+}
 
 }  // namespace com::halvorin::internal
