@@ -19,9 +19,11 @@ constexpr Carried carryOver(long value, long unit) noexcept {
     return {carry, static_cast<int>(value - carry * unit)};
 }
 
-}  // namespace
+// The days since 1970-01-01, which was a Thursday.
+constexpr int dayOfWeek(long days) noexcept { return static_cast<int>((days + 4) % 7); }
 
-long mktimeEx(std::tm* record, int adjustment) noexcept {
+// The rule itself, for fields of any size.
+long secondsOfAny(std::tm* record, int adjustment) noexcept {
     Carried const seconds = carryOver(record->tm_sec, 60);
     Carried const minutes = carryOver(record->tm_min + seconds.carry, 60);
     Carried const hours = carryOver(record->tm_hour + minutes.carry, 24);
@@ -40,9 +42,42 @@ long mktimeEx(std::tm* record, int adjustment) noexcept {
     if (date.year < 1970) return -1;
 
     record->tm_yday = date.dayOfYear;
-    record->tm_wday = static_cast<int>((days + 4) % 7);  // 1970-01-01 was a Thursday
+    record->tm_wday = dayOfWeek(days);
     long const secondOfDay = hours.rest * 3600L + minutes.rest * 60L + seconds.rest;
     return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
+}
+
+// Owns the years 1970 to 2037 and fields that lie in their ranges, with a day that every month has.
+// Nothing is carried, every fourth year is a leap year, and the days fit 32 bits.
+bool isOrdinary(std::tm const& record) noexcept {
+    auto const isOneOf = [](int value, unsigned first, unsigned count) {
+        return static_cast<unsigned>(value) - first < count;
+    };
+    return isOneOf(record.tm_sec, 0, 60) && isOneOf(record.tm_min, 0, 60) &&
+           isOneOf(record.tm_hour, 0, 24) && isOneOf(record.tm_mday, 1, 28) &&
+           isOneOf(record.tm_mon, 0, 12) && isOneOf(record.tm_year, 70, 68);
+}
+
+long secondsOfOrdinary(std::tm* record, int adjustment) noexcept {
+    auto const years = static_cast<unsigned>(record->tm_year) - 70;  // [0, 67]
+    auto const month = static_cast<unsigned>(record->tm_mon);        // [0, 11]
+    unsigned const leapDay = years % 4 == 2 ? 1 : 0;
+    // As if February had thirty days: the months' lengths follow one straight line then.
+    unsigned const straight = (367 * month + 5) / 12 + static_cast<unsigned>(record->tm_mday) - 1;
+    unsigned const dayOfYear = month < 2 ? straight : straight + leapDay - 2;
+    unsigned const days = 365 * years + (years + 1) / 4 + dayOfYear;
+
+    record->tm_yday = static_cast<int>(dayOfYear);
+    record->tm_wday = dayOfWeek(days);
+    int const secondOfDay = record->tm_hour * 3600 + record->tm_min * 60 + record->tm_sec;
+    return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
+}
+
+}  // namespace
+
+long mktimeEx(std::tm* record, int adjustment) noexcept {
+    return isOrdinary(*record) ? secondsOfOrdinary(record, adjustment)
+                               : secondsOfAny(record, adjustment);
 }
 
 }  // namespace com::halvorin::utilities
