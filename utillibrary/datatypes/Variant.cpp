@@ -110,8 +110,6 @@ Variant::Variant(std::string const& text) : Variant(text.c_str()) {}
 Variant::Variant(xtime_t const& time) noexcept
     : dataType(DATE_TIME), uVal(slotOf(time.toVMSTime())), timeVal(time) {}
 
-Variant::~Variant() = default;
-
 // ---- questions
 
 VariantType Variant::type() const noexcept { return dataType; }

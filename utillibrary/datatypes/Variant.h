@@ -50,7 +50,7 @@ public:
     Variant(std::string const& text);
     Variant(xtime_t const& time) noexcept;
     // NOLINTEND(google-explicit-constructor)
-    ~Variant();
+    UTILLIBRARY_INLINE ~Variant() = default;
 
     // ---- questions
 

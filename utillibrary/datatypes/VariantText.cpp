@@ -23,13 +23,16 @@ constexpr unsigned int ENGLISH_UNITED_STATES = 1033;
 template <typename Text, typename Source>
 Text recoded(Source const& source) {
     using Character = typename Text::value_type;
-    Text text(source.size(), Character());
+    // In variables of their own: a byte written through a char* might otherwise be the source's size.
+    std::size_t const size = source.size();
+    auto const* const in = source.data();
+    Text text(size, Character());
     Character* const out = text.data();
-    for (std::size_t i = 0; i < source.size(); ++i) {
+    for (std::size_t i = 0; i < size; ++i) {
         if constexpr (sizeof(Character) == 1) {
-            out[i] = static_cast<Character>(source[i]);  // KEPT(low-eight-bits): no replacement
+            out[i] = static_cast<Character>(in[i]);  // KEPT(low-eight-bits): no replacement
         } else {
-            out[i] = static_cast<Character>(static_cast<Byte>(source[i]));
+            out[i] = static_cast<Character>(static_cast<Byte>(in[i]));
         }
     }
     return text;

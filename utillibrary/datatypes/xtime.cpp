@@ -37,6 +37,15 @@ constexpr long wrappingDifference(long left, long right) noexcept {
     return static_cast<long>(static_cast<unsigned long>(left) - static_cast<unsigned long>(right));
 }
 
+xtime_t realTimeClock() {
+    timespec clock{};
+    if (clock_gettime(CLOCK_REALTIME, &clock) != 0) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): a known errno has a constant text.
+        throw std::runtime_error(CLOCK_ERROR + std::string(std::strerror(errno)));
+    }
+    return {clock.tv_sec, static_cast<unsigned int>(clock.tv_nsec)};
+}
+
 }  // namespace
 
 float xtime_t::difference(xtime_t const& other) const noexcept {
@@ -85,15 +94,7 @@ void xtime_t::add(float amount) noexcept {
     }
 }
 
-void xtime_t::now() {
-    timespec clock{};
-    if (clock_gettime(CLOCK_REALTIME, &clock) != 0) {
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): a known errno has a constant text.
-        throw std::runtime_error(CLOCK_ERROR + std::string(std::strerror(errno)));
-    }
-    seconds_ = clock.tv_sec;
-    nanoseconds_ = static_cast<unsigned int>(clock.tv_nsec);
-}
+void xtime_t::now() { *this = realTimeClock(); }
 
 void xtime_t::fromTime_point(
     std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds> const&
@@ -139,10 +140,6 @@ void xtime_t::fromVMSTime(double seconds) noexcept {
     fromVMSTime(truncateToUint64(seconds * static_cast<double>(TICKS_PER_SECOND)));
 }
 
-xtime_t xtimeNow() {
-    xtime_t time;
-    time.now();
-    return time;
-}
+xtime_t xtimeNow() { return realTimeClock(); }
 
 }  // namespace com::halvorin::datatypes
