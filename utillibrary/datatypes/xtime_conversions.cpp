@@ -123,23 +123,20 @@ bool scanZone(char const* zone, WrittenTime& written) noexcept {
 }
 
 // The rule itself: what sscanf makes of the pieces. Any text may come here.
-std::optional<WrittenTime> scanWritten(std::string const& text) noexcept {
+bool scanWritten(std::string const& text, WrittenTime& written) noexcept {
     std::string_view const whole(text.c_str(), strnlen(text.c_str(), 63));
     std::size_t const split = whole.find('T');
-    if (split == std::string_view::npos) return std::nullopt;
+    if (split == std::string_view::npos) return false;
     std::string_view const clock = whole.substr(split + 1, 31);
     std::size_t const zone = std::min(clock.find_first_of("Z+-"), clock.size());
 
-    WrittenTime written;
     Piece const date(whole.substr(0, split), 63);
     Piece const time(clock.substr(0, zone), 31);
     // KEPT(rest-is-ignored): numbers are counted; nobody asks where the last one ended.
-    if (std::sscanf(date.text(), "%d-%d-%d", &written.year, &written.month, &written.day) != 3 ||
-        std::sscanf(time.text(), "%d:%d:%f", &written.hour, &written.minute, &written.second) < 2 ||
-        !scanZone(Piece(clock.substr(zone), 15).text(), written)) {
-        return std::nullopt;
-    }
-    return written;
+    return std::sscanf(date.text(), "%d-%d-%d", &written.year, &written.month, &written.day) == 3 &&
+           std::sscanf(time.text(), "%d:%d:%f", &written.hour, &written.minute, &written.second) >=
+               2 &&
+           scanZone(Piece(clock.substr(zone), 15).text(), written);
 }
 
 // Eight characters held against a pattern at once: '0' in it stands for any digit, any other
@@ -250,28 +247,27 @@ bool readZone(Reader& reader, WrittenTime& written) noexcept {
 // Owns one form: "dddd-dd-ddTdd:dd", then ":dd" and a fraction or not, then "Z", "+dd", "+dddd",
 // "+dd:dd" or nothing. Each number has the digits that its sscanf conversion would take, so the two
 // read the same. Anything else: no answer.
-std::optional<WrittenTime> readCanonical(std::string_view text) noexcept {
+bool readCanonical(std::string_view text, WrittenTime& written) noexcept {
     constexpr std::size_t FRAME = 16;
-    if (text.size() < FRAME) return std::nullopt;
+    if (text.size() < FRAME) return false;
     EightCharacters const date(text.data(), "0000-00-");
     EightCharacters const time(text.data() + FRAME / 2, "00T00:00");
-    if (!date.matched() || !time.matched()) return std::nullopt;
+    if (!date.matched() || !time.matched()) return false;
 
-    WrittenTime written;
     written.year = 100 * date.pair(0) + date.pair(2);
     written.month = date.pair(5);
     written.day = time.pair(0);
     written.hour = time.pair(3);
     written.minute = time.pair(6);
     Reader reader(text.substr(FRAME));
-    if (reader.skip(':') && !readSeconds(reader, written.second)) return std::nullopt;
-    if (!readZone(reader, written)) return std::nullopt;
-    return written;
+    if (reader.skip(':') && !readSeconds(reader, written.second)) return false;
+    return readZone(reader, written);
 }
 
-std::optional<WrittenTime> readWritten(std::string const& text) noexcept {
-    if (auto const written = readCanonical(text)) return written;
-    return scanWritten(text);
+bool readWritten(std::string const& text, WrittenTime& written) noexcept {
+    if (readCanonical(text, written)) return true;
+    written = WrittenTime();
+    return scanWritten(text, written);
 }
 
 bool makesSense(WrittenTime const& t) noexcept {
@@ -338,17 +334,17 @@ std::string xtime_t::toString(bool applyOffset, int offsetSeconds,
 
 bool xtime_t::fromString(std::string const& text) noexcept {
     clear();
-    auto const written = readWritten(text);
-    if (!written || !makesSense(*written)) return false;
+    WrittenTime written;
+    if (!readWritten(text, written) || !makesSense(written)) return false;
 
-    auto const whole = static_cast<int>(written->second);
-    float const fraction = written->second - static_cast<float>(whole);
+    auto const whole = static_cast<int>(written.second);
+    float const fraction = written.second - static_cast<float>(whole);
     // KEPT(zone-minutes-subtracted): the hours' sign is theirs alone.
     int const adjustment =
-        -(written->zoneHours * SECONDS_PER_HOUR) - written->zoneMinutes * SECONDS_PER_MINUTE;
+        -(written.zoneHours * SECONDS_PER_HOUR) - written.zoneMinutes * SECONDS_PER_MINUTE;
     // KEPT(refused-time-is-minus-one): the calendar's -1 is stored, and the text was read.
-    seconds_ = secondsOf(written->year, written->month, written->day, written->hour,
-                         written->minute, whole, adjustment);
+    seconds_ = secondsOf(written.year, written.month, written.day, written.hour, written.minute,
+                         whole, adjustment);
     nanoseconds_ = static_cast<unsigned int>(static_cast<double>(fraction) * 1e9);
     return true;
 }
