@@ -48,8 +48,8 @@ char* writeDateAndTime(char* out, BrokenDownTime const& t) noexcept {
     return writeTwoDigits(out, natural(t.second));
 }
 
-// The fraction as printf shows it, under whatever decimal point there is: four bytes from the
-// second on.
+// The rule itself: the fraction as printf shows it, four bytes from the second on. Of a decimal point
+// of several bytes they are what is seen.
 // KEPT(fraction-of-six-decimals): the format says six decimals, then "1.3", and stays that way.
 char* writePrintedFraction(char* out, float fraction) noexcept {
     char printed[16];
@@ -62,7 +62,8 @@ char* writePrintedFraction(char* out, float fraction) noexcept {
 char* writeFraction(char* out, unsigned int nanoseconds) noexcept {
     auto const fraction =
         static_cast<float>(static_cast<double>(static_cast<float>(nanoseconds)) / 1e9);
-    if (!decimalPointIsDot()) return writePrintedFraction(out, fraction);
+    char const point = singleDecimalPoint();
+    if (point == '\0') return writePrintedFraction(out, fraction);
 
     // A float's 24 bits times a million's 14 are exact in a double, so that this rounds the true
     // value as "%f" does, in the same rounding mode.
@@ -70,7 +71,7 @@ char* writeFraction(char* out, unsigned int nanoseconds) noexcept {
     auto const microseconds =
         static_cast<unsigned>(std::lrint(static_cast<double>(fraction) * 1e6));
     unsigned const milliseconds = microseconds / 1000 % 1000;
-    *out++ = '.';
+    *out++ = point;
     *out++ = static_cast<char>('0' + milliseconds / 100);
     return writeTwoDigits(out, milliseconds % 100);
 }
@@ -362,18 +363,20 @@ namespace utilities {
 
 std::string timeToYYYYString(long seconds) {
     BrokenDownTime const t = breakDown(seconds);
-    std::array<char, TEXT_SIZE> text;
-    char* end = text.data();
-    // KEPT(blank-padded-year): "%4d" here, "%04d" in the ISO form.
-    if (t.year < 1000 || t.year > 9999) {
-        end += std::snprintf(end, text.size(), "%4d", t.year);
+    std::string text(FOURTEEN, '\0');
+    if (t.year >= 1000 && t.year <= 9999) {
+        writeFourDigits(text.data(), natural(t.year));
     } else {
-        end = writeFourDigits(end, natural(t.year));
+        // KEPT(blank-padded-year): "%4d" here, "%04d" in the ISO form.
+        std::array<char, TEXT_SIZE> year;
+        std::snprintf(year.data(), year.size(), "%4d", t.year);
+        text.replace(0, 4, year.data());
     }
+    char* out = text.data() + text.size() - 10;
     for (int const field : {t.month, t.day, t.hour, t.minute, t.second}) {
-        end = writeTwoDigits(end, natural(field));
+        out = writeTwoDigits(out, natural(field));
     }
-    return {text.data(), end};
+    return text;
 }
 
 long YYYYStringTotime(std::string const& text) {

@@ -63,7 +63,8 @@ constexpr long daysToMonth(long year, int month) noexcept {
 /// hold goes into the next ones.
 /// Takes  year: the full year; month: from 1; day: from 1; each within 2^33 of 0
 constexpr long daysToDate(long year, long month, long day) noexcept {
-    long const years = floorDivide(month - 1, 12);
+    bool const carries = month < 1 || month > 12;
+    long const years = carries ? floorDivide(month - 1, 12) : 0;
     return daysToMonth(year + years, static_cast<int>(month - 12 * years)) + day - 1;
 }
 

@@ -21,10 +21,10 @@ float const volatile LITTLE = 0x1p-30F;
 
 }  // namespace
 
-bool decimalPointIsDot() noexcept {
+char singleDecimalPoint() noexcept {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): glibc's points into the locale, which stays.
     char const* const point = nl_langinfo(RADIXCHAR);
-    return point[0] == '.' && point[1] == '\0';
+    return point[0] != '\0' && point[1] != '\0' ? '\0' : point[0];
 }
 
 bool wideStreamsWritePlainNumbers() {

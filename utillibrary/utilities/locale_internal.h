@@ -4,8 +4,12 @@
 // `uselocale` rule libc (printf, strtod, isspace), `std::locale::global` rules the streams.
 namespace com::halvorin::internal {
 
-/// Whether libc writes and reads "." as the decimal point, in the calling thread's C locale.
-bool decimalPointIsDot() noexcept;
+/// The decimal point that libc writes and reads in the calling thread's C locale, where that is one
+/// byte; else a zero byte.
+char singleDecimalPoint() noexcept;
+
+/// Whether it is ".".
+inline bool decimalPointIsDot() noexcept { return singleDecimalPoint() == '.'; }
 
 /// Whether a wide stream made now would write a number as its plain digits: decimal point ".", no
 /// grouping, and the standard's own facets at work.
