@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -19,14 +20,17 @@ constexpr bool isDecimalDigit(Character c) noexcept {
 
 inline constexpr std::size_t MOST_DIGITS = 19;  // below 2^64
 
+// A sign, digits with a point among them, "e", a sign and two digits.
+inline constexpr std::size_t LONGEST_NUMBER = MOST_DIGITS + 6;
+
 // What a plain number says: digits * 10^exponent.
+template <typename Character>
 struct PlainNumber {
+    std::basic_string_view<Character> written;  // digits and point, as they stand in the text
     unsigned long digits = 0;
     int exponent = 0;
     bool minus = false;
-    bool written = false;                     // whether the exponent is a written one
-    std::array<char, MOST_DIGITS + 1> bytes;  // digits and point
-    std::size_t size = 0;
+    bool hasExponent = false;  // whether one is written
 };
 
 // Takes off the front of the text what stands for a sign; true for a minus.
@@ -37,40 +41,44 @@ bool takeSign(std::basic_string_view<Character>& text) noexcept {
     return minus;
 }
 
-// Reads an optional sign, digits with at most one point among them, and an optional exponent of up
-// to two digits, to the end of the text.
+// Takes the digits off the front, puts them behind those of `value`, and gives their number. What 64
+// bits cannot hold is lost.
+template <typename Character>
+std::size_t takeDigits(std::basic_string_view<Character>& text, unsigned long& value) noexcept {
+    std::size_t count = 0;
+    for (; count < text.size() && isDecimalDigit(text[count]); ++count) {
+        value = 10 * value + static_cast<unsigned long>(text[count] - '0');
+    }
+    text.remove_prefix(count);
+    return count;
+}
+
+// Reads an optional sign, digits with at most one point among them, and an optional exponent of up to
+// two digits, to the end of the text.
 template <typename Character, typename PointIsDot>
 bool readPlainNumber(std::basic_string_view<Character> text, PointIsDot pointIsDot,
-                     PlainNumber& number) noexcept {
+                     PlainNumber<Character>& number) noexcept {
+    if (text.size() > LONGEST_NUMBER) return false;
     number.minus = takeSign(text);
-    std::size_t digits = 0;
-    bool point = false;
-    for (; !text.empty() && text.front() != 'e'; text.remove_prefix(1)) {
-        Character const c = text.front();
-        if (isDecimalDigit(c) && digits < MOST_DIGITS) {
-            number.digits = 10 * number.digits + static_cast<unsigned long>(c - '0');
-            ++digits;
-            if (point) --number.exponent;
-        } else if (c == '.' && !point && pointIsDot()) {
-            point = true;
-        } else {
-            return false;
-        }
-        number.bytes[number.size++] = static_cast<char>(c);
+    number.written = text;
+    std::size_t digits = takeDigits(text, number.digits);
+    if (!text.empty() && text.front() == '.' && pointIsDot()) {
+        text.remove_prefix(1);
+        std::size_t const places = takeDigits(text, number.digits);
+        number.exponent = -static_cast<int>(places);
+        digits += places;
     }
-    if (digits == 0) return false;
+    if (digits == 0 || digits > MOST_DIGITS) return false;
     if (text.empty()) return true;
 
+    if (text.front() != 'e') return false;
+    number.written.remove_suffix(text.size());
+    number.hasExponent = true;
     text.remove_prefix(1);
     bool const minus = takeSign(text);
-    if (text.size() > 2) return false;
-    int exponent = 0;  // libc ignores an "e" without digits, which comes to the same
-    for (Character const c : text) {
-        if (!isDecimalDigit(c)) return false;
-        exponent = 10 * exponent + static_cast<int>(c - '0');
-    }
-    number.exponent += minus ? -exponent : exponent;
-    number.written = true;
+    unsigned long exponent = 0;  // libc ignores an "e" without digits, which comes to the same
+    if (takeDigits(text, exponent) > 2 || !text.empty()) return false;
+    number.exponent += minus ? -static_cast<int>(exponent) : static_cast<int>(exponent);
     return true;
 }
 
@@ -96,7 +104,7 @@ std::optional<Floating> plainNumber(std::basic_string_view<Character> text,
                                     PointIsDot pointIsDot) noexcept {
     constexpr unsigned long EXACT = 1UL << std::numeric_limits<Floating>::digits;
     constexpr int EXACT_POWER = sizeof(Floating) == sizeof(float) ? 10 : 22;
-    PlainNumber number;
+    PlainNumber<Character> number;
     if (!readPlainNumber(text, pointIsDot, number)) return std::nullopt;
 
     int const power = number.exponent < 0 ? -number.exponent : number.exponent;
@@ -107,9 +115,12 @@ std::optional<Floating> plainNumber(std::basic_string_view<Character> text,
         Floating const value = number.minus ? -digits : digits;
         return number.exponent < 0 ? value / scale : value * scale;
     }
-    if (number.written || !roundsToNearest()) return std::nullopt;
+    if (number.hasExponent || !roundsToNearest()) return std::nullopt;
+    std::array<char, MOST_DIGITS + 1> bytes;
+    std::transform(number.written.begin(), number.written.end(), bytes.begin(),
+                   [](Character c) { return static_cast<char>(c); });
     Floating value = 0;
-    std::from_chars(number.bytes.data(), number.bytes.data() + number.size, value);
+    std::from_chars(bytes.data(), bytes.data() + number.written.size(), value);
     return number.minus ? -value : value;
 }
 
