@@ -46,16 +46,17 @@ std::string rowName(std::string const& operation, Role role, std::string const& 
 /// Notes what this machine lacks; the table says so.
 void leaveOut(std::string const& what);
 
-/// Empty where the two are equal; else a text that names them, as far as they can be written.
+/// Empty where the two are equal; else a text that names them, as far as they can be written and are
+/// short.
 template <typename Result, typename Wanted>
 std::string difference(Result const& result, Wanted const& wanted) {
     if (result == wanted) return {};
     std::ostringstream text;
-    text << "not the result that is wanted";
     if constexpr (requires { text << result << wanted; }) {
         text << ": " << result << " instead of " << wanted;
     }
-    return text.str();
+    constexpr std::size_t SHORT = 200;
+    return "not the result that is wanted" + text.str().substr(0, SHORT);
 }
 
 /// A way to do an operation whose inputs are made into something of its own before the time runs.

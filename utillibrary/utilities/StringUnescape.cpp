@@ -114,12 +114,13 @@ void readEscape(char const*& text, char const* end, char*& out) noexcept {
 // Reads a text into a room of its own size, which is enough: no escape becomes longer. The two may
 // not overlap. Gives the end of what was written.
 char* readEscapes(char* out, char const* text, char const* end) noexcept {
+    constexpr std::ptrdiff_t STEP = sizeof(Bytes);
     while (text != end) {
-        if (std::uint64_t word = 0; end - text >= std::ptrdiff_t{sizeof word}) {
-            std::memcpy(&word, text, sizeof word);
-            std::memcpy(out, &word, sizeof word);
-            std::uint64_t const found = firstEqual(word, '\\');
-            int const plain = found == 0 ? 8 : std::countr_zero(found) / 8;
+        if (end - text >= STEP) {
+            Bytes const bytes = loadBytes(text);
+            std::memcpy(out, &bytes, sizeof bytes);
+            std::uint64_t const found = bitsOf(equal(bytes, '\\'));
+            std::ptrdiff_t const plain = found == 0 ? STEP : std::countr_zero(found);
             text += plain;
             out += plain;
             if (found == 0) continue;
