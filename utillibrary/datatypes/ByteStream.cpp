@@ -39,14 +39,12 @@ ByteStream::ByteStream() noexcept = default;
 
 ByteStream::ByteStream(unsigned int size) { allocate(size); }
 
-ByteStream::ByteStream(char const* bytes, unsigned int size) { copy(bytes, size); }
+ByteStream::ByteStream(char const* bytes, unsigned int size) { become(bytes, size); }
 
-ByteStream::ByteStream(ByteStream const& other) { copy(other.buffer_, other.size_); }
-
-ByteStream::~ByteStream() { clear(); }
+ByteStream::ByteStream(ByteStream const& other) { become(other.buffer_, other.size_); }
 
 ByteStream& ByteStream::operator=(ByteStream const& other) {
-    if (this != &other) copy(other.buffer_, other.size_);
+    if (this != &other) become(other.buffer_, other.size_);
     return *this;
 }
 
@@ -68,18 +66,19 @@ unsigned int ByteStream::resize(unsigned int size) {
     // KEPT(resize-to-nothing-throws): `clear` is there for that. Its length may be 0 already.
     if (buffer_ != nullptr && size == 0) refuse(NO_BYTES);
     if (size < size_) {
-        copy(buffer_, size);
+        become(buffer_, size);
     } else if (size > size_) {
         extend(size, size);
     }
     return size;
 }
 
-void ByteStream::zeroMemory() noexcept {
-    if (buffer_ != nullptr) std::memset(buffer_, 0, size_);
+unsigned int ByteStream::copy(char const* bytes, unsigned int size) {
+    become(bytes, size);
+    return size;
 }
 
-unsigned int ByteStream::copy(char const* bytes, unsigned int size) {
+void ByteStream::become(char const* bytes, unsigned int size) {
     if (size != 0 && bytes == nullptr) refuse(NO_POINTER);
     // KEPT(zero-length-is-not-empty): what a block of length 0 comes to.
     if (size == 0 && bytes != nullptr) refuse(NO_BYTES);
@@ -95,11 +94,13 @@ unsigned int ByteStream::copy(char const* bytes, unsigned int size) {
     } else {
         std::memcpy(buffer_, bytes, size);
     }
-    return size;
 }
 
 // KEPT(source-is-a-variable): a constant reference would take a number for a stream of zero bytes.
-unsigned int ByteStream::copy(ByteStream& source) { return copy(source.buffer_, source.size_); }
+unsigned int ByteStream::copy(ByteStream& source) {
+    become(source.buffer_, source.size_);
+    return source.size_;
+}
 
 unsigned int ByteStream::copy(ByteStream& source, unsigned int sourceStart, unsigned int start,
                               unsigned int count) {

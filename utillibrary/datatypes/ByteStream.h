@@ -38,7 +38,7 @@ public:
     /// Fails    as `copy` of the other's bytes does: for a block of length 0 too.
     ByteStream(ByteStream const& other);
 
-    ~ByteStream();
+    UTILLIBRARY_INLINE ~ByteStream() { delete[] buffer_; }
 
     /// Copies the other's bytes; from itself, it changes nothing, unlike `copy`.
     /// Fails    as `copy` of the other's bytes does: for a block of length 0 too.
@@ -82,7 +82,9 @@ public:
     unsigned int resize(unsigned int size);
 
     /// Zeroes all bytes.
-    void zeroMemory() noexcept;
+    UTILLIBRARY_INLINE void zeroMemory() noexcept {
+        if (buffer_ != nullptr) __builtin_memset(buffer_, 0, size_);
+    }
 
     /// Makes the block a copy of `size` bytes.
     /// Takes    bytes: they may lie within the own block. The whole own block is zeroed before it
@@ -111,6 +113,7 @@ public:
                       unsigned int count);
 
 private:
+    UTILLIBRARY_LOCAL void become(char const* bytes, unsigned int size);
     UTILLIBRARY_LOCAL void replace(char* block, unsigned int size) noexcept;
     UTILLIBRARY_LOCAL void extend(unsigned int size, unsigned int zeroEnd);
 

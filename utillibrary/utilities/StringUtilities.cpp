@@ -1,5 +1,6 @@
 #include "utillibrary/utilities/StringUtilities.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -31,11 +32,9 @@ bool holds(std::string const& element, std::string const& text) noexcept {
 
 template <typename List>
 auto search(List& list, std::string const& text, bool partial) noexcept {
-    auto position = list.begin();
-    while (position != list.end() && !(partial ? holds(*position, text) : *position == text)) {
-        ++position;
-    }
-    return position;
+    if (!partial) return std::find(list.begin(), list.end(), text);
+    auto const matches = [&text](std::string const& element) { return holds(element, text); };
+    return std::find_if(list.begin(), list.end(), matches);
 }
 
 // ---- comparing without case
