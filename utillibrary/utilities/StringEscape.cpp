@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -143,6 +144,24 @@ Bytes plainBytes(Bytes bytes, bool keepSpace) noexcept {
     return between(bytes, keepSpace ? ' ' : '!', '~') & ~equal(bytes, '"');
 }
 
+// Owns texts of one to two words whose bytes all stay as they are: the first word and the last, which
+// may overlap, are looked at together and copied. False is no answer.
+template <typename Word>
+bool copyPlain(char* out, std::string_view text, bool keepSpace) noexcept {
+    if (text.size() < sizeof(Word) || text.size() > 2 * sizeof(Word)) return false;
+    std::size_t const last = text.size() - sizeof(Word);
+    std::array<Word, sizeof(Bytes) / sizeof(Word)> words;
+    std::memcpy(&words[0], text.data(), sizeof(Word));
+    std::memcpy(&words[1], text.data() + last, sizeof(Word));
+    for (std::size_t i = 2; i < words.size(); ++i)
+        words[i] = words[0];
+    auto const bytes = std::bit_cast<Bytes>(words);
+    if (any(~plainBytes(bytes, keepSpace) | equal(bytes, '\\'))) return false;
+    std::memcpy(out, &words[0], sizeof(Word));
+    std::memcpy(out + last, &words[1], sizeof(Word));
+    return true;
+}
+
 // How many bytes from the front stay as they are, in whole steps.
 std::size_t plainSize(std::string_view text, bool keepSpace) noexcept {
     constexpr std::size_t STEP = 4 * sizeof(Bytes);
@@ -223,8 +242,13 @@ std::string escapedLong(std::string_view text, Escaping const& escaping) {
 }  // namespace
 
 char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept {
-    if (escaping.usual) return writeShort(out, text, usualTable(escaping.keepSpace));
-    return writeShort(out, text, tableInForce(escaping.keepSpace));
+    bool const keepSpace = escaping.keepSpace;
+    if (!escaping.usual) return writeShort(out, text, tableInForce(keepSpace));
+    if (copyPlain<std::uint64_t>(out, text, keepSpace) ||
+        copyPlain<std::uint32_t>(out, text, keepSpace)) {
+        return out + text.size();
+    }
+    return writeShort(out, text, usualTable(keepSpace));
 }
 
 std::string escaped(std::string_view text, Escaping const& escaping) {
