@@ -760,6 +760,21 @@ TEST(EscapeString, EqualsItsModelOnAnyText) {
     }
 }
 
+// One byte of another kind at each place of a plain text, which else is copied whole.
+TEST(EscapeString, FindsTheOneByteThatIsNotPlain) {
+    ScopedCLocale const scope("C");
+    for (char const other : std::string("\x1F !\"#[\\]~\x7F\x80\xFF", 12)) {
+        for (std::size_t size = 1; size <= 140; ++size) {
+            for (std::size_t place = 0; place<size; place += size> 40 ? 7 : 1) {
+                std::string text(size, 'p');
+                text[place] = other;
+                ASSERT_EQ(escapeString(text, false), modelOfEscape(text, false)) << text;
+                ASSERT_EQ(escapeString(text, true), modelOfEscape(text, true)) << text;
+            }
+        }
+    }
+}
+
 TEST(EscapeString, AllocatesItsResultOnce) {
     ScopedCLocale const scope("C");
     std::string const plain(100'000, 'p');
@@ -893,6 +908,19 @@ TEST(UnescapeString, ReadsNothingBehindItsText) {
                 text.shrink_to_fit();
                 EXPECT_EQ(unescapeString(text), modelOfUnescape(text)) << text;
                 EXPECT_EQ(escapeString(text, false), modelOfEscape(text, false)) << text;
+            }
+        }
+    }
+}
+
+TEST(UnescapeString, FindsTheOneEscapeAtAnyPlace) {
+    ScopedCLocale const scope("C");
+    for (char const* const escape : {R"(\u0041)", R"(\n)", R"(\)"}) {
+        for (std::size_t before = 0; before <= 40; ++before) {
+            for (std::size_t behind = 0; behind <= 40; ++behind) {
+                std::string const text =
+                    std::string(before, 'p') + escape + std::string(behind, 'q');
+                ASSERT_EQ(unescapeString(text), modelOfUnescape(text)) << text;
             }
         }
     }

@@ -1,4 +1,7 @@
+#include <array>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -61,6 +64,45 @@ TEST(StringEscapes, EqualTheirModelsOnEveryTextOfEscapeCharacters) {
             rest /= characters.size();
         }
         ASSERT_EQ(unescapeString(text), modelOfUnescape(text)) << text;
+    }
+}
+
+void expectAsPrinted(double value) {
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%g", value);
+    ASSERT_EQ(to_string(value, "%g"), text.data());
+    std::snprintf(text.data(), text.size(), "%g", -value);
+    ASSERT_EQ(to_string(-value, "%g"), text.data());
+}
+
+// Both ways from each power of ten, where a digit is gained, and from each that is nearly one.
+TEST(ShortNumbers, EqualLibcAroundEveryPowerOfTen) {
+    ScopedCLocale const scope("C");
+    for (int exponent = -20; exponent <= 20; ++exponent) {
+        for (double const factor : {1.0, 0.9999995, 9.999995, 1.000005, 1.234565, 5.0}) {
+            double below = factor * std::pow(10, exponent);
+            double above = below;
+            for (std::uint64_t i = 0; i < 2000; i += sweepStride() == 1 ? 1 : 101) {
+                ASSERT_NO_FATAL_FAILURE(expectAsPrinted(below));
+                ASSERT_NO_FATAL_FAILURE(expectAsPrinted(above));
+                below = std::nextafter(below, 0);
+                above = std::nextafter(above, HUGE_VAL);
+            }
+        }
+    }
+}
+
+// Six digits and a half, which goes to the even one, and the same with more behind the point.
+TEST(ShortNumbers, EqualLibcOnEveryTieOfSixDigits) {
+    ScopedCLocale const scope("C");
+    for (std::uint64_t number = 100'000; number < 1'000'000; number += sweepStride()) {
+        auto const digits = static_cast<double>(number);
+        for (double const value : {digits + 0.5, 10 * digits + 5, 1e9 * digits + 5e8}) {
+            ASSERT_NO_FATAL_FAILURE(expectAsPrinted(value));
+            ASSERT_NO_FATAL_FAILURE(expectAsPrinted(std::nextafter(value, HUGE_VAL)));
+            ASSERT_NO_FATAL_FAILURE(expectAsPrinted(std::nextafter(value, 0)));
+            ASSERT_NO_FATAL_FAILURE(expectAsPrinted(value / 8));
+        }
     }
 }
 
