@@ -52,6 +52,13 @@ using Texts = std::vector<std::string>;
 using Pairs = std::unordered_map<std::string, std::string>;
 using Sorted = std::map<std::string, std::string>;
 
+// Small work is timed on two threads as well: a pool of many texts. Long texts are the same again.
+template <typename Input, typename Wanted>
+Operation<Input, Wanted> threadedIfSmall(Operation<Input, Wanted> const& operation,
+                                         std::size_t pool) {
+    return pool > 100 ? operation.threaded() : operation;
+}
+
 // ---- split
 
 // Fields of 3 to 15 bytes, which a std::string keeps in itself.
@@ -114,7 +121,7 @@ private:
 
 void addSplit(std::string const& name, Texts const& texts, std::string const& separators) {
     auto const plain = [separators](std::string const& t) { return splitByHand(t, separators); };
-    auto const operation = Operation("split, " + name, texts, plain).threaded();
+    auto const operation = threadedIfSmall(Operation("split, " + name, texts, plain), texts.size());
     operation.plain("find_first_of, substr", plain);
     operation.ours([separators](std::string const& text) {
         Texts list;
@@ -396,7 +403,8 @@ QtPairs qtPairs(QString const& line) {
 #endif
 
 void addWriting(std::string const& name, std::vector<List> const& lists) {
-    auto const operation = Operation("serialize, " + name, lists, sortedLine).threaded();
+    auto const operation =
+        threadedIfSmall(Operation("serialize, " + name, lists, sortedLine), lists.size());
     operation.plain("std::ostringstream", prepared(mapOf<Pairs>, streamedLine), sortedPairs);
     operation.ours(prepared(mapOf<Pairs>,
                             [](Pairs const& map) {
@@ -421,7 +429,8 @@ void addWriting(std::string const& name, std::vector<List> const& lists) {
 }
 
 void addReading(std::string const& name, Texts const& lines) {
-    auto const operation = Operation("deserialize, " + name, lines, sortedPairs).threaded();
+    auto const operation =
+        threadedIfSmall(Operation("deserialize, " + name, lines, sortedPairs), lines.size());
     operation.plain("std::istringstream", streamedPairs, sortedMap<Pairs>);
     operation.ours(
         [](std::string const& line) {

@@ -51,7 +51,7 @@ std::string blankEnded(Random& random, std::size_t least, std::size_t most) {
 }
 
 void addTrim(std::string const& name, std::vector<std::string> const& texts) {
-    auto const operation = Operation(name, texts, trimmedByHand).threaded();
+    Operation const operation(name, texts, trimmedByHand);
     operation.plain("isspace", trimmedByHand);
     operation.ours(com::halvorin::utilities::trim);
     operation.floor("std::string", [](std::string const& text) { return std::string(text); });

@@ -324,7 +324,7 @@ bool beginsWithoutCase(Pair const& pair) {
 }
 
 void addWithoutCase(std::string const& kind, std::vector<Pair> const& pairs) {
-    auto const operation = Operation("iequals, " + kind, pairs, beginsWithoutCase).threaded();
+    Operation const operation("iequals, " + kind, pairs, beginsWithoutCase);
     operation.plain("tolower", beginsWithoutCase);
     operation.ours([](Pair const& pair) { return utilities::iequals(pair.first, pair.second); });
     operation.otherJob("strcasecmp", "ends at a zero byte; 0xFF is a letter", [](Pair const& pair) {

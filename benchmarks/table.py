@@ -202,7 +202,8 @@ def size_table(rows):
              ">largest ÷ smallest"]
     return table(heads, (
         [*key, *(f"{per_byte[size]:.3g}" for size in ordered),
-         digits(per_byte[ordered[-1]] / per_byte[ordered[0]])] for key, per_byte in lines.items()))
+         digits(per_byte[ordered[-1]] / per_byte[ordered[0]])]
+        for key, per_byte in lines.items() if len(per_byte) == len(sizes)))
 
 
 def output_of(*command):

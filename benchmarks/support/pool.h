@@ -57,7 +57,7 @@ std::string anyText(Random& random, std::size_t least, std::size_t most);
 /// Takes  make: makes a text from random numbers and the size.
 template <typename Make>
 auto textPool(std::size_t size, Make make) {
-    constexpr std::size_t NEAR = MEBIBYTE;
+    constexpr std::size_t NEAR = 256 * KIBIBYTE;
     constexpr std::size_t LEAST = 2;
     return pool([&](Random& random) { return make(random, size); },
                 std::clamp(NEAR / size, LEAST, POOL_SIZE));
