@@ -151,14 +151,14 @@ bool copyPlain(char* out, std::string_view text, bool keepSpace) noexcept {
     if (text.size() < sizeof(Word) || text.size() > 2 * sizeof(Word)) return false;
     std::size_t const last = text.size() - sizeof(Word);
     std::array<Word, sizeof(Bytes) / sizeof(Word)> words;
-    std::memcpy(&words[0], text.data(), sizeof(Word));
-    std::memcpy(&words[1], text.data() + last, sizeof(Word));
+    std::memcpy(words.data(), text.data(), sizeof(Word));
+    std::memcpy(words.data() + 1, text.data() + last, sizeof(Word));
     for (std::size_t i = 2; i < words.size(); ++i)
         words[i] = words[0];
     auto const bytes = std::bit_cast<Bytes>(words);
     if (any(~plainBytes(bytes, keepSpace) | equal(bytes, '\\'))) return false;
-    std::memcpy(out, &words[0], sizeof(Word));
-    std::memcpy(out + last, &words[1], sizeof(Word));
+    std::memcpy(out, words.data(), sizeof(Word));
+    std::memcpy(out + last, words.data() + 1, sizeof(Word));
     return true;
 }
 
