@@ -77,7 +77,7 @@ std::wstring inserted(Value value) {
 
 std::string plainText(int value) { return std::to_string(value); }
 
-std::string plainText(bool value) { return std::string(1, value ? '1' : '0'); }
+std::string plainText(bool value) { return value ? "1" : "0"; }
 
 std::string plainText(double value) { return generalText(value); }
 
