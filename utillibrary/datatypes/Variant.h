@@ -50,7 +50,9 @@ public:
     Variant(std::string const& text);
     Variant(xtime_t const& time) noexcept;
     // NOLINTEND(google-explicit-constructor)
-    UTILLIBRARY_INLINE ~Variant() = default;
+    // Written out, for clang++ exports no defaulted one.
+    // NOLINTNEXTLINE(modernize-use-equals-default)
+    UTILLIBRARY_INLINE ~Variant() {}
 
     // ---- questions
 

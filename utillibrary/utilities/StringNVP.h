@@ -85,6 +85,7 @@ template <typename Map>
 bool deserializeNVP(Map& map, std::string const& text) {
     detail::FieldReader fields(detail::trimmed(text), " ");
     detail::makeBuckets(map, fields);
+    bool const hasEscapes = text.find('\\') != std::string::npos;
     bool wellFormed = true;
     for (std::string_view field; fields.next(field);) {
         std::size_t const equals = field.find('=');
@@ -97,7 +98,7 @@ bool deserializeNVP(Map& map, std::string const& text) {
         std::string_view const name = field.substr(0, equals);
         std::string_view const value = field.substr(equals + 1);
         // KEPT(first-value-wins): emplace, never an assignment.
-        if (value.find('\\') == std::string_view::npos) {
+        if (!hasEscapes || value.find('\\') == std::string_view::npos) {
             map.emplace(name, value);
         } else {
             map.emplace(name, unescapeString(std::string(value)));
