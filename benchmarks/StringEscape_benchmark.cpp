@@ -24,9 +24,9 @@
 #include <QByteArray>
 #endif
 
-// Texts in printable form, and back. Each library has a form of its own; the job is the same where it
-// makes the same bytes printable and can be undone. So a peer's result is read by the peer itself,
-// and what comes out, in our form, is held against what is wanted.
+// Texts in printable form, and back. Each library has a form of its own; the job is the same where
+// it makes the same bytes printable and can be undone. So a peer's result is read by the peer
+// itself, and what comes out, in our form, is held against what is wanted.
 namespace {
 
 using namespace benchmarks;
@@ -105,7 +105,8 @@ std::string words(Random& random, std::size_t size) {
     return text;
 }
 
-// Without a zero byte, which ends a text for some, and without the backslash, which starts ours over.
+// Without a zero byte, which ends a text for some, and without the backslash, which starts ours
+// over.
 std::string anyBytes(Random& random, std::size_t size) {
     std::string text(size, '\0');
     for (char& c : text) {

@@ -622,7 +622,8 @@ void addAverage() {
 #endif
 }
 
-// Maps of so many pairs, a thousand pairs in all: many pairs in few maps lie as near as few in many.
+// Maps of so many pairs, a thousand pairs in all: many pairs in few maps lie as near as few in
+// many.
 std::vector<List> listsOf(std::size_t count) {
     return pool([count](Random& random) { return pairs(random, count); }, 1024 / count);
 }

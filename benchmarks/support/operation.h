@@ -46,8 +46,8 @@ std::string rowName(std::string const& operation, Role role, std::string const& 
 /// Notes what this machine lacks; the table says so.
 void leaveOut(std::string const& what);
 
-/// Empty where the two are equal; else a text that names them, as far as they can be written and are
-/// short.
+/// Empty where the two are equal; else a text that names them, as far as they can be written and
+/// are short.
 template <typename Result, typename Wanted>
 std::string difference(Result const& result, Wanted const& wanted) {
     if (result == wanted) return {};

@@ -52,8 +52,8 @@ double threeDecimals(Random& random);
 /// Printable ASCII without blanks, `least` to `most` characters.
 std::string anyText(Random& random, std::size_t least, std::size_t most);
 
-/// A whole pool of texts of this size, or, of long ones, as many as a processor keeps near; these are
-/// hundreds of random values each.
+/// A whole pool of texts of this size, or, of long ones, as many as a processor keeps near; these
+/// are hundreds of random values each.
 /// Takes  make: makes a text from random numbers and the size.
 template <typename Make>
 auto textPool(std::size_t size, Make make) {

@@ -23,7 +23,8 @@ constexpr unsigned int ENGLISH_UNITED_STATES = 1033;
 template <typename Text, typename Source>
 Text recoded(Source const& source) {
     using Character = typename Text::value_type;
-    // In variables of their own: a byte written through a char* might otherwise be the source's size.
+    // In variables of their own: a byte written through a char* might otherwise be the source's
+    // size.
     std::size_t const size = source.size();
     auto const* const in = source.data();
     Text text(size, Character());

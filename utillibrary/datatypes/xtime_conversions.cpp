@@ -48,8 +48,8 @@ char* writeDateAndTime(char* out, BrokenDownTime const& t) noexcept {
     return writeTwoDigits(out, natural(t.second));
 }
 
-// The rule itself: the fraction as printf shows it, four bytes from the second on. Of a decimal point
-// of several bytes they are what is seen.
+// The rule itself: the fraction as printf shows it, four bytes from the second on. Of a decimal
+// point of several bytes they are what is seen.
 // KEPT(fraction-of-six-decimals): the format says six decimals, then "1.3", and stays that way.
 char* writePrintedFraction(char* out, float fraction) noexcept {
     char printed[16];

@@ -144,8 +144,8 @@ Bytes plainBytes(Bytes bytes, bool keepSpace) noexcept {
     return between(bytes, keepSpace ? ' ' : '!', '~') & ~equal(bytes, '"');
 }
 
-// Owns texts of one to two words whose bytes all stay as they are: the first word and the last, which
-// may overlap, are looked at together and copied. False is no answer.
+// Owns texts of one to two words whose bytes all stay as they are: the first word and the last,
+// which may overlap, are looked at together and copied. False is no answer.
 template <typename Word>
 bool copyPlain(char* out, std::string_view text, bool keepSpace) noexcept {
     if (text.size() < sizeof(Word) || text.size() > 2 * sizeof(Word)) return false;

@@ -57,8 +57,8 @@ inline std::uint64_t bitsOf(Bytes compared) noexcept {
     using Chars = char __attribute__((vector_size(16)));
     return static_cast<unsigned>(__builtin_ia32_pmovmskb128(std::bit_cast<Chars>(compared)));
 #else
-    // The factor moves the bit of byte i to bit 56 + i; no two of its partial products meet, so nothing
-    // is carried.
+    // The factor moves the bit of byte i to bit 56 + i; no two of its partial products meet, so
+    // nothing is carried.
     constexpr std::uint64_t GATHER = 0x0102040810204080;
     auto const halves = std::bit_cast<Halves>(compared) & everyByte(1);
     return (halves[0] * GATHER >> 56) | (halves[1] * GATHER >> 56 << 8);

@@ -76,8 +76,8 @@ SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {
 SixDigits scaledDown(double value) noexcept {
     auto const whole = static_cast<std::uint64_t>(value);
     bool const hasFraction = static_cast<double>(whole) != value;
-    // The binary digits tell the decimal ones but for the last: 1233 / 4096 is log10(2), and the error
-    // stays below one digit.
+    // The binary digits tell the decimal ones but for the last: 1233 / 4096 is log10(2), and the
+    // error stays below one digit.
     auto const estimate = static_cast<std::size_t>(std::bit_width(whole)) * 1233 >> 12;  // [6, 17]
     std::size_t const exponent = whole < POWERS_OF_TEN[estimate] ? estimate - 1 : estimate;
     std::uint64_t const divisor = POWERS_OF_TEN[exponent - (DIGITS - 1)];
@@ -88,8 +88,8 @@ SixDigits scaledDown(double value) noexcept {
     return roundedUpIf(up, quotient, static_cast<int>(exponent));
 }
 
-// Up to eight characters, the first in the lowest byte: they are shifted and stored whole, so that no
-// copy waits for the bytes before it.
+// Up to eight characters, the first in the lowest byte: they are shifted and stored whole, so that
+// no copy waits for the bytes before it.
 using Characters = std::uint64_t;
 static_assert(std::endian::native == std::endian::little);
 

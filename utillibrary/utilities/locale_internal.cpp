@@ -39,8 +39,8 @@ bool wideStreamsWritePlainNumbers() {
 }
 
 bool roundsToNearest() noexcept {
-    // Arithmetic tells faster than fegetround: only where it rounds to the nearest is 1 the result of
-    // a little more as well as of a little less.
+    // Arithmetic tells faster than fegetround: only where it rounds to the nearest is 1 the result
+    // of a little more as well as of a little less.
     return 1.0F + LITTLE == 1.0F - LITTLE;
 }
 

@@ -21,8 +21,8 @@ bool wideStreamsWritePlainNumbers();
 /// `fesetround`; arithmetic of our own does not in every step.
 bool roundsToNearest() noexcept;
 
-/// Whether libc prints numbers, in the calling thread's C locale and rounding mode, as the digits made
-/// here are: both of the above.
+/// Whether libc prints numbers, in the calling thread's C locale and rounding mode, as the digits
+/// made here are: both of the above.
 inline bool libcPrintsPlainNumbers() noexcept { return decimalPointIsDot() && roundsToNearest(); }
 
 }  // namespace com::halvorin::internal

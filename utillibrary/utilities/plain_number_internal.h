@@ -41,7 +41,8 @@ bool takeSign(std::basic_string_view<Character>& text) noexcept {
     return minus;
 }
 
-// Takes the digits off the front, puts them behind those of `value`, and gives their number. What 64
+// Takes the digits off the front, puts them behind those of `value`, and gives their number. What
+//       64
 // bits cannot hold is lost.
 template <typename Character>
 std::size_t takeDigits(std::basic_string_view<Character>& text, unsigned long& value) noexcept {
@@ -53,8 +54,8 @@ std::size_t takeDigits(std::basic_string_view<Character>& text, unsigned long& v
     return count;
 }
 
-// Reads an optional sign, digits with at most one point among them, and an optional exponent of up to
-// two digits, to the end of the text.
+// Reads an optional sign, digits with at most one point among them, and an optional exponent of up
+// to two digits, to the end of the text.
 template <typename Character, typename PointIsDot>
 bool readPlainNumber(std::basic_string_view<Character> text, PointIsDot pointIsDot,
                      PlainNumber<Character>& number) noexcept {
