@@ -32,9 +32,9 @@ constexpr std::array<std::uint64_t, SIZE> powersOf(std::uint64_t base) noexcept 
     return table;
 }
 
-// What fits 64 bits: 5^27 and 10^19.
-constexpr auto POWERS_OF_FIVE = powersOf<28>(5);
-constexpr auto POWERS_OF_TEN = powersOf<20>(10);
+// As many as are asked for below.
+constexpr auto POWERS_OF_FIVE = powersOf<23>(5);
+constexpr auto POWERS_OF_TEN = powersOf<18>(10);
 
 // Rounds a quotient of six digits by what was cut off, halves to even; 999999.5 has seven digits.
 SixDigits roundedUpIf(bool up, std::uint64_t coefficient, int exponent) noexcept {
@@ -43,10 +43,10 @@ SixDigits roundedUpIf(bool up, std::uint64_t coefficient, int exponent) noexcept
     return {rounded, exponent};
 }
 
-// m * 2^e below 10^6 and above 10^-17, from its binary form.
+// m * 2^e below 10^6 and from 10^-16 on, from its binary form.
 //
 // With k = 5 - x, x being its decimal exponent, the coefficient is m * 5^k * 2^(k + e) rounded. The
-// product has at most 53 + 63 bits, so it is exact, and the bits that the shift drops decide the
+// product has at most 53 + 52 bits, so it is exact, and the bits that the shift drops decide the
 // rounding without error. x is estimated from the binary exponent: never too large, and at most one
 // too small; then the quotient has a seventh digit, which joins what was dropped.
 SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {

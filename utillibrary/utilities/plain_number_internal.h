@@ -41,9 +41,8 @@ bool takeSign(std::basic_string_view<Character>& text) noexcept {
     return minus;
 }
 
-// Takes the digits off the front, puts them behind those of `value`, and gives their number. What
-//       64
-// bits cannot hold is lost.
+// Takes the digits off the front, puts them behind those of `value`, and gives their number; what
+// does not fit 64 bits is lost.
 template <typename Character>
 std::size_t takeDigits(std::basic_string_view<Character>& text, unsigned long& value) noexcept {
     std::size_t count = 0;
