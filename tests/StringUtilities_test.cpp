@@ -298,6 +298,35 @@ TEST(ToString, WritesIntegersInDecimal) {
     }
 }
 
+std::string printed(long value) {
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%ld", value);
+    return text.data();
+}
+
+// Beside every power of ten, where the number of digits changes, and of two; and anywhere.
+TEST(ToString, WritesIntegersAsLibcDoes) {
+    std::mt19937_64 engine = randomEngine();
+    std::vector<long> edges = {0, LONG_MIN};
+    for (long power = 1; power <= LONG_MAX / 10; power *= 10)
+        edges.push_back(10 * power);
+    for (int bit = 0; bit < 63; ++bit)
+        edges.push_back(1L << bit);
+    for (int i = 0; i < 200'000; ++i)
+        edges.push_back(static_cast<long>(engine()) >> (engine() % 64));
+    for (long const edge : edges) {
+        for (unsigned long const step : {-1UL, 0UL, 1UL}) {
+            auto const value = static_cast<long>(static_cast<unsigned long>(edge) + step);
+            auto const negative = static_cast<long>(-static_cast<unsigned long>(value));
+            ASSERT_EQ(to_string(value), printed(value));
+            ASSERT_EQ(to_string(negative), printed(negative));
+            ASSERT_EQ(to_string(static_cast<int>(value)), printed(static_cast<int>(value)));
+            ASSERT_EQ(to_string(static_cast<unsigned>(value)),
+                      printed(static_cast<unsigned>(value)));
+        }
+    }
+}
+
 TEST(ToString, WritesWordsForBooleansAndCopiesTexts) {
     EXPECT_EQ(to_string(true), "true");
     EXPECT_EQ(to_string(false), "false");
