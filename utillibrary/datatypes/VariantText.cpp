@@ -76,7 +76,7 @@ std::wstring inserted(Value value) {
     return stream.str();
 }
 
-std::string plainText(int value) { return wholeText(value); }
+std::string plainText(int value) { return std::to_string(value); }
 
 std::string plainText(bool value) { return value ? "1" : "0"; }
 

@@ -26,13 +26,11 @@ long extractInt64(std::wstring const& text) {
 // KEPT(plain-digits): a host's own facets are not asked for: that takes longer than reading.
 std::optional<long> plainDecimal(std::wstring_view text) noexcept {
     bool const minus = takeSign(text);
-    if (text.size() > 18) return std::nullopt;
-    long value = 0;
-    for (wchar_t const c : text) {
-        if (!isDecimalDigit(c)) return std::nullopt;
-        value = 10 * value + (c - L'0');
-    }
-    return minus ? -value : value;
+    std::size_t const size = text.size();
+    unsigned long value = 0;
+    if (size > 18 || takeDigits(text, value) != size) return std::nullopt;
+    auto const number = static_cast<long>(value);
+    return minus ? -number : number;
 }
 
 }  // namespace

@@ -116,11 +116,11 @@ bool iequals(std::string const& text, std::string const& other) noexcept {
     return text.size() <= other.size() && equalWithoutCase(text.data(), other.data(), text.size());
 }
 
-std::string to_string(int const& value) { return wholeText(value); }
+std::string to_string(int const& value) { return std::to_string(value); }
 
-std::string to_string(unsigned int const& value) { return wholeText(value); }
+std::string to_string(unsigned int const& value) { return std::to_string(value); }
 
-std::string to_string(long const& value) { return wholeText(value); }
+std::string to_string(long const& value) { return std::to_string(value); }
 
 std::string to_string(bool const& value) { return value ? "true" : "false"; }
 

@@ -32,18 +32,9 @@ constexpr std::array<std::uint64_t, SIZE> powersOf(std::uint64_t base) noexcept 
     return table;
 }
 
+// As many as are asked for below.
 constexpr auto POWERS_OF_FIVE = powersOf<23>(5);
-constexpr auto POWERS_OF_TEN = powersOf<20>(10);  // all that fit 64 bits
-
-// How many decimal digits a number has; 0 has one. The binary digits tell them but for the last:
-// 1233 / 4096 is log10(2), and the error stays below one digit.
-constexpr unsigned countDigits(std::uint64_t value) noexcept {
-    std::uint64_t const positive = value | 1;  // of as many digits
-    unsigned const estimate = static_cast<unsigned>(std::bit_width(positive)) * 1233 >> 12;
-    return positive < POWERS_OF_TEN[estimate] ? estimate : estimate + 1;
-}
-static_assert(countDigits(0) == 1 && countDigits(9) == 1 && countDigits(10) == 2);
-static_assert(countDigits(UINT64_MAX / 2) == 19 && countDigits(UINT64_MAX) == 20);
+constexpr auto POWERS_OF_TEN = powersOf<18>(10);
 
 // Rounds a quotient of six digits by what was cut off, halves to even; 999999.5 has seven digits.
 SixDigits roundedUpIf(bool up, std::uint64_t coefficient, int exponent) noexcept {
@@ -85,7 +76,10 @@ SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {
 SixDigits scaledDown(double value) noexcept {
     auto const whole = static_cast<std::uint64_t>(value);
     bool const hasFraction = static_cast<double>(whole) != value;
-    std::size_t const exponent = countDigits(whole) - 1;  // [6, 16]
+    // The binary digits tell the decimal ones but for the last: 1233 / 4096 is log10(2), and the
+    // error stays below one digit.
+    auto const estimate = static_cast<std::size_t>(std::bit_width(whole)) * 1233 >> 12;  // [6, 17]
+    std::size_t const exponent = whole < POWERS_OF_TEN[estimate] ? estimate - 1 : estimate;
     std::uint64_t const divisor = POWERS_OF_TEN[exponent - (DIGITS - 1)];
     std::uint64_t const quotient = whole / divisor;
     std::uint64_t const rest = whole % divisor;
@@ -142,21 +136,6 @@ char* layOut(char* out, SixDigits value) noexcept {
 }
 
 }  // namespace
-
-std::string wholeText(std::uint64_t magnitude, bool minus) {
-    std::string text(countDigits(magnitude) + (minus ? 1 : 0), '-');
-    char* out = text.data() + text.size();
-    for (; magnitude >= 100; magnitude /= 100) {
-        out -= 2;
-        writeTwoDigits(out, static_cast<unsigned>(magnitude % 100));
-    }
-    if (magnitude >= 10) {
-        writeTwoDigits(out - 2, static_cast<unsigned>(magnitude));
-    } else {
-        *--out = static_cast<char>('0' + magnitude);
-    }
-    return text;
-}
 
 char* writeGeneral(char* out, double value) noexcept {
     auto const bits = std::bit_cast<std::uint64_t>(value);

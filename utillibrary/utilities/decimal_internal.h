@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <cstring>
 #include <string>
 
@@ -28,15 +27,6 @@ inline char* writeTwoDigits(char* out, unsigned value) noexcept {
 /// Takes  value: 0..9999
 inline char* writeFourDigits(char* out, unsigned value) noexcept {
     return writeTwoDigits(writeTwoDigits(out, value / 100), value % 100);
-}
-
-/// A whole number in decimal digits, as "%ld" or "%lu" prints it.
-/// Takes  magnitude: the number without its sign; minus: whether it is below zero
-std::string wholeText(std::uint64_t magnitude, bool minus);
-
-inline std::string wholeText(long value) {
-    auto const bits = static_cast<std::uint64_t>(value);
-    return wholeText(value < 0 ? 0 - bits : bits, value < 0);
 }
 
 /// The room that `writeGeneral` needs: its longest text is "-1.23457e+308", and it stores eight

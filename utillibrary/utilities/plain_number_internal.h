@@ -36,8 +36,11 @@ struct PlainNumber {
 // Takes off the front of the text what stands for a sign; true for a minus.
 template <typename Character>
 bool takeSign(std::basic_string_view<Character>& text) noexcept {
-    bool const minus = !text.empty() && text.front() == '-';
-    if (minus || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+    if (text.empty()) return false;
+    bool const minus = text.front() == '-';
+    bool const plus = text.front() == '+';
+    // Without a branch, as nobody can foretell a sign.
+    text.remove_prefix(static_cast<std::size_t>(minus | plus));
     return minus;
 }
 
