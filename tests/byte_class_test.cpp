@@ -42,7 +42,7 @@ UsualFact const USUAL_FACTS[] = {
     {"fr_FR.ISO-8859-15", false}, // letters above 0x7F
     {"xx_XX.ISO-8859-1",  false}, // some of them
     {"yy_YY.ISO-8859-1",  false}, // a control byte and 0x80, and "#" is missing
-    {"zz_ZZ.ISO-8859-1",  false}, // 0xFE alone
+    {"zz_ZZ.ISO-8859-1",  false}, // 0x80 alone
 };
 
 TEST(ByteClasses, KnowTheUsualGraphicBytes) {
