@@ -59,14 +59,24 @@ float xtime_t::difference(xtime_t const& other) const noexcept {
 
 void xtime_t::decompose(int& year, int& month, int& day, int& hour, int& minute, int& second,
                         unsigned int& nanoseconds) const noexcept {
-    BrokenDownTime const fields = breakDown(seconds_);
-    year = fields.year;
-    month = fields.month;
-    day = fields.day;
-    hour = fields.hour;
-    minute = fields.minute;
-    second = fields.second;
     nanoseconds = nanoseconds_;
+    if (!isRecorded(seconds_)) {
+        year = ALL_ZERO_RECORD.year;
+        month = ALL_ZERO_RECORD.month;
+        day = hour = minute = second = 0;
+        return;
+    }
+    // As breakDown does it, but the clock is stored before the date is made: with so many
+    // references there are no registers left to keep all six fields in.
+    SecondOfCentury const place = secondOfCentury(seconds_);
+    ClockTime const clock = clockOf(place.secondOfDay);
+    hour = clock.hour;
+    minute = clock.minute;
+    second = clock.second;
+    CivilDate const date = dateOf(place.day);
+    year = static_cast<int>(date.year);  // KEPT(year-wraps-at-32-bits)
+    month = date.month;
+    day = date.day;
 }
 
 void xtime_t::add(float amount) noexcept {

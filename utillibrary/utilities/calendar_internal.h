@@ -7,7 +7,8 @@
 // Years begin in March here, so that a leap day is a year's last day and the months' lengths follow
 // one straight line. Both directions work without a table or a loop, in time that does not depend
 // on the date. They are the algorithms of C. Neri and L. Schneider, "Euclidean affine functions and
-// their application to calendar algorithms" (2022), carried out in 64 bits.
+// their application to calendar algorithms" (2022), carried out in 64 bits. The seconds that most
+// hosts have fit 32 bits, and need no more to find their century.
 namespace com::halvorin::internal {
 
 inline constexpr long SECONDS_PER_DAY = 86400;
@@ -26,29 +27,17 @@ constexpr long adjustedSeconds(long seconds, long adjustment) noexcept {
     return inRange ? seconds + adjustment : -1;
 }
 
-struct CivilDate {
-    long year;
-    int month;      // 1..12
-    int day;        // 1..31
-    int dayOfYear;  // 0..365, from 1 January
-};
-
 inline constexpr unsigned long DAYS_PER_ERA = 146097;  // 400 years
 inline constexpr unsigned long YEARS_PER_ERA = 400;
-// Moves every date of a 64-bit second to the positive side: 3.2e11 years, where 2^63 s are 2.92e11.
-inline constexpr unsigned long ERAS_SHIFTED = 800'000'000;
+// Moves every date that six ints can tell to the positive side: 2.4e9 years, where the farthest of
+// them, with all that is carried into its year, is 2.34e9 away.
+inline constexpr unsigned long ERAS_SHIFTED = 6'000'000;
 // From the shifted origin, 1 March of the year 0 of that many eras before, to 1 January 1970.
 inline constexpr unsigned long DAYS_SHIFTED = ERAS_SHIFTED * DAYS_PER_ERA + 719468;
 inline constexpr unsigned long YEARS_SHIFTED = ERAS_SHIFTED * YEARS_PER_ERA;
 
-static_assert(DAYS_SHIFTED > static_cast<unsigned long>(LONG_MAX) / SECONDS_PER_DAY + 1);
-
-constexpr bool isLeapYear(unsigned long year) noexcept {
-    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
-
 /// Days from 1970-01-01 to the first of a month.
-/// Takes  year: within 3.1e11 of 0; month: 1..12
+/// Takes  year: within 2.39e9 of 0; month: 1..12
 constexpr long daysToMonth(long year, int month) noexcept {
     bool const beforeMarch = month <= 2;
     auto const y = static_cast<unsigned long>(year) + YEARS_SHIFTED - (beforeMarch ? 1 : 0);
@@ -61,35 +50,111 @@ constexpr long daysToMonth(long year, int month) noexcept {
 
 /// Days from 1970-01-01 to a date whose month and day may be any: what a year or a month cannot
 /// hold goes into the next ones.
-/// Takes  year: the full year; month: from 1; day: from 1; each within 2^33 of 0
+/// Takes  year: the full year; month: from 1; day: from 1; together within 2.39e9 years of 0
 constexpr long daysToDate(long year, long month, long day) noexcept {
     bool const carries = month < 1 || month > 12;
     long const years = carries ? floorDivide(month - 1, 12) : 0;
     return daysToMonth(year + years, static_cast<int>(month - 12 * years)) + day - 1;
 }
 
-/// The date of a day counted from 1970-01-01.
-/// Takes  days: within 1.1e14 of 0, which every 64-bit second is
-constexpr CivilDate dateOfDay(long days) noexcept {
-    unsigned long const shifted = 4 * (static_cast<unsigned long>(days) + DAYS_SHIFTED) + 3;
-    unsigned long const century = shifted / DAYS_PER_ERA;
-    unsigned long const dayOfCentury = shifted % DAYS_PER_ERA / 4;           // [0, 36524]
-    unsigned long const product = 2939745 * (4 * dayOfCentury + 3);          // < 2^39
-    unsigned long const yearOfCentury = product >> 32;                       // [0, 99]
-    unsigned const marchDay = static_cast<unsigned>(product) / 2939745 / 4;  // [0, 365]
-    unsigned const month = 2141 * marchDay + 197913;  // month in the high half
-    bool const nextYear = marchDay >= 306;            // January and February
+struct CivilDate {
+    long year;
+    int month;     // 1..12
+    int day;       // 1..31
+    int marchDay;  // 0..365, from 1 March
+};
 
-    unsigned long const year = 100 * century + yearOfCentury + (nextYear ? 1 : 0);
-    unsigned const marchFirst = 59 + (isLeapYear(year) ? 1 : 0);
-    return {static_cast<long>(year - YEARS_SHIFTED),
-            static_cast<int>((month >> 16) - (nextYear ? 12 : 0)),
-            static_cast<int>((month & 0xFFFF) / 2141 + 1),
-            static_cast<int>(nextYear ? marchDay - 306 : marchDay + marchFirst)};
+constexpr bool isLeapYear(long year) noexcept {
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
+
+/// 0..365, from 1 January
+constexpr int dayOfYear(CivilDate const& date) noexcept {
+    bool const beforeMarch = date.month <= 2;
+    return beforeMarch ? date.marchDay - 306 : date.marchDay + 59 + (isLeapYear(date.year) ? 1 : 0);
+}
+
+/// A day of a century, which begins on 1 March of a year that 100 divides.
+struct DayOfCentury {
+    long firstYear;
+    unsigned day;  // from 0
+};
+
+/// The century of a day counted from the shifted origin.
+/// Takes  shiftedDay: below 2^62
+constexpr DayOfCentury centuryOf(unsigned long shiftedDay) noexcept {
+    unsigned long const quarters = 4 * shiftedDay + 3;
+    return {static_cast<long>(100 * (quarters / DAYS_PER_ERA) - YEARS_SHIFTED),
+            static_cast<unsigned>(quarters % DAYS_PER_ERA / 4)};
+}
+
+/// The date of a day of a century. The century may be longer than a hundred years, as long as each
+/// fourth year is leap.
+/// Takes  place: its day below 2^22
+constexpr CivilDate dateOf(DayOfCentury place) noexcept {
+    unsigned long const years = 2939745UL * (4 * place.day + 3);           // in units of 2^-32
+    unsigned const marchDay = static_cast<unsigned>(years) / 2939745 / 4;  // [0, 365]
+    unsigned const months = 2141 * marchDay + 197913;                      // in units of 2^-16
+    unsigned const month = months >> 16;         // [3, 14]; 13 and 14 are January and February
+    unsigned const nextYear = (month + 3) / 16;  // 1 for these two
+    return {place.firstYear + static_cast<long>(years >> 32) + nextYear,
+            static_cast<int>(month - 12 * nextYear), static_cast<int>((months & 0xFFFF) / 2141 + 1),
+            static_cast<int>(marchDay)};
+}
+
+/// The date of a day counted from 1970-01-01.
+/// Takes  days: within 2.39e9 years of 0
+constexpr CivilDate dateOfDay(long days) noexcept {
+    return dateOf(centuryOf(static_cast<unsigned long>(days) + DAYS_SHIFTED));
 }
 
 static_assert(daysToMonth(1970, 1) == 0 && daysToMonth(2000, 3) == 11017);
-static_assert(dateOfDay(0).dayOfYear == 0 && dateOfDay(11016).dayOfYear == 59);
+static_assert(dayOfYear(dateOfDay(0)) == 0 && dayOfYear(dateOfDay(11016)) == 59);
+
+// The seconds that `gmtime_r` has a record for: it holds the years since 1900 in an int.
+inline constexpr long FIRST_RECORDED = daysToMonth(1900L + INT_MIN, 1) * SECONDS_PER_DAY;
+inline constexpr long END_OF_RECORDED = daysToMonth(1901L + INT_MAX, 1) * SECONDS_PER_DAY;
+
+static_assert(-FIRST_RECORDED < static_cast<long>(DAYS_SHIFTED) * SECONDS_PER_DAY);
+
+constexpr bool isRecorded(long seconds) noexcept {
+    return inCalendarRange(seconds) || (seconds >= FIRST_RECORDED && seconds < END_OF_RECORDED);
+}
+
+struct SecondOfCentury {
+    DayOfCentury day;
+    unsigned secondOfDay;  // [0, 86399]
+};
+
+/// Takes  seconds: since 1970, that are recorded
+constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
+    // The century of 1900 goes on until 2100 here, since 2000 was leap.
+    if (inCalendarRange(seconds)) {
+        constexpr unsigned SECONDS = SECONDS_PER_DAY;
+        constexpr unsigned DAYS_BEFORE = static_cast<unsigned>(-daysToMonth(1900, 3));
+        auto const natural = static_cast<unsigned>(seconds);
+        return {
+            {1900, DAYS_BEFORE + natural / SECONDS},
+            natural % SECONDS
+        };
+    }
+    constexpr unsigned long SECONDS = SECONDS_PER_DAY;
+    unsigned long const shifted = static_cast<unsigned long>(seconds) + DAYS_SHIFTED * SECONDS;
+    return {centuryOf(shifted / SECONDS), static_cast<unsigned>(shifted % SECONDS)};
+}
+
+struct ClockTime {
+    int hour;    // 0..23
+    int minute;  // 0..59
+    int second;  // 0..59
+};
+
+/// Takes  secondOfDay: [0, 86399]
+constexpr ClockTime clockOf(unsigned secondOfDay) noexcept {
+    unsigned const minuteOfDay = secondOfDay / 60;
+    return {static_cast<int>(minuteOfDay / 60), static_cast<int>(minuteOfDay % 60),
+            static_cast<int>(secondOfDay % 60)};
+}
 
 /// A second broken down in UTC.
 struct BrokenDownTime {
@@ -101,30 +166,19 @@ struct BrokenDownTime {
     int second;  // 0..59
 };
 
+/// What stands for a second that is not recorded: a record that is all zero.
+inline constexpr BrokenDownTime ALL_ZERO_RECORD = {1900, 1, 0, 0, 0, 0};
+
 /// What `gmtime_r` gives for a second, without its process-wide lock and with no leap second under
-/// a zone that counts them. Its record holds years since 1900 in an int: where these do not fit,
-/// the record is all zero (the year 1900, month 1, day 0); where they fit and the full year does
-/// not, the year wraps. KEPT(year-wraps-at-32-bits)
+/// a zone that counts them. Where the years since 1900 fit an int and the full year does not, the
+/// year wraps. KEPT(year-wraps-at-32-bits)
 constexpr BrokenDownTime breakDown(long seconds) noexcept {
-    // Counted from before all 64-bit seconds, in natural numbers; the last day of all wraps to the
-    // first, which has no year that fits either.
-    constexpr unsigned long SECONDS = SECONDS_PER_DAY;
-    constexpr unsigned long DAYS_BEFORE = (1UL << 63) / SECONDS + 1;
-    unsigned long const moved = static_cast<unsigned long>(seconds) + DAYS_BEFORE * SECONDS;
-    long const days = static_cast<long>(moved / SECONDS - DAYS_BEFORE);
-    auto const secondOfDay = static_cast<unsigned>(moved % SECONDS);  // [0, 86399]
-    unsigned const minuteOfDay = secondOfDay / 60;                    // [0, 1439]
-    CivilDate const date = dateOfDay(days);
-    long const sinceNineteenHundred = date.year - 1900;
-    if (sinceNineteenHundred < INT_MIN || sinceNineteenHundred > INT_MAX) {
-        return {1900, 1, 0, 0, 0, 0};
-    }
-    return {static_cast<int>(date.year),
-            date.month,
-            date.day,
-            static_cast<int>(minuteOfDay / 60),
-            static_cast<int>(minuteOfDay % 60),
-            static_cast<int>(secondOfDay % 60)};
+    if (!isRecorded(seconds)) return ALL_ZERO_RECORD;
+    SecondOfCentury const place = secondOfCentury(seconds);
+    ClockTime const clock = clockOf(place.secondOfDay);
+    CivilDate const date = dateOf(place.day);
+    return {
+        static_cast<int>(date.year), date.month, date.day, clock.hour, clock.minute, clock.second};
 }
 
 }  // namespace com::halvorin::internal

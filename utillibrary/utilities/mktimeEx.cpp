@@ -41,7 +41,7 @@ long secondsOfAny(std::tm* record, int adjustment) noexcept {
     // KEPT(calendar-weekday-from-1970): not moved down; the two fields below stay unwritten.
     if (date.year < 1970) return -1;
 
-    record->tm_yday = date.dayOfYear;
+    record->tm_yday = dayOfYear(date);
     record->tm_wday = dayOfWeek(days);
     long const secondOfDay = hours.rest * 3600L + minutes.rest * 60L + seconds.rest;
     return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
