@@ -1,5 +1,7 @@
 #include "utillibrary/utilities/mktimeEx.h"
 
+#include <array>
+
 #include "utillibrary/utilities/calendar_internal.h"
 
 namespace com::halvorin::utilities {
@@ -22,8 +24,9 @@ constexpr Carried carryOver(long value, long unit) noexcept {
 // The days since 1970-01-01, which was a Thursday.
 constexpr int dayOfWeek(long days) noexcept { return static_cast<int>((days + 4) % 7); }
 
-// The rule itself, for fields of any size.
-long secondsOfAny(std::tm* record, int adjustment) noexcept {
+// The rule itself, for fields of any size. Kept out of line, since it needs more registers than
+// ordinary records should pay for.
+[[gnu::noinline]] long secondsOfAny(std::tm* record, int adjustment) noexcept {
     Carried const seconds = carryOver(record->tm_sec, 60);
     Carried const minutes = carryOver(record->tm_min + seconds.carry, 60);
     Carried const hours = carryOver(record->tm_hour + minutes.carry, 24);
@@ -58,19 +61,31 @@ bool isOrdinary(std::tm const& record) noexcept {
            isOneOf(record.tm_mon, 0, 12) && isOneOf(record.tm_year, 70, 68);
 }
 
-long secondsOfOrdinary(std::tm* record, int adjustment) noexcept {
-    auto const years = static_cast<unsigned>(record->tm_year) - 70;  // [0, 67]
-    auto const month = static_cast<unsigned>(record->tm_mon);        // [0, 11]
-    unsigned const leapDay = years % 4 == 2 ? 1 : 0;
-    // As if February had thirty days: the months' lengths follow one straight line then.
-    unsigned const straight = (367 * month + 5) / 12 + static_cast<unsigned>(record->tm_mday) - 1;
-    unsigned const dayOfYear = month < 2 ? straight : straight + leapDay - 2;
-    unsigned const days = 365 * years + (years + 1) / 4 + dayOfYear;
+// The quarter days of a year before each month; the year has 1461. From March on there is one more:
+// with the three that 1972 and each fourth year after it have over, it makes a day, 29 February.
+constexpr std::array<unsigned, 12> QUARTERS_BEFORE = {
+    4 * 0,       4 * 31,      4 * 59 + 1,  4 * 90 + 1,  4 * 120 + 1, 4 * 151 + 1,
+    4 * 181 + 1, 4 * 212 + 1, 4 * 243 + 1, 4 * 273 + 1, 4 * 304 + 1, 4 * 334 + 1};
 
-    record->tm_yday = static_cast<int>(dayOfYear);
-    record->tm_wday = dayOfWeek(days);
-    int const secondOfDay = record->tm_hour * 3600 + record->tm_min * 60 + record->tm_sec;
-    return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
+// The same as for any days, where these are few: the week that has begun is a fraction in 32 bits.
+constexpr int dayOfOrdinaryWeek(unsigned days) noexcept {
+    constexpr unsigned SEVENTH = 613566757;  // 2^32 / 7, rounded up
+    return static_cast<int>(7UL * (SEVENTH * (days + 4)) >> 32);
+}
+
+long secondsOfOrdinary(std::tm* record, int adjustment) noexcept {
+    auto const natural = [](int field) { return static_cast<unsigned>(field); };
+    unsigned const newYear = 1461 * (natural(record->tm_year) - 70) + 1;  // in quarter days
+    unsigned const month = newYear + QUARTERS_BEFORE[natural(record->tm_mon)];
+    unsigned const days = month / 4 + natural(record->tm_mday) - 1;
+    record->tm_yday = static_cast<int>(days - newYear / 4);
+    record->tm_wday = dayOfOrdinaryWeek(days);
+
+    unsigned const hours = 24 * days + natural(record->tm_hour);
+    unsigned const minutes = 60 * hours + natural(record->tm_min);
+    // These years end before the range does.
+    long const seconds = 60 * minutes + natural(record->tm_sec);
+    return inCalendarRange(seconds + adjustment) ? seconds + adjustment : -1;
 }
 
 }  // namespace
