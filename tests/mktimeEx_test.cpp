@@ -288,6 +288,7 @@ DayFact const DAY_FACTS[] = {
     {"1970-01-04 was a Sunday",          {70, 0, 4, 0, 0, 0},        {0, 3}   },
     {"1970-01-03 was a Saturday",        {70, 0, 3, 0, 0, 0},        {6, 2}   },
     {"the last second of 1969 has none", {69, 11, 31, 23, 59, 59},   UNWRITTEN},
+    {"nor has its day 28",               {69, 11, 28, 23, 59, 59},   UNWRITTEN},
     {"nor is what a borrow makes 1969",  {70, 0, 1, 0, 0, -1},       UNWRITTEN},
     {"nor the year 1900",                {0, 0, 1, 0, 0, 0},         UNWRITTEN},
     {"nor the smallest year",            {INT_MIN, 0, 1, 0, 0, 0},   UNWRITTEN},
