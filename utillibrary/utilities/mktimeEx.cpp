@@ -1,6 +1,8 @@
 #include "utillibrary/utilities/mktimeEx.h"
 
 #include <array>
+#include <cstddef>
+#include <cstring>
 
 #include "utillibrary/utilities/calendar_internal.h"
 
@@ -19,6 +21,18 @@ struct Carried {
 constexpr Carried carryOver(long value, long unit) noexcept {
     long const carry = floorDivide(value, unit);
     return {carry, static_cast<int>(value - carry * unit)};
+}
+
+struct Days {
+    int ofWeek;
+    int ofYear;
+};
+
+static_assert(offsetof(std::tm, tm_yday) - offsetof(std::tm, tm_wday) == offsetof(Days, ofYear));
+
+// One store for the two neighbours: whoever reads them together would wait for two to meet.
+void writeDays(std::tm* record, Days const& days) noexcept {
+    std::memcpy(reinterpret_cast<char*>(record) + offsetof(std::tm, tm_wday), &days, sizeof days);
 }
 
 // The days since 1970-01-01, which was a Thursday.
@@ -44,8 +58,7 @@ constexpr int dayOfWeek(long days) noexcept { return static_cast<int>((days + 4)
     // KEPT(calendar-weekday-from-1970): not moved down; the two fields below stay unwritten.
     if (date.year < 1970) return -1;
 
-    record->tm_yday = dayOfYear(date);
-    record->tm_wday = dayOfWeek(days);
+    writeDays(record, {dayOfWeek(days), dayOfYear(date)});
     long const secondOfDay = hours.rest * 3600L + minutes.rest * 60L + seconds.rest;
     return adjustedSeconds(days * SECONDS_PER_DAY + secondOfDay, adjustment);
 }
@@ -78,8 +91,7 @@ long secondsOfOrdinary(std::tm* record, int adjustment) noexcept {
     unsigned const newYear = 1461 * (natural(record->tm_year) - 70) + 1;  // in quarter days
     unsigned const month = newYear + QUARTERS_BEFORE[natural(record->tm_mon)];
     unsigned const days = month / 4 + natural(record->tm_mday) - 1;
-    record->tm_yday = static_cast<int>(days - newYear / 4);
-    record->tm_wday = dayOfOrdinaryWeek(days);
+    writeDays(record, {dayOfOrdinaryWeek(days), static_cast<int>(days - newYear / 4)});
 
     unsigned const hours = 24 * days + natural(record->tm_hour);
     unsigned const minutes = 60 * hours + natural(record->tm_min);
