@@ -131,7 +131,7 @@ constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
     // The century of 1900 goes on until 2100 here, since 2000 was leap.
     if (inCalendarRange(seconds)) {
         constexpr unsigned SECONDS = SECONDS_PER_DAY;
-        constexpr unsigned DAYS_BEFORE = static_cast<unsigned>(-daysToMonth(1900, 3));
+        constexpr auto DAYS_BEFORE = static_cast<unsigned>(-daysToMonth(1900, 3));
         auto const natural = static_cast<unsigned>(seconds);
         return {
             {1900, DAYS_BEFORE + natural / SECONDS},

@@ -32,7 +32,8 @@ static_assert(offsetof(std::tm, tm_yday) - offsetof(std::tm, tm_wday) == offseto
 
 // One store for the two neighbours: whoever reads them together would wait for two to meet.
 void writeDays(std::tm* record, Days const& days) noexcept {
-    std::memcpy(reinterpret_cast<char*>(record) + offsetof(std::tm, tm_wday), &days, sizeof days);
+    void* const start = record;
+    std::memcpy(static_cast<char*>(start) + offsetof(std::tm, tm_wday), &days, sizeof days);
 }
 
 // The days since 1970-01-01, which was a Thursday.
@@ -80,10 +81,11 @@ constexpr std::array<unsigned, 12> QUARTERS_BEFORE = {
     4 * 0,       4 * 31,      4 * 59 + 1,  4 * 90 + 1,  4 * 120 + 1, 4 * 151 + 1,
     4 * 181 + 1, 4 * 212 + 1, 4 * 243 + 1, 4 * 273 + 1, 4 * 304 + 1, 4 * 334 + 1};
 
-// The same as for any days, where these are few: the week that has begun is a fraction in 32 bits.
+// The same as for any days, where these are few: what has gone of a week is a fraction in 32 bits.
 constexpr int dayOfOrdinaryWeek(unsigned days) noexcept {
     constexpr unsigned SEVENTH = 613566757;  // 2^32 / 7, rounded up
-    return static_cast<int>(7UL * (SEVENTH * (days + 4)) >> 32);
+    unsigned const gone = SEVENTH * (days + 4);
+    return static_cast<int>(7UL * gone >> 32);
 }
 
 long secondsOfOrdinary(std::tm* record, int adjustment) noexcept {
