@@ -23,8 +23,8 @@
 #endif
 
 // Blocks of bytes made, overwritten, lengthened and zeroed. Each library's block is described once,
-// by a type of its own: `make` one of some bytes, `overwrite` it, `lengthen` it with zero bytes,
-// `zero` it, and show its `bytes`.
+// by a type of its own: `make` one of some bytes, `overwrite` it with others, however long they are,
+// `lengthen` it with zero bytes, `zero` it, and show its `bytes`.
 namespace {
 
 using namespace benchmarks;
@@ -125,6 +125,7 @@ struct Qt6 {
         return {bytes.data(), static_cast<qsizetype>(bytes.size())};
     }
     static void overwrite(Block& block, std::string const& bytes) {
+        block.resize(static_cast<qsizetype>(bytes.size()));
         std::memcpy(block.data(), bytes.data(), bytes.size());
     }
     static void lengthen(Block& block) {
@@ -164,6 +165,7 @@ struct GLib {
 
     static Block make(std::string const& bytes) { return Block(bytes); }
     static void overwrite(Block& block, std::string const& bytes) {
+        g_byte_array_set_size(&block.array(), lengthOf(bytes));
         std::memcpy(block.array().data, bytes.data(), bytes.size());
     }
     static void lengthen(Block& block) {

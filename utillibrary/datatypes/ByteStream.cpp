@@ -39,15 +39,6 @@ ByteStream::ByteStream() noexcept = default;
 
 ByteStream::ByteStream(unsigned int size) { allocate(size); }
 
-ByteStream::ByteStream(char const* bytes, unsigned int size) { become(bytes, size); }
-
-ByteStream::ByteStream(ByteStream const& other) { become(other.buffer_, other.size_); }
-
-ByteStream& ByteStream::operator=(ByteStream const& other) {
-    if (this != &other) become(other.buffer_, other.size_);
-    return *this;
-}
-
 void ByteStream::clear() noexcept { replace(nullptr, 0); }
 
 unsigned int ByteStream::allocate(unsigned int size) {
@@ -73,33 +64,20 @@ unsigned int ByteStream::resize(unsigned int size) {
     return size;
 }
 
-unsigned int ByteStream::copy(char const* bytes, unsigned int size) {
-    become(bytes, size);
-    return size;
-}
-
 void ByteStream::become(char const* bytes, unsigned int size) {
     if (size != 0 && bytes == nullptr) refuse(NO_POINTER);
     // KEPT(zero-length-is-not-empty): what a block of length 0 comes to.
     if (size == 0 && bytes != nullptr) refuse(NO_BYTES);
     if (size == 0) {
         clear();
-    } else if (size != size_) {
-        auto* const block = new char[size];
-        std::memcpy(block, bytes, size);
-        replace(block, size);
-    } else if (bytes == buffer_) {
+    } else if (size == size_) {
         // KEPT(copy-onto-itself-zeroes): unlike assignment, which asks for itself first.
         zeroMemory();
     } else {
-        std::memcpy(buffer_, bytes, size);
+        auto* const block = new char[size];
+        std::memcpy(block, bytes, size);
+        replace(block, size);
     }
-}
-
-// KEPT(source-is-a-variable): a constant reference would take a number for a stream of zero bytes.
-unsigned int ByteStream::copy(ByteStream& source) {
-    become(source.buffer_, source.size_);
-    return source.size_;
 }
 
 unsigned int ByteStream::copy(ByteStream& source, unsigned int sourceStart, unsigned int start,

@@ -33,16 +33,19 @@ public:
 
     /// A copy of `size` bytes.
     /// Fails    as `copy` of the same arguments does.
-    ByteStream(char const* bytes, unsigned int size);
+    UTILLIBRARY_INLINE ByteStream(char const* bytes, unsigned int size) { become(bytes, size); }
 
     /// Fails    as `copy` of the other's bytes does: for a block of length 0 too.
-    ByteStream(ByteStream const& other);
+    UTILLIBRARY_INLINE ByteStream(ByteStream const& other) { become(other.buffer_, other.size_); }
 
     UTILLIBRARY_INLINE ~ByteStream() { delete[] buffer_; }
 
     /// Copies the other's bytes; from itself, it changes nothing, unlike `copy`.
     /// Fails    as `copy` of the other's bytes does: for a block of length 0 too.
-    ByteStream& operator=(ByteStream const& other);
+    UTILLIBRARY_INLINE ByteStream& operator=(ByteStream const& other) {
+        if (this != &other) copy(other.buffer_, other.size_);
+        return *this;
+    }
 
     // ---- questions
 
@@ -93,12 +96,25 @@ public:
     /// Fails    with "NULL == V" for null and a size, with "0 == Sz" for a pointer and 0: reported,
     ///          and the long thrown.
     /// Cost     one new block; none for the length that it has.
-    unsigned int copy(char const* bytes, unsigned int size);
+    UTILLIBRARY_INLINE unsigned int copy(char const* bytes, unsigned int size) {
+        // Others' bytes that just fill the block, as those of one frame after another do.
+        bool const fill = size == size_ && size != 0 && bytes != nullptr && bytes != buffer_;
+        if (fill) {
+            __builtin_memcpy(buffer_, bytes, size);
+        } else {
+            become(bytes, size);
+        }
+        return size;
+    }
 
     /// Makes the block a copy of another stream's; `copy(source.buffer(), source.size())`.
     /// Takes    source: a variable, though it is not written; a constant one, or a number that
     ///          would turn into a stream of zero bytes, does not fit. KEPT(source-is-a-variable)
-    unsigned int copy(ByteStream& source);
+    UTILLIBRARY_INLINE unsigned int copy(ByteStream& source) {
+        // KEPT(source-is-a-variable): a constant reference would take a number for a stream of zero
+        // bytes.
+        return copy(source.buffer_, source.size_);
+    }
 
     /// Writes part of a stream over this one from byte `start` on, and lengthens this one as
     /// needed; it never gets shorter. Bytes between the old end and `start` become zero.
@@ -113,7 +129,8 @@ public:
                       unsigned int count);
 
 private:
-    UTILLIBRARY_LOCAL void become(char const* bytes, unsigned int size);
+    // `copy` of all bytes but others' that just fill the block.
+    void become(char const* bytes, unsigned int size);
     UTILLIBRARY_LOCAL void replace(char* block, unsigned int size) noexcept;
     UTILLIBRARY_LOCAL void extend(unsigned int size, unsigned int zeroEnd);
 
