@@ -17,8 +17,6 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-constexpr unsigned int ENGLISH_UNITED_STATES = 1033;
-
 // The same number of characters, each widened by its sign or narrowed to its low 8 bits.
 template <typename Text, typename Source>
 Text recoded(Source const& source) {
@@ -67,13 +65,14 @@ Text fromWide(std::wstring const& wide) {
     }
 }
 
-// The rule itself: what a wide stream made now inserts.
-template <typename Value>
-std::wstring inserted(Value value) {
+// The rule itself: what a wide stream made now inserts. Kept out of its callers, as a stream takes
+// many registers.
+template <typename Text, typename Value>
+[[gnu::noinline]] Text inserted(Value value) {
     std::wostringstream stream;
     stream.exceptions(std::ios_base::badbit);  // a failed allocation is no cut text
     stream << value;
-    return stream.str();
+    return fromWide<Text>(stream.str());
 }
 
 std::string plainText(int value) { return std::to_string(value); }
@@ -87,7 +86,7 @@ std::string plainText(double value) { return generalText(value); }
 template <typename Text, typename Value>
 Text printed(Value value) {
     if (!wideStreamsWritePlainNumbers() || (std::is_same_v<Value, double> && !roundsToNearest())) {
-        return fromWide<Text>(inserted(value));
+        return inserted<Text>(value);
     }
     if constexpr (std::is_same_v<Text, std::string>) {
         return plainText(value);
@@ -153,16 +152,18 @@ std::string Variant::convertToStringSBC(unsigned int /*localeId*/) const {
     return textOf<std::string>(*this);
 }
 
-std::wstring Variant::toString(unsigned int localeId) const { return convertToString(localeId); }
-
-std::string Variant::toStringSBC(unsigned int localeId) const {
-    return convertToStringSBC(localeId);
+std::wstring Variant::toString(unsigned int /*localeId*/) const {
+    return textOf<std::wstring>(*this);
 }
 
-std::string Variant::toString() const { return convertToStringSBC(ENGLISH_UNITED_STATES); }
+std::string Variant::toStringSBC(unsigned int /*localeId*/) const {
+    return textOf<std::string>(*this);
+}
+
+std::string Variant::toString() const { return textOf<std::string>(*this); }
 
 Variant::operator char const*() const {
-    convertToStringSBC(ENGLISH_UNITED_STATES).swap(sbcText);
+    textOf<std::string>(*this).swap(sbcText);
     return sbcText.c_str();
 }
 

@@ -16,8 +16,13 @@ bool hasStandard(std::locale const& locale) {
     return typeid(facet) == typeid(Facet) || (... || (typeid(facet) == typeid(Others)));
 }
 
-// Too little to matter beside 1. Volatile, so that the sum is made at the time of asking.
-float const volatile LITTLE = 0x1p-30F;
+// Kept out of the way of those who ask about the classic locale.
+[[gnu::noinline]] bool writesPlainNumbers(std::locale const& locale) {
+    auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(locale);
+    return punctuation.decimal_point() == L'.' && punctuation.grouping().empty() &&
+           hasStandard<std::num_put<wchar_t>>(locale) &&
+           hasStandard<std::ctype<wchar_t>, std::ctype_byname<wchar_t>>(locale);
+}
 
 }  // namespace
 
@@ -31,17 +36,7 @@ bool wideStreamsWritePlainNumbers() {
     // Asked for once: the library initialises itself anew at each question.
     static std::locale const& classic = std::locale::classic();
     std::locale const global;
-    if (global == classic) return true;
-    auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(global);
-    return punctuation.decimal_point() == L'.' && punctuation.grouping().empty() &&
-           hasStandard<std::num_put<wchar_t>>(global) &&
-           hasStandard<std::ctype<wchar_t>, std::ctype_byname<wchar_t>>(global);
-}
-
-bool roundsToNearest() noexcept {
-    // Arithmetic tells faster than fegetround: only where it rounds to the nearest is 1 the result
-    // of a little more as well as of a little less.
-    return 1.0F + LITTLE == 1.0F - LITTLE;
+    return global == classic || writesPlainNumbers(global);
 }
 
 }  // namespace com::halvorin::internal

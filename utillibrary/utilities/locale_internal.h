@@ -19,7 +19,13 @@ bool wideStreamsWritePlainNumbers();
 
 /// Whether conversions between decimal text and binary numbers round to the nearest. libc follows
 /// `fesetround`; arithmetic of our own does not in every step.
-bool roundsToNearest() noexcept;
+inline bool roundsToNearest() noexcept {
+    // Arithmetic tells faster than fegetround: only there is 1 the result of a little more as well
+    // as of a little less. Volatile, so that the sums are made at the time of asking.
+    static constexpr float volatile LITTLE = 0x1p-30F;
+    float const little = LITTLE;
+    return 1.0F + little == 1.0F - little;
+}
 
 /// Whether libc prints numbers, in the calling thread's C locale and rounding mode, as the digits
 /// made here are: both of the above.
