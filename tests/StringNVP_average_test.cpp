@@ -98,9 +98,13 @@ AverageFact const AVERAGE_FACTS[] = {
     {"NaN",                                {"t"},      "t=5.0",                   "t=nan",                      "t=5.0"          },
     {"too large a one",                    {"t"},      "t=5.0",                   "t=1e39",                     "t=5.0"          },
     {"the largest that is not",            {"t"},      "t=0",                     "t=3.40282e38",               "t=1.70141e+38"  },
+    {"with all its digits",                {"t"},      "t=0",                     "t=3.40282356e38",            "t=1.70141e+38"  },
+    {"one that is rounded past it",        {"t"},      "t=5.0",                   "t=3.40282357e38",            "t=5.0"          },
     {"a subnormal one",                    {"t"},      "t=5.0",                   "t=1e-40",                    "t=5.0"          },
     {"unless it is exact",                 {"t"},      "t=10",                    "t=0x1p-149",                 "t=5"            },
     {"the smallest that is not",           {"t"},      "t=0",                     "t=1.17550e-38",              "t=5.8775e-39"   },
+    {"with all its digits",                {"t"},      "t=0",                     "t=1.17549435e-38",           "t=5.87747e-39"  },
+    {"one that is rounded up to it",       {"t"},      "t=5.0",                   "t=1.1754943e-38",            "t=5.0"          },
     {"one that vanishes",                  {"t"},      "t=5.0",                   "t=1e-60",                    "t=5.0"          },
     {"but the next name is averaged",      {"t", "u"}, "t=5.0 u=1",               "t=abc u=3",                  "t=5.0 u=2"      },
  // KEPT(unreadable-values-are-silent)

@@ -1,9 +1,7 @@
 #include "utillibrary/datatypes/wide_number_internal.h"
 
 #include <cwchar>
-#include <optional>
 #include <sstream>
-#include <string_view>
 
 #include "utillibrary/utilities/locale_internal.h"
 #include "utillibrary/utilities/plain_number_internal.h"
@@ -24,26 +22,27 @@ long extractInt64(std::wstring const& text) {
 // Owns one case: an optional sign and up to 18 digits, nothing else. No standard locale reads those
 // differently, no digits are 0 in all of them, and 18 cannot overflow.
 // KEPT(plain-digits): a host's own facets are not asked for: that takes longer than reading.
-std::optional<long> plainDecimal(std::wstring_view text) noexcept {
-    bool const minus = takeSign(text);
-    std::size_t const size = text.size();
-    unsigned long value = 0;
-    if (size > 18 || takeDigits(text, value) != size) return std::nullopt;
-    auto const number = static_cast<long>(value);
-    return minus ? -number : number;
+bool readPlainInteger(std::wstring const& text, long& number) noexcept {
+    wchar_t const* const end = text.data() + text.size();
+    auto const [minus, first] = takeSign(text.data(), end);
+    if (end - first > 18) return false;
+    auto const digits = takeDigits(first, endOfDigits(text));
+    if (digits.end != end) return false;
+    number = static_cast<long>(digits.value);
+    if (minus) number = -number;
+    return true;
 }
 
 }  // namespace
 
 long wideTextToInt64(std::wstring const& text) {
-    if (auto const value = plainDecimal(text)) return *value;
-    return extractInt64(text);
+    long value = 0;
+    return readPlainInteger(text, value) ? value : extractInt64(text);
 }
 
 double wideTextToDouble(std::wstring const& text) {
-    if (auto const value = plainNumber<double>(std::wstring_view{text}, decimalPointIsDot)) {
-        return *value;
-    }
+    double value = 0;
+    if (readPlain(text, decimalPointIsDot, value)) return value;
     return std::wcstod(text.c_str(), nullptr);
 }
 

@@ -64,8 +64,8 @@ class Numbers {
 public:
     float read(std::string_view value) const {
         auto const pointIsDot = [this] { return pointIsDot_; };
-        if (auto const number = plainNumber<float>(value, pointIsDot)) return *number;
-        return convert(std::string(value));
+        float number = 0;
+        return readPlain(value, pointIsDot, number) ? number : convert(std::string(value));
     }
 
     // As `to_string(number, "%g")`.

@@ -120,7 +120,7 @@ std::string to_string(int const& value) { return std::to_string(value); }
 
 std::string to_string(unsigned int const& value) { return std::to_string(value); }
 
-std::string to_string(long const& value) { return std::to_string(value); }
+std::string to_string(long const& value) { return wholeText(value); }
 
 std::string to_string(bool const& value) { return value ? "true" : "false"; }
 
@@ -137,14 +137,13 @@ std::string to_string(double const& value, std::string const& format) {
 }
 
 bool strtodEx(std::string const& text, double& value) noexcept {
-    if (auto const number = plainNumber<double>(std::string_view{text}, decimalPointIsDot)) {
-        value = *number;
-        return true;
+    double number = 0;
+    if (!readPlain(text, decimalPointIsDot, number)) {
+        char* end = nullptr;
+        // KEPT(range-error-is-silent): errno is not asked.
+        number = std::strtod(text.c_str(), &end);
+        if (end == text.c_str()) return false;
     }
-    char* end = nullptr;
-    // KEPT(range-error-is-silent): errno is not asked.
-    double const number = std::strtod(text.c_str(), &end);
-    if (end == text.c_str()) return false;
     value = number;  // KEPT(number-at-the-front): what follows it is not looked at
     return true;
 }

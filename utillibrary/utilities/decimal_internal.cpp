@@ -3,89 +3,56 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
+#include <optional>
+
+#include "utillibrary/utilities/power_of_ten_internal.h"
 
 namespace com::halvorin::internal {
 
 namespace {
 
-__extension__ using Wide = unsigned __int128;
-
 constexpr int DIGITS = 6;
 constexpr unsigned SMALLEST_COEFFICIENT = 100'000;  // six digits
 constexpr unsigned LARGEST_COEFFICIENT = 999'999;
 
-constexpr int MANTISSA_BITS = 52;
-constexpr int EXPONENT_BIAS = 1023 + MANTISSA_BITS;
-
-// value = coefficient * 10^(exponent - 5), the coefficient having six digits.
+// coefficient * 10^(exponent - 5), the coefficient having six digits.
 struct SixDigits {
     unsigned coefficient;
     int exponent;
 };
 
-template <std::size_t SIZE>
-constexpr std::array<std::uint64_t, SIZE> powersOf(std::uint64_t base) noexcept {
-    std::array<std::uint64_t, SIZE> table{};
-    table[0] = 1;
-    for (std::size_t i = 1; i < SIZE; ++i)
-        table[i] = table[i - 1] * base;
-    return table;
+constexpr int MANTISSA_BITS = 52;
+constexpr int EXPONENT_BIAS = 1023;
+constexpr std::uint64_t SIGN = std::uint64_t{1} << 63;
+
+// floor(log10(mantissa * 2^(binaryExponent - 63))), the mantissa being a double's with its highest
+// bit set. The binary exponent alone gives it or one less; no double lies between the next power of
+// ten and the leading bits of it.
+int decimalExponentOf(std::uint64_t mantissa, int binaryExponent) noexcept {
+    int const estimate = (binaryExponent * 315653) >> 20;  // * log10(2), rounded down
+    int const next = estimate + 1;
+    bool const reached =
+        binaryExponentOf(next) == binaryExponent && mantissa >= leadingBitsOf(next);
+    return reached ? next : estimate;
 }
 
-// As many as are asked for below.
-constexpr auto POWERS_OF_FIVE = powersOf<23>(5);
-constexpr auto POWERS_OF_TEN = powersOf<18>(10);
-
-// Rounds a quotient of six digits by what was cut off, halves to even; 999999.5 has seven digits.
-SixDigits roundedUpIf(bool up, std::uint64_t coefficient, int exponent) noexcept {
-    auto const rounded = static_cast<unsigned>(coefficient) + (up ? 1U : 0U);
-    if (rounded > LARGEST_COEFFICIENT) return {SMALLEST_COEFFICIENT, exponent + 1};
-    return {rounded, exponent};
-}
-
-// m * 2^e below 10^6 and from 10^-16 on, from its binary form.
-//
-// With k = 5 - x, x being its decimal exponent, the coefficient is m * 5^k * 2^(k + e) rounded. The
-// product has at most 53 + 52 bits, so it is exact, and the bits that the shift drops decide the
-// rounding without error. x is estimated from the binary exponent: never too large, and at most one
-// too small; then the quotient has a seventh digit, which joins what was dropped.
-SixDigits scaledUp(std::uint64_t mantissa, int exponent) noexcept {
-    int const binaryExponent = exponent + MANTISSA_BITS;    // floor(log2(value))
-    int decimalExponent = (binaryExponent * 315653) >> 20;  // * log10(2), rounded down
-    int const power = DIGITS - 1 - decimalExponent;         // [0, 22]
-    Wide const product =
-        static_cast<Wide>(mantissa) * POWERS_OF_FIVE[static_cast<std::size_t>(power)];
-    int const shift = -(power + exponent);  // [33, 84]
-    auto quotient = static_cast<std::uint64_t>(product >> shift);
-    Wide const dropped = product & ((static_cast<Wide>(1) << shift) - 1);
-    Wide const half = static_cast<Wide>(1) << (shift - 1);
-
-    if (quotient <= LARGEST_COEFFICIENT) {
-        bool const up = dropped > half || (dropped == half && quotient % 2 != 0);
-        return roundedUpIf(up, quotient, decimalExponent);
+// Owns 0 and all numbers from the least normal one on. Declines where the digits cut off are too
+// close to half of the last one that stays.
+std::optional<SixDigits> sixDigits(std::uint64_t bits) noexcept {
+    int const biased = static_cast<int>(bits >> MANTISSA_BITS & 0x7FF);
+    if (biased == 0x7FF || biased == 0) {
+        return bits << 1 == 0 ? std::optional(SixDigits{0, 0}) : std::nullopt;
     }
-    ++decimalExponent;
-    auto const last = static_cast<unsigned>(quotient % 10);
-    quotient /= 10;
-    bool const tie = last == 5 && dropped == 0;
-    bool const up = tie ? quotient % 2 != 0 : last >= 5;
-    return roundedUpIf(up, quotient, decimalExponent);
-}
+    int const binaryExponent = biased - EXPONENT_BIAS;
+    std::uint64_t const mantissa = bits << (63 - MANTISSA_BITS) | SIGN;
+    int const exponent = decimalExponentOf(mantissa, binaryExponent);
+    Scaled const digits = scaled(mantissa, binaryExponent - 63, DIGITS - 1 - exponent);
 
-// 10^6 to below 10^17: the whole part divided once; the fraction can only break a tie upwards.
-SixDigits scaledDown(double value) noexcept {
-    auto const whole = static_cast<std::uint64_t>(value);
-    bool const hasFraction = static_cast<double>(whole) != value;
-    // The binary digits tell the decimal ones but for the last: 1233 / 4096 is log10(2), and the
-    // error stays below one digit.
-    auto const estimate = static_cast<std::size_t>(std::bit_width(whole)) * 1233 >> 12;  // [6, 17]
-    std::size_t const exponent = whole < POWERS_OF_TEN[estimate] ? estimate - 1 : estimate;
-    std::uint64_t const divisor = POWERS_OF_TEN[exponent - (DIGITS - 1)];
-    std::uint64_t const quotient = whole / divisor;
-    std::uint64_t const rest = whole % divisor;
-    std::uint64_t const half = divisor / 2;
-    bool const up = rest > half || (rest == half && (hasFraction || quotient % 2 != 0));
-    return roundedUpIf(up, quotient, static_cast<int>(exponent));
+    int const places = -digits.exponent;  // [43, 47]
+    if (mayBeHalfway(digits.bits, places, SCALED_ERROR)) return std::nullopt;
+    auto const coefficient = static_cast<unsigned>(rounded(digits.bits, places));
+    if (coefficient <= LARGEST_COEFFICIENT) return SixDigits{coefficient, exponent};
+    return SixDigits{SMALLEST_COEFFICIENT, exponent + 1};  // 999999.5 has seven digits
 }
 
 // Up to eight characters, the first in the lowest byte: they are shifted and stored whole, so that
@@ -110,7 +77,9 @@ char* put(char* out, Characters characters, int count) noexcept {
 char* writeExponent(char* out, int exponent) noexcept {
     *out++ = 'e';
     *out++ = exponent < 0 ? '-' : '+';
-    return writeTwoDigits(out, static_cast<unsigned>(exponent < 0 ? -exponent : exponent));
+    auto const magnitude = static_cast<unsigned>(exponent < 0 ? -exponent : exponent);
+    if (magnitude >= 100) *out++ = static_cast<char>('0' + magnitude / 100);
+    return writeTwoDigits(out, magnitude % 100);
 }
 
 // As "%g" lays them out: fixed from 10^-4 to below 10^6, else with an exponent; no trailing zeros.
@@ -137,22 +106,37 @@ char* layOut(char* out, SixDigits value) noexcept {
 
 }  // namespace
 
+std::string wholeText(long value) {
+    constexpr unsigned long EIGHT_DIGITS = 100'000'000;
+    std::array<char, 24> text;
+    char* const end = text.data() + text.size();
+    bool const minus = value < 0;
+    auto rest = static_cast<unsigned long>(value);
+    if (minus) rest = 0 - rest;
+
+    // From the last digit to the first: eight at a time, then two, and the first one or two.
+    char* begin = end;
+    for (; rest >= EIGHT_DIGITS; rest /= EIGHT_DIGITS) {
+        auto const eight = static_cast<unsigned>(rest % EIGHT_DIGITS);
+        begin -= 8;
+        writeFourDigits(writeFourDigits(begin, eight / 10000), eight % 10000);
+    }
+    auto first = static_cast<unsigned>(rest);
+    for (; first >= 100; first /= 100)
+        writeTwoDigits(begin -= 2, first % 100);
+    writeTwoDigits(begin - 2, first);
+    begin -= first < 10 ? 1 : 2;
+    *--begin = '-';
+    return {minus ? begin : begin + 1, end};
+}
+
 char* writeGeneral(char* out, double value) noexcept {
     auto const bits = std::bit_cast<std::uint64_t>(value);
-    auto const magnitude = std::bit_cast<double>(bits & ~(1ULL << 63));
-    if (magnitude == 0 || (magnitude >= 1e-16 && magnitude < 1e17)) {
-        if (bits >> 63 != 0) *out++ = '-';
-        if (magnitude == 0) {
-            *out++ = '0';
-            return out;
-        }
-        if (magnitude >= 1e6) return layOut(out, scaledDown(magnitude));
-        auto const exponent = static_cast<int>(bits >> MANTISSA_BITS & 0x7FF) - EXPONENT_BIAS;
-        std::uint64_t const mantissa =
-            (bits & ((1ULL << MANTISSA_BITS) - 1)) | (1ULL << MANTISSA_BITS);
-        return layOut(out, scaledUp(mantissa, exponent));
+    if (auto const digits = sixDigits(bits)) {
+        *out = '-';
+        return layOut(out + (bits >> 63), *digits);
     }
-    // The rest of the range, infinities and NaN: exact too, and three times as long.
+    // Exact too, and three times as long.
     return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
 }
 

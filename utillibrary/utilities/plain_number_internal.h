@@ -1,14 +1,16 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
-#include <charconv>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <limits>
-#include <optional>
+#include <string>
 #include <string_view>
 
 #include "utillibrary/utilities/locale_internal.h"
+#include "utillibrary/utilities/power_of_ten_internal.h"
 
 // The direct road from text to floating numbers, narrow and wide.
 namespace com::halvorin::internal {
@@ -18,70 +20,84 @@ constexpr bool isDecimalDigit(Character c) noexcept {
     return c >= '0' && c <= '9';
 }
 
-inline constexpr std::size_t MOST_DIGITS = 19;  // below 2^64
+inline constexpr long MOST_DIGITS = 19;  // below 2^64
 
 // A sign, digits with a point among them, "e", a sign and two digits.
-inline constexpr std::size_t LONGEST_NUMBER = MOST_DIGITS + 6;
+inline constexpr long LONGEST_NUMBER = MOST_DIGITS + 6;
 
-// What a plain number says: digits * 10^exponent.
-template <typename Character>
-struct PlainNumber {
-    std::basic_string_view<Character> written;  // digits and point, as they stand in the text
-    unsigned long digits = 0;
-    int exponent = 0;
-    bool minus = false;
-    bool hasExponent = false;  // whether one is written
+// What stands at a place of a text, and where it ends.
+template <typename Character, typename Value>
+struct Taken {
+    Value value;
+    Character const* end;
 };
 
-// Takes off the front of the text what stands for a sign; true for a minus.
+// What stands for a sign: true for a minus, and no step for neither.
 template <typename Character>
-bool takeSign(std::basic_string_view<Character>& text) noexcept {
-    if (text.empty()) return false;
-    bool const minus = text.front() == '-';
-    bool const plus = text.front() == '+';
+constexpr Taken<Character, bool> takeSign(Character const* at, Character const* end) noexcept {
+    if (at == end) return {false, at};
+    bool const minus = *at == '-';
+    bool const plus = *at == '+';
     // Without a branch, as nobody can foretell a sign.
-    text.remove_prefix(static_cast<std::size_t>(minus | plus));
-    return minus;
+    return {minus, at + static_cast<int>(minus | plus)};
 }
 
-// Takes the digits off the front, puts them behind those of `value`, and gives their number; what
-// does not fit 64 bits is lost.
+// What else than another character stops digits: the end of a part of a text; nothing for a whole
+// one, as the zero behind it is no digit.
 template <typename Character>
-std::size_t takeDigits(std::basic_string_view<Character>& text, unsigned long& value) noexcept {
-    std::size_t count = 0;
-    for (; count < text.size() && isDecimalDigit(text[count]); ++count) {
-        value = 10 * value + static_cast<unsigned long>(text[count] - '0');
-    }
-    text.remove_prefix(count);
-    return count;
+constexpr Character const* endOfDigits(std::basic_string_view<Character> text) noexcept {
+    return text.data() + text.size();
 }
+
+template <typename Character>
+constexpr auto endOfDigits(std::basic_string<Character> const& /*text*/) noexcept {
+    return std::unreachable_sentinel;
+}
+
+// Digits, put behind those of `value`; what does not fit 64 bits is lost.
+template <typename Character, typename End>
+constexpr Taken<Character, unsigned long> takeDigits(Character const* at, End end,
+                                                     unsigned long value = 0) noexcept {
+    for (; at != end && isDecimalDigit(*at); ++at)
+        value = 10 * value + static_cast<unsigned long>(*at - '0');
+    return {value, at};
+}
+
+// What a plain number says: digits * 10^exponent.
+struct PlainNumber {
+    unsigned long digits;
+    int exponent;
+    bool minus;
+};
 
 // Reads an optional sign, digits with at most one point among them, and an optional exponent of up
 // to two digits, to the end of the text.
-template <typename Character, typename PointIsDot>
-bool readPlainNumber(std::basic_string_view<Character> text, PointIsDot pointIsDot,
-                     PlainNumber<Character>& number) noexcept {
-    if (text.size() > LONGEST_NUMBER) return false;
-    number.minus = takeSign(text);
-    number.written = text;
-    std::size_t digits = takeDigits(text, number.digits);
-    if (!text.empty() && text.front() == '.' && pointIsDot()) {
-        text.remove_prefix(1);
-        std::size_t const places = takeDigits(text, number.digits);
-        number.exponent = -static_cast<int>(places);
-        digits += places;
+template <typename Text, typename PointIsDot>
+bool readPlainNumber(Text const& text, PointIsDot pointIsDot, PlainNumber& number) noexcept {
+    auto const* const end = text.data() + text.size();
+    auto const stop = endOfDigits(text);
+    if (end - text.data() > LONGEST_NUMBER) return false;
+    auto const [minus, first] = takeSign(text.data(), end);
+    auto [digits, at] = takeDigits(first, stop);
+    long count = at - first;
+    long places = 0;
+    if (at != end && *at == '.' && pointIsDot()) {
+        auto const fraction = takeDigits(at + 1, stop, digits);
+        digits = fraction.value;
+        places = fraction.end - at - 1;
+        at = fraction.end;
     }
-    if (digits == 0 || digits > MOST_DIGITS) return false;
-    if (text.empty()) return true;
+    count += places;
+    if (count == 0 || count > MOST_DIGITS) return false;
+    number = {digits, -static_cast<int>(places), minus};
+    if (at == end) return true;
 
-    if (text.front() != 'e') return false;
-    number.written.remove_suffix(text.size());
-    number.hasExponent = true;
-    text.remove_prefix(1);
-    bool const minus = takeSign(text);
-    unsigned long exponent = 0;  // libc ignores an "e" without digits, which comes to the same
-    if (takeDigits(text, exponent) > 2 || !text.empty()) return false;
-    number.exponent += minus ? -static_cast<int>(exponent) : static_cast<int>(exponent);
+    if (*at != 'e') return false;
+    auto const [down, firstOfExponent] = takeSign(at + 1, end);
+    // libc ignores an "e" without digits, which comes to the same.
+    auto const shift = takeDigits(firstOfExponent, stop);
+    if (shift.end != end || end - firstOfExponent > 2) return false;
+    number.exponent += down ? -static_cast<int>(shift.value) : static_cast<int>(shift.value);
     return true;
 }
 
@@ -94,37 +110,51 @@ inline constexpr auto EXACT_POWERS_OF_TEN = [] {
     return table;
 }();
 
-/// The number that the whole text is, as `strtof` and `strtod`, or `wcstod`, read it. Owns plain
-/// decimals: an optional sign, up to 19 digits, a point among them where libc has it so, a short
-/// exponent. Anything else: no answer.
-/// Takes  pointIsDot: answers whether libc has it so; asked once, for a text with a point.
+// digits * 10^exponent to the nearest, by the leading bits of the power. Declines where these do
+// not tell it from halfway, and where libc may report a number out of range: outside the normal
+// numbers, and on the least of them, to which a smaller one may have been rounded.
+template <typename Floating>
+bool scaleToNearest(unsigned long digits, int exponent, Floating& nearest) noexcept {
+    int const zeros = std::countl_zero(digits);
+    Scaled const product = scaled(digits << zeros, -zeros, exponent);
+    int const places = 64 - std::numeric_limits<Floating>::digits - std::countl_zero(product.bits);
+    if (mayBeHalfway(product.bits, places, SCALED_ERROR)) return false;
+    auto const power = static_cast<std::uint64_t>(product.exponent + places + 1023) << 52;
+    double const value =
+        static_cast<double>(rounded(product.bits, places)) * std::bit_cast<double>(power);
+    nearest = static_cast<Floating>(value);
+    return value > std::numeric_limits<Floating>::min() &&
+           value <= std::numeric_limits<Floating>::max();
+}
+
+/// Reads the number that the whole text is, as `strtof` and `strtod`, or `wcstod`, read it. Owns
+/// plain decimals: an optional sign, up to 19 digits, a point among them where libc has it so, a
+/// short exponent. Anything else: false, and the number may be anything.
+/// Takes  text: a std::string, a std::wstring, or a view; pointIsDot: answers whether libc has it
+///        so, asked once, for a text with a point.
 ///
 /// Digits and a power of ten that are both exact give a product, or a quotient, that is rounded
-/// once, in the mode in force, as libc rounds. Longer ones are for from_chars, which equals libc
-/// under round-to-nearest: without an exponent they neither overflow nor vanish.
-template <typename Floating, typename Character, typename PointIsDot>
-std::optional<Floating> plainNumber(std::basic_string_view<Character> text,
-                                    PointIsDot pointIsDot) noexcept {
+/// once, in the mode in force, as libc rounds. For others the leading bits are enough, but for few.
+template <typename Floating, typename Text, typename PointIsDot>
+bool readPlain(Text const& text, PointIsDot pointIsDot, Floating& number) noexcept {
     constexpr unsigned long EXACT = 1UL << std::numeric_limits<Floating>::digits;
     constexpr int EXACT_POWER = sizeof(Floating) == sizeof(float) ? 10 : 22;
-    PlainNumber<Character> number;
-    if (!readPlainNumber(text, pointIsDot, number)) return std::nullopt;
+    PlainNumber plain;
+    if (!readPlainNumber(text, pointIsDot, plain)) return false;
 
-    int const power = number.exponent < 0 ? -number.exponent : number.exponent;
-    if (number.digits <= EXACT && power <= EXACT_POWER) {
-        auto const digits = static_cast<Floating>(number.digits);
+    int const power = plain.exponent < 0 ? -plain.exponent : plain.exponent;
+    if (plain.digits <= EXACT && power <= EXACT_POWER) {
+        auto const digits = static_cast<Floating>(plain.digits);
         auto const scale =
             static_cast<Floating>(EXACT_POWERS_OF_TEN[static_cast<std::size_t>(power)]);
-        Floating const value = number.minus ? -digits : digits;
-        return number.exponent < 0 ? value / scale : value * scale;
+        Floating const value = plain.minus ? -digits : digits;
+        number = plain.exponent < 0 ? value / scale : value * scale;
+        return true;
     }
-    if (number.hasExponent || !roundsToNearest()) return std::nullopt;
-    std::array<char, MOST_DIGITS + 1> bytes;
-    std::transform(number.written.begin(), number.written.end(), bytes.begin(),
-                   [](Character c) { return static_cast<char>(c); });
-    Floating value = 0;
-    std::from_chars(bytes.data(), bytes.data() + number.written.size(), value);
-    return number.minus ? -value : value;
+    if (plain.digits == 0 || !roundsToNearest()) return false;
+    if (!scaleToNearest(plain.digits, plain.exponent, number)) return false;
+    if (plain.minus) number = -number;
+    return true;
 }
 
 }  // namespace com::halvorin::internal

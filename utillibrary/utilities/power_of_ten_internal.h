@@ -1,0 +1,80 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+// Powers of ten in 64 bits, and what a binary number times one of them is: the step between binary
+// and decimal that numbers take in both directions.
+namespace com::halvorin::internal {
+
+__extension__ using Wide = unsigned __int128;
+
+// From the least power that a normal double is held against, 10^-307, to the one that brings the
+// least of these to six digits.
+inline constexpr int LEAST_POWER_OF_TEN = -307;
+inline constexpr int LARGEST_POWER_OF_TEN = 313;
+
+/// floor(log2(10^power)), for the powers above.
+constexpr int binaryExponentOf(int power) noexcept { return (power * 217706) >> 16; }
+
+/// The leading 64 bits of each power, rounded down, the highest of them set. They are made with 128
+/// bits, a quarter more or a fifth less at a time, which lose too little on the way to show here.
+inline constexpr auto LEADING_BITS = [] {
+    constexpr Wide TOP_BIT = static_cast<Wide>(1) << 127;
+    std::array<std::uint64_t, LARGEST_POWER_OF_TEN - LEAST_POWER_OF_TEN + 1> table{};
+    Wide bits = TOP_BIT;
+    for (std::size_t i = -LEAST_POWER_OF_TEN; i < table.size(); ++i) {
+        table[i] = static_cast<std::uint64_t>(bits >> 64);
+        Wide const quarterMore = bits + bits / 4;
+        bool const carried = quarterMore < bits;
+        bits = carried ? quarterMore / 2 | TOP_BIT : quarterMore;
+    }
+    bits = TOP_BIT;
+    for (std::size_t i = -LEAST_POWER_OF_TEN; i-- > 0;) {
+        Wide const fifthLess = bits - bits / 5 - 1;
+        bits = fifthLess < TOP_BIT ? fifthLess * 2 : fifthLess;
+        table[i] = static_cast<std::uint64_t>(bits >> 64);
+    }
+    return table;
+}();
+
+constexpr std::uint64_t leadingBitsOf(int power) noexcept {
+    return LEADING_BITS[static_cast<std::size_t>(power - LEAST_POWER_OF_TEN)];
+}
+
+static_assert(leadingBitsOf(0) == std::uint64_t{1} << 63);
+static_assert(leadingBitsOf(-1) == 0xCCCCCCCCCCCCCCCC && binaryExponentOf(-1) == -4);
+static_assert(leadingBitsOf(313) == 0xD94AD8B1C7380874 && binaryExponentOf(313) == 1039);
+static_assert(leadingBitsOf(-307) == 0x8FD0C16206306BAB && binaryExponentOf(-307) == -1020);
+
+/// bits * 2^exponent. The bits are those of a number rounded down, and less than SCALED_ERROR too
+/// small.
+struct Scaled {
+    std::uint64_t bits;  // one of the two highest is set
+    int exponent;
+};
+
+inline constexpr std::uint64_t SCALED_ERROR = 2;
+
+/// mantissa * 2^exponent * 10^power.
+/// Takes  mantissa: its highest bit is set; power: LEAST_POWER_OF_TEN to LARGEST_POWER_OF_TEN
+constexpr Scaled scaled(std::uint64_t mantissa, int exponent, int power) noexcept {
+    Wide const product = static_cast<Wide>(mantissa) * leadingBitsOf(power);
+    return {static_cast<std::uint64_t>(product >> 64), exponent + binaryExponentOf(power) + 1};
+}
+
+/// Whether a number whose lowest places are cut off may lie halfway, or on the other side of it.
+/// Takes  bits: rounded down, and less than `error` too small
+constexpr bool mayBeHalfway(std::uint64_t bits, int places, std::uint64_t error) noexcept {
+    std::uint64_t const half = std::uint64_t{1} << (places - 1);
+    std::uint64_t const cut = bits & (2 * half - 1);
+    return half - cut < error;  // more than half gives a huge number
+}
+
+/// The same number to the nearest, where it is not halfway.
+constexpr std::uint64_t rounded(std::uint64_t bits, int places) noexcept {
+    return (bits >> places) + (bits >> (places - 1) & 1);
+}
+
+}  // namespace com::halvorin::internal
