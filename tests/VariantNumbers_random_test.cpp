@@ -223,6 +223,24 @@ TEST(VariantNumbersRandom, ReadsTextAsAStreamExtractsALong) {
     }
 }
 
+// Each character that may be a blank or a digit, and those that bytes above 0x7F become.
+TEST(VariantNumbersRandom, TakesTheBlanksThatAStreamTakes) {
+    for (char const* const name : {"C", "en_US.UTF-8"}) {
+        ScopedCppLocale const cpp(name);
+        std::wistringstream stream;
+        for (int code = -0x100; code <= 0x3100; ++code) {
+            auto const character = static_cast<wchar_t>(code);
+            for (wide const& text : {wide{character, L'7'}, wide{L' ', character, L'7'}}) {
+                stream.clear();
+                stream.str(text);
+                long expected = 0;
+                stream >> expected;
+                ASSERT_EQ(Variant(text).toInt64(), expected) << name << ' ' << code;
+            }
+        }
+    }
+}
+
 wide someFloatingText(std::mt19937_64& engine) {
     wide text;
     std::size_t const shape = below(engine, 16);

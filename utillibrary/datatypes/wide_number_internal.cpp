@@ -1,5 +1,6 @@
 #include "utillibrary/datatypes/wide_number_internal.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <sstream>
 
@@ -19,25 +20,39 @@ long extractInt64(std::wstring const& text) {
     return value;
 }
 
-// Owns one case: an optional sign and up to 18 digits, nothing else. No standard locale reads those
-// differently, no digits are 0 in all of them, and 18 cannot overflow.
-// KEPT(plain-digits): a host's own facets are not asked for: that takes longer than reading.
-bool readPlainInteger(std::wstring const& text, long& number) noexcept {
-    wchar_t const* const end = text.data() + text.size();
-    auto const [minus, first] = takeSign(text.data(), end);
-    if (end - first > 18) return false;
+// Reads a sign, if there is one, and digits. Gives what follows, or null where there are more digits
+// than are sure to fit.
+wchar_t const* readInteger(std::wstring const& text, wchar_t const* at, long& number) noexcept {
+    constexpr long MOST_DIGITS = 18;
+    auto const [minus, first] = takeSign(at, text.data() + text.size());
     auto const digits = takeDigits(first, endOfDigits(text));
-    if (digits.end != end) return false;
+    if (digits.end - first > MOST_DIGITS) return nullptr;
     number = static_cast<long>(digits.value);
     if (minus) number = -number;
-    return true;
+    return digits.end;
+}
+
+// Owns plain digits with or without a sign. No standard locale reads those differently, and no
+// digits are 0 in all of them.
+// KEPT(plain-digits): a host's own facets are not asked for: that takes longer than reading.
+bool readWhole(std::wstring const& text, long& number) noexcept {
+    return readInteger(text, text.data(), number) == text.data() + text.size();
+}
+
+// Owns whatever stands before and behind them in the classic locale, where nothing is a group. What
+// blanks there are beyond ASCII is not known here.
+bool readClassic(std::wstring const& text, long& number) noexcept {
+    std::size_t const start = std::min(text.find_first_not_of(L" \t\n\v\f\r"), text.size());
+    if (text.c_str()[start] > 0x7F || !globalLocaleIsClassic()) return false;
+    return readInteger(text, text.data() + start, number) != nullptr;
 }
 
 }  // namespace
 
 long wideTextToInt64(std::wstring const& text) {
     long value = 0;
-    return readPlainInteger(text, value) ? value : extractInt64(text);
+    if (readWhole(text, value) || readClassic(text, value)) return value;
+    return extractInt64(text);
 }
 
 double wideTextToDouble(std::wstring const& text) {

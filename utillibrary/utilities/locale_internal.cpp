@@ -16,6 +16,12 @@ bool hasStandard(std::locale const& locale) {
     return typeid(facet) == typeid(Facet) || (... || (typeid(facet) == typeid(Others)));
 }
 
+// Asked for once: the library initialises itself anew at each question.
+std::locale const& classic() noexcept {
+    static std::locale const& locale = std::locale::classic();
+    return locale;
+}
+
 // Kept out of the way of those who ask about the classic locale.
 [[gnu::noinline]] bool writesPlainNumbers(std::locale const& locale) {
     auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(locale);
@@ -32,11 +38,11 @@ char singleDecimalPoint() noexcept {
     return point[0] != '\0' && point[1] != '\0' ? '\0' : point[0];
 }
 
+bool globalLocaleIsClassic() noexcept { return std::locale() == classic(); }
+
 bool wideStreamsWritePlainNumbers() {
-    // Asked for once: the library initialises itself anew at each question.
-    static std::locale const& classic = std::locale::classic();
     std::locale const global;
-    return global == classic || writesPlainNumbers(global);
+    return global == classic() || writesPlainNumbers(global);
 }
 
 }  // namespace com::halvorin::internal
