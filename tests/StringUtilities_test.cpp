@@ -689,7 +689,7 @@ EscapeFact const ESCAPE_FACTS[] = {
 void expectEscape(EscapeFact const& row, bool keepSpace, std::string const& escaped) {
     EXPECT_EQ(escapeString(row.text, keepSpace), escaped);
     bool const startsOver = row.text.find('\\') != std::string::npos;
-    for (std::size_t size : {1U, 7U, 8U, 15U, 16U, 63U, 64U, 65U, 100U, 600U}) {
+    for (std::size_t size : {1U, 3U, 7U, 8U, 15U, 16U, 31U, 32U, 63U, 64U, 65U, 100U, 600U}) {
         std::string const plain(size, 'p');
         EXPECT_EQ(escapeString(plain + row.text, keepSpace), (startsOver ? "" : plain) + escaped);
         EXPECT_EQ(escapeString(row.text + plain, keepSpace), escaped + plain);
@@ -735,6 +735,16 @@ TEST(EscapeString, AsksTheCLocaleWhatIsGraphic) {
         expectEscape({"", "\x01", "\x01", "\x01"}, false, "\x01");
         expectEscape({"", "\x80", "\x80", "\x80"}, false, "\x80");
         expectEscape({"", "a#b", "a\\u0023b", "a\\u0023b"}, false, "a\\u0023b");
+    }
+    {
+        ScopedCLocale const scope("vv_VV.ISO-8859-1");
+        expectEscape({"", "~\x7F", "\\u007e\x7F", "\\u007e\x7F"}, false, "\\u007e\x7F");
+    }
+    {
+        ScopedCLocale const scope("ww_WW.ISO-8859-1");
+        expectEscape({"", "a!", "a\\u0021", "a\\u0021"}, false, "a\\u0021");
+        expectEscape({"", "a !", "a !", "a \\u0021"}, true, "a \\u0021");
+        expectEscape({"", "! !", "", ""}, false, "\\u0021\\u0020\\u0021");
     }
     {
         ScopedCLocale const scope("zz_ZZ.ISO-8859-1");
@@ -801,14 +811,17 @@ TEST(EscapeString, EqualsItsModelOnAnyText) {
 
 // One byte of another kind at each place of a plain text, which else is copied whole.
 TEST(EscapeString, FindsTheOneByteThatIsNotPlain) {
-    ScopedCLocale const scope("C");
-    for (char const other : std::string("\x1F !\"#[\\]~\x7F\x80\xFF", 12)) {
-        for (std::size_t size = 1; size <= 140; ++size) {
-            for (std::size_t place = 0; place<size; place += size> 40 ? 7 : 1) {
-                std::string text(size, 'p');
-                text[place] = other;
-                ASSERT_EQ(escapeString(text, false), modelOfEscape(text, false)) << text;
-                ASSERT_EQ(escapeString(text, true), modelOfEscape(text, true)) << text;
+    for (char const* const locale : {"C", "vv_VV.ISO-8859-1", "ww_WW.ISO-8859-1"}) {
+        ScopedCLocale const scope(locale);
+        for (char const other : std::string("\x1F !\"#[\\]~\x7F\x80\xFF", 12)) {
+            for (std::size_t size = 1; size <= 140; ++size) {
+                std::size_t const step = size <= 66 ? 1 : 7;
+                for (std::size_t place = 0; place < size; place += step) {
+                    std::string text(size, 'p');
+                    text[place] = other;
+                    ASSERT_EQ(escapeString(text, false), modelOfEscape(text, false)) << text;
+                    ASSERT_EQ(escapeString(text, true), modelOfEscape(text, true)) << text;
+                }
             }
         }
     }

@@ -30,26 +30,39 @@ TEST(ByteClasses, AreThoseOfTheFunctions) {
     }
 }
 
-struct UsualFact {
+struct GraphicFact {
     char const* locale;
+    bool ascii;
+    bool others;
     bool usual;
 };
 
-UsualFact const USUAL_FACTS[] = {
-    {"C",                 true },
-    {"de_DE.UTF-8",       true },
-    {"tr_TR.UTF-8",       true },
-    {"fr_FR.ISO-8859-15", false}, // letters above 0x7F
-    {"xx_XX.ISO-8859-1",  false}, // some of them
-    {"yy_YY.ISO-8859-1",  false}, // a control byte and 0x80, and "#" is missing
-    {"zz_ZZ.ISO-8859-1",  false}, // 0x80 alone
+GraphicFact const GRAPHIC_FACTS[] = {
+    {"C",                 true,  false, true },
+    {"de_DE.UTF-8",       true,  false, true },
+    {"tr_TR.UTF-8",       true,  false, true },
+    {"fr_FR.ISO-8859-15", true,  true,  false}, // letters above 0x7F
+    {"vv_VV.ISO-8859-1",  false, true,  false}, // 0x7F in place of "~"
+    {"ww_WW.ISO-8859-1",  false, false, false}, // "!" is missing
+    {"xx_XX.ISO-8859-1",  true,  true,  false}, // some letters above 0x7F
+    {"yy_YY.ISO-8859-1",  false, true,  false}, // a control byte and 0x80, and "#" is missing
+    {"zz_ZZ.ISO-8859-1",  true,  true,  false}, // 0x80 alone
 };
 
+template <typename Classes>
+void expectGraphic(GraphicFact const& row) {
+    Classes const classes;
+    EXPECT_EQ(classes.asciiIsGraphic(), row.ascii);
+    EXPECT_EQ(classes.othersAreGraphic(), row.others);
+    EXPECT_EQ(classes.graphicIsUsual(), row.usual);
+}
+
 TEST(ByteClasses, KnowTheUsualGraphicBytes) {
-    for (UsualFact const& row : USUAL_FACTS) {
+    for (GraphicFact const& row : GRAPHIC_FACTS) {
+        SCOPED_TRACE(row.locale);
         ScopedCLocale const scope(row.locale);
-        EXPECT_EQ(ByteClasses().graphicIsUsual(), row.usual) << row.locale;
-        EXPECT_EQ(CalledClasses().graphicIsUsual(), row.usual) << row.locale;
+        expectGraphic<ByteClasses>(row);
+        expectGraphic<CalledClasses>(row);
     }
 }
 

@@ -144,21 +144,45 @@ Bytes plainBytes(Bytes bytes, bool keepSpace) noexcept {
     return between(bytes, keepSpace ? ' ' : '!', '~') & ~equal(bytes, '"');
 }
 
-// Owns texts of one to two words whose bytes all stay as they are: the first word and the last,
-// which may overlap, are looked at together and copied. False is no answer.
+bool allPlain(Bytes bytes, bool keepSpace) noexcept {
+    return !any(~plainBytes(bytes, keepSpace) | equal(bytes, '\\'));
+}
+
+// The first word of a text and the last, which may overlap, over and over.
+template <typename Word>
+Bytes endsOf(std::string_view text) noexcept {
+    std::array<Word, sizeof(Bytes) / sizeof(Word)> words;
+    std::memcpy(words.data(), text.data(), sizeof(Word));
+    std::memcpy(words.data() + 1, text.data() + text.size() - sizeof(Word), sizeof(Word));
+    for (std::size_t i = 2; i < words.size(); ++i)
+        words[i] = words[0];
+    return std::bit_cast<Bytes>(words);
+}
+
+// Whether all bytes of a text stay as they are.
+bool isPlain(std::string_view text, bool keepSpace) noexcept {
+    constexpr std::size_t BLOCK = sizeof(Bytes);
+    std::size_t const size = text.size();
+    if (size >= BLOCK) {
+        for (std::size_t i = 0; i + BLOCK < size; i += BLOCK) {
+            if (!allPlain(loadBytes(&text[i]), keepSpace)) return false;
+        }
+        return allPlain(loadBytes(&text[size - BLOCK]), keepSpace);
+    }
+    if (size >= 8) return allPlain(endsOf<std::uint64_t>(text), keepSpace);
+    if (size >= 4) return allPlain(endsOf<std::uint32_t>(text), keepSpace);
+    if (size >= 2) return allPlain(endsOf<std::uint16_t>(text), keepSpace);
+    return size == 0 || allPlain(endsOf<std::uint8_t>(text), keepSpace);
+}
+
+// Owns plain texts of one to two words, which are copied. False is no answer.
 template <typename Word>
 bool copyPlain(char* out, std::string_view text, bool keepSpace) noexcept {
     if (text.size() < sizeof(Word) || text.size() > 2 * sizeof(Word)) return false;
+    if (!allPlain(endsOf<Word>(text), keepSpace)) return false;
     std::size_t const last = text.size() - sizeof(Word);
-    std::array<Word, sizeof(Bytes) / sizeof(Word)> words;
-    std::memcpy(words.data(), text.data(), sizeof(Word));
-    std::memcpy(words.data() + 1, text.data() + last, sizeof(Word));
-    for (std::size_t i = 2; i < words.size(); ++i)
-        words[i] = words[0];
-    auto const bytes = std::bit_cast<Bytes>(words);
-    if (any(~plainBytes(bytes, keepSpace) | equal(bytes, '\\'))) return false;
-    std::memcpy(out, words.data(), sizeof(Word));
-    std::memcpy(out + last, words.data() + 1, sizeof(Word));
+    std::memcpy(out, text.data(), sizeof(Word));
+    std::memcpy(out + last, text.data() + last, sizeof(Word));
     return true;
 }
 
@@ -239,6 +263,8 @@ std::string escapedLong(std::string_view text, Escaping const& escaping) {
     return assembled(remainder, 0, sizeByTable(remainder.text, table), table);
 }
 
+constexpr std::size_t SHORT = 64;  // what is written on the stack first
+
 }  // namespace
 
 char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept {
@@ -252,10 +278,9 @@ char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) n
 }
 
 std::string escaped(std::string_view text, Escaping const& escaping) {
-    constexpr std::size_t SHORT = 64;
-    if (text.size() > SHORT) return escapedLong(text, escaping);
+    if (text.size() > SHORT || !escaping.usual) return escapedLong(text, escaping);
     std::array<char, escapedRoom(SHORT)> result;
-    return {result.data(), writeEscaped(result.data(), text, escaping)};
+    return {result.data(), writeShort(result.data(), text, usualTable(escaping.keepSpace))};
 }
 
 }  // namespace com::halvorin::internal
@@ -263,7 +288,12 @@ std::string escaped(std::string_view text, Escaping const& escaping) {
 namespace com::halvorin::utilities {
 
 std::string escapeString(std::string const& text, bool keepSpace) {
-    return internal::escaped(text, {keepSpace, internal::ByteClasses().graphicIsUsual()});
+    using namespace internal;
+    ByteClasses const classes;
+    bool const asciiIsGraphic = classes.asciiIsGraphic();
+    // What a plain text is made of is known now; the rest of the question takes as long as a copy.
+    if (asciiIsGraphic && text.size() <= SHORT && isPlain(text, keepSpace)) return text;
+    return escaped(text, {keepSpace, asciiIsGraphic && !classes.othersAreGraphic()});
 }
 
 }  // namespace com::halvorin::utilities

@@ -23,15 +23,24 @@ public:
     bool isGraphic(char c) const noexcept { return std::isgraph(characterOf(c)) != 0; }
     bool isHexDigit(char c) const noexcept { return std::isxdigit(characterOf(c)) != 0; }
 
-    /// Whether the bytes from '!' to '~' are graphic and no others, as in "C" and the locales of
-    /// UTF-8. All of them count: there are character sets with letters among the control bytes.
-    bool graphicIsUsual() const noexcept {
-        bool usual = true;
-        for (int c = -128; c < 128; ++c) {
-            usual &= isGraphic(static_cast<char>(c)) == (c >= '!' && c <= '~');
-        }
-        return usual;
+    /// Whether the bytes from '!' to '~' are all graphic.
+    bool asciiIsGraphic() const noexcept {
+        bool all = true;
+        for (int c = '!'; c <= '~'; ++c)
+            all &= isGraphic(static_cast<char>(c));
+        return all;
     }
+
+    /// Whether any other byte is. There are character sets with letters among the control bytes.
+    bool othersAreGraphic() const noexcept {
+        bool any = isGraphic(0x7F);
+        for (int c = -128; c <= ' '; ++c)
+            any |= isGraphic(static_cast<char>(c));
+        return any;
+    }
+
+    /// Whether the first are and no others, as in "C" and the locales of UTF-8.
+    bool graphicIsUsual() const noexcept { return asciiIsGraphic() && !othersAreGraphic(); }
 };
 
 class CalledLowerCase {
@@ -52,16 +61,21 @@ public:
     bool isGraphic(char c) const noexcept { return has(c, _ISgraph); }
     bool isHexDigit(char c) const noexcept { return has(c, _ISxdigit); }
 
-    // Without a branch, so that the compiler looks at many entries at once.
-    bool graphicIsUsual() const noexcept {
+    // Both without a branch, so that the compiler looks at many entries at once.
+    bool asciiIsGraphic() const noexcept {
         unsigned short inAll = _ISgraph;
         for (int c = '!'; c <= '~'; ++c)
             inAll &= table_[c];
-        unsigned short inOthers = table_[0x7F];
-        for (int c = -128; c <= ' '; ++c)
-            inOthers |= table_[c];
-        return (inAll & ~inOthers) != 0;
+        return inAll != 0;
     }
+    bool othersAreGraphic() const noexcept {
+        unsigned short inAny = table_[0x7F];
+        for (int c = -128; c <= ' '; ++c)
+            inAny |= table_[c];
+        return (inAny & _ISgraph) != 0;
+    }
+
+    bool graphicIsUsual() const noexcept { return asciiIsGraphic() && !othersAreGraphic(); }
 
 private:
     // KEPT(byte-ff-is-eof): no unsigned char, for which 0xFF would be a character.
