@@ -355,6 +355,21 @@ TEST(VariantText, NarrowsEachCharacterToItsLowEightBits) {
     }
 }
 
+// Sixteen characters are narrowed at once. What stands above the low bits is anything.
+TEST(VariantText, NarrowsTextsOfEverySize) {
+    for (wchar_t const above : {0, 0x100, 0x7FFFFF00, -0x100, 0x5A8000}) {
+        for (std::size_t size = 1; size < 100; ++size) {
+            std::string bytes;
+            wide text;
+            for (std::size_t i = 0; i < size; ++i) {
+                bytes += static_cast<char>(3 * i + size);
+                text += above | static_cast<unsigned char>(bytes.back());
+            }
+            EXPECT_EQ(Variant(text).toString(), bytes) << size;
+        }
+    }
+}
+
 TEST(VariantText, GivesEveryByteBack) {
     for (std::size_t size = 1; size < 256; ++size) {
         std::string bytes;

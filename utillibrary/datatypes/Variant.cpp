@@ -25,12 +25,13 @@ Variant::Slot slotOf(T value) noexcept {
 
 constexpr Variant::Slot EMPTY_SLOT{};
 
-// Widens by sign. KEPT(bytes-widen-by-sign): no decoding; every byte is a character of its own.
+// `widened` into the memory that a text has.
 void widenInto(std::wstring& wide, char const* text) {
     std::size_t const size = std::strlen(text);
     wide.resize(size);
     wchar_t* const out = wide.data();
     for (std::size_t i = 0; i < size; ++i) {
+        // KEPT(bytes-widen-by-sign): as `widened` does.
         out[i] = static_cast<wchar_t>(static_cast<Byte>(text[i]));
     }
 }
@@ -100,9 +101,8 @@ Variant::Variant(wchar_t const* text) : dataType(STRING), uVal(EMPTY_SLOT), wTex
 // NOLINTNEXTLINE(modernize-pass-by-value): the interface takes a reference.
 Variant::Variant(std::wstring const& text) : dataType(STRING), uVal(EMPTY_SLOT), wText(text) {}
 
-Variant::Variant(char const* text) : dataType(STRING), uVal(EMPTY_SLOT) {
-    widenInto(wText, notNull(text));
-}
+Variant::Variant(char const* text)
+    : dataType(STRING), uVal(EMPTY_SLOT), wText(widened(notNull(text))) {}
 
 // KEPT(text-ends-at-zero-byte): by its pointer, unlike wide text.
 Variant::Variant(std::string const& text) : Variant(text.c_str()) {}

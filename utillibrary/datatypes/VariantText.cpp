@@ -1,3 +1,4 @@
+#include <cstring>
 #include <sstream>
 #include <string_view>
 #include <type_traits>
@@ -6,6 +7,7 @@
 #include "utillibrary/application/result_codes_internal.h"
 #include "utillibrary/datatypes/Variant.h"
 #include "utillibrary/datatypes/Variant_internal.h"
+#include "utillibrary/utilities/bytes_internal.h"
 #include "utillibrary/utilities/decimal_internal.h"
 #include "utillibrary/utilities/locale_internal.h"
 
@@ -17,23 +19,27 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// The same number of characters, each widened by its sign or narrowed to its low 8 bits.
-template <typename Text, typename Source>
-Text recoded(Source const& source) {
-    using Character = typename Text::value_type;
+// The low bytes of sixteen characters, which each have theirs first.
+Bytes lowBytes(wchar_t const* from) noexcept {
+    return evenBytes(evenBytes(loadBytes(from), loadBytes(from + 4)),
+                     evenBytes(loadBytes(from + 8), loadBytes(from + 12)));
+}
+
+// Each character narrowed to its low 8 bits.
+std::string narrowed(std::wstring const& wide) {
     // In variables of their own: a byte written through a char* might otherwise be the source's
     // size.
-    std::size_t const size = source.size();
-    auto const* const in = source.data();
-    Text text(size, Character());
-    Character* const out = text.data();
-    for (std::size_t i = 0; i < size; ++i) {
-        if constexpr (sizeof(Character) == 1) {
-            out[i] = static_cast<Character>(in[i]);  // KEPT(low-eight-bits): no replacement
-        } else {
-            out[i] = static_cast<Character>(static_cast<Byte>(in[i]));
-        }
+    std::size_t const size = wide.size();
+    wchar_t const* const in = wide.data();
+    std::string text(size, '\0');
+    char* const out = text.data();
+    std::size_t i = 0;
+    for (; i + sizeof(Bytes) <= size; i += sizeof(Bytes)) {
+        Bytes const bytes = lowBytes(in + i);
+        std::memcpy(out + i, &bytes, sizeof bytes);
     }
+    for (; i < size; ++i)
+        out[i] = static_cast<char>(in[i]);  // KEPT(low-eight-bits): no replacement
     return text;
 }
 
@@ -42,7 +48,7 @@ Text fromBytes(std::string_view bytes) {
     if constexpr (std::is_same_v<Text, std::string>) {
         return Text(bytes);
     } else {
-        return recoded<Text>(bytes);
+        return widened(bytes);
     }
 }
 
@@ -52,7 +58,7 @@ Text fromNarrow(std::string narrow) {
     if constexpr (std::is_same_v<Text, std::string>) {
         return narrow;
     } else {
-        return recoded<Text>(narrow);
+        return widened(narrow);
     }
 }
 
@@ -61,7 +67,7 @@ Text fromWide(std::wstring const& wide) {
     if constexpr (std::is_same_v<Text, std::wstring>) {
         return wide;
     } else {
-        return recoded<Text>(wide);
+        return narrowed(wide);
     }
 }
 
@@ -91,7 +97,7 @@ Text printed(Value value) {
     if constexpr (std::is_same_v<Text, std::string>) {
         return plainText(value);
     } else {
-        return recoded<Text>(plainText(value));
+        return widened(plainText(value));
     }
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstring>
+#include <string>
+#include <string_view>
 
 #include "utillibrary/datatypes/Variant.h"
 
-// What the sources of Variant share: the type numbers by name, and the one way to read the slot.
+// What the sources of Variant share: the type numbers by name, and the one way to read the slot and
+// to widen a text.
 namespace com::halvorin::internal {
 
 enum TypeNumber : datatypes::VariantType {
@@ -39,6 +42,13 @@ T stored(datatypes::Variant const& variant) noexcept {
 
 inline bool storedBoolean(datatypes::Variant const& variant) noexcept {
     return stored<unsigned char>(variant) != 0;
+}
+
+// Each byte widened by its sign. KEPT(bytes-widen-by-sign): no decoding; every byte is a character
+// of its own. Made from a range, a text is not zeroed first.
+inline std::wstring widened(std::string_view bytes) {
+    auto const* const first = reinterpret_cast<Byte const*>(bytes.data());
+    return {first, first + bytes.size()};
 }
 
 }  // namespace com::halvorin::internal

@@ -13,7 +13,7 @@ namespace com::halvorin::internal {
 using Bytes = unsigned char __attribute__((vector_size(16)));
 using Halves = std::uint64_t __attribute__((vector_size(16)));
 
-inline Bytes loadBytes(char const* from) noexcept {
+inline Bytes loadBytes(void const* from) noexcept {
     Bytes bytes;
     std::memcpy(&bytes, from, sizeof bytes);
     return bytes;
@@ -29,6 +29,12 @@ inline Bytes between(Bytes bytes, char first, char last) noexcept {
     auto const offset = static_cast<unsigned char>(first);
     auto const width = static_cast<unsigned char>(last - first);
     return std::bit_cast<Bytes>(bytes - offset <= width);
+}
+
+/// Every second byte of two vectors, from the first on.
+inline Bytes evenBytes(Bytes left, Bytes right) noexcept {
+    return __builtin_shufflevector(left, right, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26,
+                                   28, 30);
 }
 
 /// Whether any bit is set.
