@@ -471,6 +471,100 @@ TEST(ToString, WritesTheShortFormAsLibcDoes) {
     }
 }
 
+// ---- "%.0f" to "%.9f", whose road is another than that of the formats that only look alike
+
+FormatFact const FIXED_FACTS[] = {
+    {2.5,                 "%.0f",             "2"                              },
+    {3.5,                 "%.0f",             "4"                              },
+    {-0.5,                "%.0f",             "-0"                             },
+    {0.125,               "%.2f",             "0.12"                           },
+    {0.375,               "%.2f",             "0.38"                           },
+    {0.0625,              "%.3f",             "0.062"                          },
+    {1.0005,              "%.3f",             "1.000"                          }, // a little less than it looks
+    {999.9995,            "%.3f",             "1000.000"                       }, // a little more
+    {0.0,                 "%.3f",             "0.000"                          },
+    {-0.0,                "%.3f",             "-0.000"                         },
+    {-0.0004,             "%.3f",             "-0.000"                         },
+    {5e-324,              "%.9f",             "0.000000000"                    },
+    {0.5,                 "%.1f",             "0.5"                            },
+    {123456789.123456789, "%.9f",             "123456789.123456791"            },
+    {HUGE_VAL,            "%.3f",             "inf"                            },
+    {-HUGE_VAL,           "%.3f",             "-inf"                           },
+    {std::nan(""),        "%.3f",             "nan"                            },
+    {-std::nan(""),       "%.3f",             "-nan"                           },
+ // Texts of 30 and 31 bytes, and of 32, 33 and 310. KEPT(numbers-cut-at-31)
+    {0x1p83,              "%.4f",             "9671406556917033397649408.0000" },
+    {0x1p83,              "%.5f",             "9671406556917033397649408.00000"},
+    {0x1p83,              "%.6f",             "9671406556917033397649408.00000"},
+    {-0x1p83,             "%.4f",             "-9671406556917033397649408.0000"},
+    {-0x1p83,             "%.5f",             "-9671406556917033397649408.0000"},
+    {0x1p99,              "%.0f",             "633825300114114700748351602688" },
+    {0x1p102,             "%.0f",             "5070602400912917605986812821504"},
+    {-0x1p102,            "%.0f",             "-507060240091291760598681282150"},
+    {0x1p103,             "%.0f",             "1014120480182583521197362564300"},
+    {0x1p106,             "%.0f",             "8112963841460668169578900514406"},
+    {DBL_MAX,             "%.0f",             "1797693134862315708145274237317"},
+    {DBL_MAX,             "%.9f",             "1797693134862315708145274237317"},
+ // No digit, two of them, something before or behind, another letter or length.
+    {1.5,                 "%.f",              "2"                              },
+    {1.5,                 "%f",               "1.500000"                       },
+    {1.5,                 "%3f",              "1.500000"                       },
+    {1.5,                 "%3.1f",            "1.5"                            },
+    {1.5,                 "%.10f",            "1.5000000000"                   },
+    {1.5,                 "%.03f",            "1.500"                          },
+    {1.5,                 "%.3F",             "1.500"                          },
+    {HUGE_VAL,            "%.3F",             "INF"                            },
+    {1.5,                 "%.3e",             "1.500e+00"                      },
+    {1.5,                 "%.3g",             "1.5"                            },
+    {1.5,                 "%.lf",             "2"                              },
+    {1.5,                 "%.3lf",            "1.500"                          },
+    {1.5,                 "%.3f ",            "1.500 "                         },
+    {1.5,                 " %.3f",            " 1.500"                         },
+    {1.5,                 "x%.3f",            "x1.500"                         },
+    {1.5,                 "%.3f%%",           "1.500%"                         },
+    {1.5,                 "%+.3f",            "+1.500"                         },
+    {1.5,                 "%#.0f",            "2."                             },
+    {1.5,                 "%.3f" + NUL,       "1.500"                          },
+    {1.5,                 "%.3f" + NUL + "f", "1.500"                          },
+    {1.5,                 NUL + "%.3f",       ""                               },
+    {1.5,                 "%%3f",             "%3f"                            },
+    {1.5,                 "0.3f",             "0.3f"                           },
+};
+
+TEST(ToString, WritesDecimalsByAFormat) {
+    ScopedCLocale const scope("C");
+    for (FormatFact const& row : FIXED_FACTS) {
+        EXPECT_EQ(to_string(row.value, row.format), row.text) << row.format;
+    }
+    EXPECT_EQ(to_string(0.1F, "%.9f"), "0.100000001");
+}
+
+void expectFixedAsPrinted(std::mt19937_64& engine) {
+    double const value = anyNumber(engine);
+    std::string format = "%.0f";
+    format[2] = static_cast<char>('0' + engine() % 10);
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), format.c_str(), value);
+    ASSERT_EQ(to_string(value, format), text.data()) << format;
+}
+
+TEST(ToString, WritesDecimalsAsLibcDoes) {
+    std::mt19937_64 engine = randomEngine();
+    for (std::string const& locale : allLocales()) {
+        SCOPED_TRACE(locale);
+        ScopedCLocale const scope(locale);
+        for (int i = 0; i < 200'000; ++i)
+            ASSERT_NO_FATAL_FAILURE(expectFixedAsPrinted(engine));
+    }
+    ScopedCLocale const scope("C");
+    for (int const mode : ROUNDING_MODES) {
+        SCOPED_TRACE(mode);
+        ScopedRounding const rounding(mode);
+        for (int i = 0; i < 200'000; ++i)
+            ASSERT_NO_FATAL_FAILURE(expectFixedAsPrinted(engine));
+    }
+}
+
 // libc asks for memory of its own for so long a number. A sanitizer's allocator does not fail.
 #if !defined(__SANITIZE_ADDRESS__)
 TEST(ToString, ThrowsWhereLibcFindsNoMemory) {
