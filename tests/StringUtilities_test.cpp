@@ -553,14 +553,14 @@ TEST(ToString, WritesDecimalsAsLibcDoes) {
     for (std::string const& locale : allLocales()) {
         SCOPED_TRACE(locale);
         ScopedCLocale const scope(locale);
-        for (int i = 0; i < 200'000; ++i)
+        for (int i = 0; i < 100'000; ++i)
             ASSERT_NO_FATAL_FAILURE(expectFixedAsPrinted(engine));
     }
     ScopedCLocale const scope("C");
     for (int const mode : ROUNDING_MODES) {
         SCOPED_TRACE(mode);
         ScopedRounding const rounding(mode);
-        for (int i = 0; i < 200'000; ++i)
+        for (int i = 0; i < 100'000; ++i)
             ASSERT_NO_FATAL_FAILURE(expectFixedAsPrinted(engine));
     }
 }

@@ -16,6 +16,7 @@ std::vector<std::string> const& byteLocales() {
                                                    "de_DE.UTF-8",
                                                    "fr_FR.ISO-8859-15",
                                                    "tr_TR.UTF-8",
+                                                   "uu_UU.ISO-8859-1",
                                                    "vv_VV.ISO-8859-1",
                                                    "ww_WW.ISO-8859-1",
                                                    "xx_XX.ISO-8859-1",
