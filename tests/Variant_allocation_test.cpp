@@ -301,11 +301,31 @@ TEST(VariantAllocation, CutsNoNumberThatAStreamReads) {
     EXPECT_GT(expectWholeOrNone<long>([&] { return static_cast<long>(grouped); }, 1234567890), 0);
 }
 
+// Under the classic locale that is where 64 bits may not hold it, or a blank may be another than
+// ASCII's.
 TEST(VariantAllocation, MayFailWhereTextIsMoreThanDigits) {
-    ScopedLocale const classic("C");
-    for (wchar_t const* const text : {L"  42", L"42 and more", L"1234567890123456789"}) {
-        Variant const variant(text);
-        EXPECT_TRUE(failsWithout(0, [&] { static_cast<void>(variant.toInt32()); }));
+    struct {
+        char const* locale;
+        wchar_t const* text;
+        bool asInteger;
+    } const rows[] = {
+        {"C",           L"-999999999999999999",   false},
+        {"C",           L"  42",                  false},
+        {"C",           L"42 and more",           false},
+        {"C",           L"",                      false},
+        {"C",           L" -123456789012345678 ", false},
+        {"C",           L"1234567890123456789",   true },
+        {"C",           L" 1234567890123456789 ", true },
+        {"C",           L" \u200342",             true },
+        {"de_DE.UTF-8", L"-999999999999999999",   false},
+        {"de_DE.UTF-8", L" 42",                   true },
+        {"de_DE.UTF-8", L"42 and more",           true },
+    };
+    for (auto const& row : rows) {
+        ScopedLocale const locale(row.locale);
+        Variant const variant(row.text);
+        SCOPED_TRACE(testing::PrintToString(row.text));
+        EXPECT_EQ(failsWithout(0, [&] { static_cast<void>(variant.toInt32()); }), row.asInteger);
         EXPECT_FALSE(failsWithout(0, [&] { static_cast<void>(variant.toDouble()); }));
         EXPECT_FALSE(failsWithout(0, [&] { static_cast<void>(variant.toBool()); }));
     }

@@ -247,7 +247,7 @@ public:
     // A type outside 0 to 14 gives the empty text, and a report: "Variant::convertToString", level
     // 3, "Cannot convert unknown type", 0x80004005.
     //
-    // localeId is accepted and ignored; 1033 is what the entries without one pass.
+    // localeId is accepted and ignored; the entries without one are as with 1033.
     // KEPT(locale-id-is-ignored)
     //
     // Fails        with std::bad_alloc, never with a text cut short; `sbcText` stays then.

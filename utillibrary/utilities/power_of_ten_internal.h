@@ -32,7 +32,7 @@ inline constexpr auto LEADING_BITS = [] {
     }
     bits = TOP_BIT;
     for (std::size_t i = -LEAST_POWER_OF_TEN; i-- > 0;) {
-        Wide const fifthLess = bits - bits / 5 - 1;
+        Wide const fifthLess = bits - bits / 5;
         bits = fifthLess < TOP_BIT ? fifthLess * 2 : fifthLess;
         table[i] = static_cast<std::uint64_t>(bits >> 64);
     }
