@@ -122,10 +122,6 @@ std::vector<std::string>::iterator searchVector(std::vector<std::string>& list,
     return search(list, text, partial);
 }
 
-bool endsWith(std::string const& text, std::string const& suffix) noexcept {
-    return std::string_view{text}.ends_with(suffix);
-}
-
 bool iequals(std::string const& text, std::string const& other) noexcept {
     // KEPT(iequals-looks-one-way): no test for equal lengths; the second text may go on.
     return text.size() <= other.size() && equalWithoutCase(text.data(), other.data(), text.size());

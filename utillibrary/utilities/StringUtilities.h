@@ -27,7 +27,11 @@ UTILLIBRARY_EXPORT std::vector<std::string>::iterator searchVector(std::vector<s
 
 /// Whether a text ends in another one, byte for byte; every text ends in the empty one.
 /// Fails    never.
-UTILLIBRARY_EXPORT bool endsWith(std::string const& text, std::string const& suffix) noexcept;
+UTILLIBRARY_INLINE bool endsWith(std::string const& text, std::string const& suffix) noexcept {
+    return text.size() >= suffix.size() &&
+           __builtin_memcmp(text.data() + (text.size() - suffix.size()), suffix.data(),
+                            suffix.size()) == 0;
+}
 
 /// Whether a text begins with another one, upper and lower case being the same: the second text is
 /// the one that may go on. KEPT(iequals-looks-one-way)
