@@ -171,6 +171,19 @@ TEST(VariantNumbersText, AsksTheFacetsOfAHostForAllButPlainDigits) {
     EXPECT_EQ(Variant(L"").toInt64(), 0);
 }
 
+// A locale keeps its name when `combine` gives it another's facet, and is not the same for all that.
+TEST(VariantNumbersText, AsksForTheFacetsOfALocaleThatPassesForTheClassicOne) {
+    std::locale const classic = std::locale::classic();
+    std::locale const host(classic, new AlwaysTheSame);
+    {
+        ScopedCppLocale const cpp(classic.combine<std::num_get<wchar_t>>(host));
+        EXPECT_EQ(Variant(L" 42").toInt64(), 777);
+    }
+    ScopedCppLocale const cpp(classic.combine<std::numpunct<wchar_t>>(std::locale(DE)));
+    EXPECT_EQ(Variant(L" 1.234 ").toInt64(), 1234);
+    EXPECT_EQ(Variant(L"1.234").toInt64(), 1234);
+}
+
 // ---- text to floating values
 
 struct DoubleTextFact {

@@ -43,7 +43,8 @@ bool readWhole(std::wstring const& text, long& number) noexcept {
 // blanks there are beyond ASCII is not known here.
 bool readClassic(std::wstring const& text, long& number) noexcept {
     std::size_t const start = std::min(text.find_first_not_of(L" \t\n\v\f\r"), text.size());
-    if (text.c_str()[start] > 0x7F || !globalLocaleIsClassic()) return false;
+    bool const isAscii = static_cast<unsigned>(text.c_str()[start]) <= 0x7F;
+    if (!isAscii || !globalLocaleIsClassic()) return false;
     return readInteger(text, text.data() + start, number) != nullptr;
 }
 

@@ -87,7 +87,7 @@ char* layOut(char* out, SixDigits value) noexcept {
     Characters const digits = twoDigits(value.coefficient / 10000) |
                               twoDigits(value.coefficient / 100 % 100) << 16 |
                               twoDigits(value.coefficient % 100) << 32;
-    // Up to the last that is not "0", which the first one never is.
+    // Up to the last that is not "0"; of a zero, none.
     int const count = (static_cast<int>(std::bit_width(digits ^ ZEROS)) + 7) / 8;
 
     bool const fixed = value.exponent >= -4 && value.exponent < DIGITS;

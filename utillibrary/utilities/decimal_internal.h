@@ -34,8 +34,8 @@ inline char* writeFourDigits(char* out, unsigned value) noexcept {
 std::string wholeText(long value);
 
 /// The room that `writeGeneral` needs: its longest text is "-1.23457e+308", and it stores eight
-/// characters at once, the last of them behind "-0.000".
-inline constexpr std::size_t GENERAL_SIZE = 15;
+/// characters at once, at the farthest those behind "-0.000".
+inline constexpr std::size_t GENERAL_SIZE = 14;
 
 /// What `printf("%.6g")` writes in the C locale under round-to-nearest; needs GENERAL_SIZE bytes.
 char* writeGeneral(char* out, double value) noexcept;

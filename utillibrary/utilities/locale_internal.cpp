@@ -1,5 +1,6 @@
 #include "utillibrary/utilities/locale_internal.h"
 
+#include <cstring>
 #include <langinfo.h>
 #include <locale>
 #include <typeinfo>
@@ -16,10 +17,12 @@ bool hasStandard(std::locale const& locale) {
     return typeid(facet) == typeid(Facet) || (... || (typeid(facet) == typeid(Others)));
 }
 
-// Asked for once: the library initialises itself anew at each question.
-std::locale const& classic() noexcept {
-    static std::locale const& locale = std::locale::classic();
-    return locale;
+// Whether a locale is the classic one itself. Locales' own == takes an equal name for enough, which
+// one keeps that `combine` has given a foreign facet; a locale is a pointer to what it is.
+bool isClassic(std::locale const& locale) noexcept {
+    // Asked for once: the library initialises itself anew at each question.
+    static std::locale const& classic = std::locale::classic();
+    return std::memcmp(&locale, &classic, sizeof locale) == 0;
 }
 
 // Kept out of the way of those who ask about the classic locale.
@@ -38,11 +41,11 @@ char singleDecimalPoint() noexcept {
     return point[0] != '\0' && point[1] != '\0' ? '\0' : point[0];
 }
 
-bool globalLocaleIsClassic() noexcept { return std::locale() == classic(); }
+bool globalLocaleIsClassic() noexcept { return isClassic(std::locale()); }
 
 bool wideStreamsWritePlainNumbers() {
     std::locale const global;
-    return global == classic() || writesPlainNumbers(global);
+    return isClassic(global) || writesPlainNumbers(global);
 }
 
 }  // namespace com::halvorin::internal

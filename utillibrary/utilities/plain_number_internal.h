@@ -42,8 +42,8 @@ constexpr Taken<Character, bool> takeSign(Character const* at, Character const* 
     return {minus, at + static_cast<int>(minus | plus)};
 }
 
-// What else than another character stops digits: the end of a part of a text; nothing for a whole
-// one, as the zero behind it is no digit.
+// Where digits end at the latest. A view needs to be told; behind a whole text stands a zero, which
+// is no digit.
 template <typename Character>
 constexpr Character const* endOfDigits(std::basic_string_view<Character> text) noexcept {
     return text.data() + text.size();
@@ -122,14 +122,15 @@ bool scaleToNearest(unsigned long digits, int exponent, Floating& nearest) noexc
     auto const power = static_cast<std::uint64_t>(product.exponent + places + 1023) << 52;
     double const value =
         static_cast<double>(rounded(product.bits, places)) * std::bit_cast<double>(power);
-    nearest = static_cast<Floating>(value);
-    return value > std::numeric_limits<Floating>::min() &&
-           value <= std::numeric_limits<Floating>::max();
+    bool const inRange = value > std::numeric_limits<Floating>::min() &&
+                         value <= std::numeric_limits<Floating>::max();
+    if (inRange) nearest = static_cast<Floating>(value);
+    return inRange;
 }
 
 /// Reads the number that the whole text is, as `strtof` and `strtod`, or `wcstod`, read it. Owns
 /// plain decimals: an optional sign, up to 19 digits, a point among them where libc has it so, a
-/// short exponent. Anything else: false, and the number may be anything.
+/// short exponent. Anything else: false, and the number stays as it was.
 /// Takes  text: a std::string, a std::wstring, or a view; pointIsDot: answers whether libc has it
 ///        so, asked once, for a text with a point.
 ///
