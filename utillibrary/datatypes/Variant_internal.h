@@ -47,7 +47,8 @@ inline bool storedBoolean(datatypes::Variant const& variant) noexcept {
 // Each byte widened by its sign. KEPT(bytes-widen-by-sign): no decoding; every byte is a character
 // of its own. Made from a range, a text is not zeroed first.
 inline std::wstring widened(std::string_view bytes) {
-    auto const* const first = reinterpret_cast<Byte const*>(bytes.data());
+    void const* const start = bytes.data();
+    auto const* const first = static_cast<Byte const*>(start);
     return {first, first + bytes.size()};
 }
 

@@ -101,10 +101,13 @@ using Pairs = std::unordered_map<std::string, std::string>;
 // A value of a short text: where it stands, or the number that takes its place.
 class Value {
 public:
-    void operator=(std::string_view text) noexcept { text_ = text; }
-    void operator=(NumberText const& number) noexcept {
+    Value& operator=(std::string_view text) noexcept {
+        text_ = text;
+        return *this;
+    }
+    Value& operator=(NumberText const& number) noexcept {
         number_ = number;
-        text_ = number_;
+        return *this = std::string_view{number_};
     }
 
     // NOLINTNEXTLINE(google-explicit-constructor): it is a text, wherever one is wanted.

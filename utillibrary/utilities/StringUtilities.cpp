@@ -145,7 +145,7 @@ std::string to_string(double const& value, std::string const& format) {
     bool const general = std::string_view{format} == "%g";
     if (general && libcPrintsPlainNumbers()) return generalText(value);
     std::array<char, LONGEST> area;
-    if (char* const end = writeFixed(area, value, format)) return std::string(area.data(), end);
+    if (char* const end = writeFixed(area, value, format)) return {area.data(), end};
     return printed(value, format.c_str());
 }
 

@@ -19,9 +19,11 @@ inline int characterOf(char c) noexcept {
 
 class CalledClasses {
 public:
+    // NOLINTBEGIN(readability-convert-member-functions-to-static): as the class with tables has it.
     bool isBlank(char c) const noexcept { return std::isspace(characterOf(c)) != 0; }
     bool isGraphic(char c) const noexcept { return std::isgraph(characterOf(c)) != 0; }
     bool isHexDigit(char c) const noexcept { return std::isxdigit(characterOf(c)) != 0; }
+    // NOLINTEND(readability-convert-member-functions-to-static)
 
     /// Whether the bytes from '!' to '~' are all graphic.
     bool asciiIsGraphic() const noexcept {

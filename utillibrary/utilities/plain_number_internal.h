@@ -117,7 +117,8 @@ template <typename Floating>
 bool scaleToNearest(unsigned long digits, int exponent, Floating& nearest) noexcept {
     int const zeros = std::countl_zero(digits);
     Scaled const product = scaled(digits << zeros, -zeros, exponent);
-    int const places = 64 - std::numeric_limits<Floating>::digits - std::countl_zero(product.bits);
+    int const leadingZeros = product.bits >> 63 == 0 ? 1 : 0;
+    int const places = 64 - std::numeric_limits<Floating>::digits - leadingZeros;
     if (mayBeHalfway(product.bits, places, SCALED_ERROR)) return false;
     auto const power = static_cast<std::uint64_t>(product.exponent + places + 1023) << 52;
     double const value =
