@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <limits>
 #include <new>
+#include <span>
 #include <string>
 #include <sys/resource.h>
 #include <type_traits>
@@ -391,12 +392,14 @@ FormatFact const FORMAT_FACTS[] = {
     {1.5,       "12345678901234567890123456789012", "1234567890123456789012345678901"},
 };
 
-TEST(ToString, WritesFloatingNumbersByAFormat) {
+void expectTexts(std::span<FormatFact const> facts) {
     ScopedCLocale const scope("C");
-    for (FormatFact const& row : FORMAT_FACTS) {
+    for (FormatFact const& row : facts) {
         EXPECT_EQ(to_string(row.value, row.format), row.text) << row.format;
     }
 }
+
+TEST(ToString, WritesFloatingNumbersByAFormat) { expectTexts(FORMAT_FACTS); }
 
 TEST(ToString, WidensAFloat) {
     ScopedCLocale const scope("C");
@@ -532,10 +535,8 @@ FormatFact const FIXED_FACTS[] = {
 };
 
 TEST(ToString, WritesDecimalsByAFormat) {
+    expectTexts(FIXED_FACTS);
     ScopedCLocale const scope("C");
-    for (FormatFact const& row : FIXED_FACTS) {
-        EXPECT_EQ(to_string(row.value, row.format), row.text) << row.format;
-    }
     EXPECT_EQ(to_string(0.1F, "%.9f"), "0.100000001");
 }
 

@@ -229,13 +229,13 @@ TEST(VariantNumbersRandom, TakesTheBlanksThatAStreamTakes) {
         ScopedCppLocale const cpp(name);
         std::wistringstream stream;
         for (int code = -0x100; code <= 0x3100; ++code) {
-            auto const character = static_cast<wchar_t>(code);
-            for (wide const& text : {wide{character, L'7'}, wide{L' ', character, L'7'}}) {
+            wide const text = wide(1, static_cast<wchar_t>(code)) + L'7';
+            for (wide const& blankOrNot : {text, L' ' + text}) {
                 stream.clear();
-                stream.str(text);
+                stream.str(blankOrNot);
                 long expected = 0;
                 stream >> expected;
-                ASSERT_EQ(Variant(text).toInt64(), expected) << name << ' ' << code;
+                ASSERT_EQ(Variant(blankOrNot).toInt64(), expected) << name << ' ' << code;
             }
         }
     }

@@ -23,10 +23,10 @@ long extractInt64(std::wstring const& text) {
 // Reads a sign, if there is one, and digits. Gives what follows, or null where there are more digits
 // than are sure to fit.
 wchar_t const* readInteger(std::wstring const& text, wchar_t const* at, long& number) noexcept {
-    constexpr long MOST_DIGITS = 18;
+    constexpr long SURE_DIGITS = 18;  // 19 may pass 64 bits
     auto const [minus, first] = takeSign(at, text.data() + text.size());
     auto const digits = takeDigits(first, endOfDigits(text));
-    if (digits.end - first > MOST_DIGITS) return nullptr;
+    if (digits.end - first > SURE_DIGITS) return nullptr;
     number = static_cast<long>(digits.value);
     if (minus) number = -number;
     return digits.end;
