@@ -168,11 +168,7 @@ TEST(ByteStream, CopyTakesPartOfItsOwnBlock) {
         unsigned int size;
         char const* result;
     } const facts[] = {
-        {0, 1, "a"  },
-        {0, 3, "abc"},
-        {1, 3, "bcd"},
-        {2, 1, "c"  },
-        {3, 1, "d"  },
+        {0, 1, "a"}, {0, 3, "abc"}, {1, 3, "bcd"}, {2, 1, "c"}, {3, 1, "d"},
     };
     for (auto const& row : facts) {
         SCOPED_TRACE(row.result);
@@ -205,16 +201,16 @@ struct LengthFact {
 };
 
 LengthFact const LENGTH_FACTS[] = {
-    {"an empty stream stays empty at 0",      EMPTY,     0, EMPTY,               EMPTY          },
-    {"one byte is zero",                      EMPTY,     1, "\0"s,               "\0"s          },
-    {"several are",                           EMPTY,     3, "\0\0\0"s,           "\0\0\0"s      },
-    {"a block of length 0 has a length more", NO_LENGTH, 1, "\0"s,               "\0"s          },
-    {"bytes are kept by resize alone",        "abcd",    3, "\0\0\0"s,           "abc"          },
-    {"at its own length too",                 "abcd",    4, "\0\0\0\0"s,         "abcd"         },
-    {"new bytes are zero",                    "abcd",    5, "\0\0\0\0\0"s,       "abcd\0"s      },
-    {"all of them",                           "abcd",    8, "\0\0\0\0\0\0\0\0"s, "abcd\0\0\0\0"s},
-    {"the first byte alone",                  "abcd",    1, "\0"s,               "a"            },
-    {"zero bytes are bytes",                  "\0a\0"s,  5, "\0\0\0\0\0"s,       "\0a\0\0\0"s   },
+    {"an empty stream stays empty at 0", EMPTY, 0, EMPTY, EMPTY},
+    {"one byte is zero", EMPTY, 1, "\0"s, "\0"s},
+    {"several are", EMPTY, 3, "\0\0\0"s, "\0\0\0"s},
+    {"a block of length 0 has a length more", NO_LENGTH, 1, "\0"s, "\0"s},
+    {"bytes are kept by resize alone", "abcd", 3, "\0\0\0"s, "abc"},
+    {"at its own length too", "abcd", 4, "\0\0\0\0"s, "abcd"},
+    {"new bytes are zero", "abcd", 5, "\0\0\0\0\0"s, "abcd\0"s},
+    {"all of them", "abcd", 8, "\0\0\0\0\0\0\0\0"s, "abcd\0\0\0\0"s},
+    {"the first byte alone", "abcd", 1, "\0"s, "a"},
+    {"zero bytes are bytes", "\0a\0"s, 5, "\0\0\0\0\0"s, "\0a\0\0\0"s},
 };
 
 TEST(ByteStream, AllocateGivesZeroBytes) {
@@ -303,30 +299,30 @@ struct PartFact {
 };
 
 PartFact const PART_FACTS[] = {
-    {"over the beginning",              "abcd",       "wxyz",    0, 0, 2, 2, "abyz"         },
-    {"over the middle",                 "abcd",       "wxyz",    1, 1, 2, 2, "wbcz"         },
-    {"up to the end",                   "abcd",       "wxyz",    0, 2, 2, 2, "wxab"         },
-    {"one byte past it",                "abcd",       "wxyz",    0, 3, 2, 2, "wxyab"        },
-    {"behind it",                       "abcd",       "wxyz",    0, 4, 2, 2, "wxyzab"       },
-    {"a gap is zero",                   "abcd",       "wxyz",    0, 6, 4, 4, "wxyz\0\0abcd"s},
-    {"of one byte too",                 "abcd",       "wxyz",    3, 5, 1, 1, "wxyz\0d"s     },
-    {"in an empty stream as well",      "abcd",       EMPTY,     1, 3, 2, 2, "\0\0\0bc"s    },
-    {"and in a block of length 0",      "abcd",       NO_LENGTH, 1, 2, 2, 2, "\0\0bc"s      },
-    {"an empty stream may take all",    "abcd",       EMPTY,     0, 0, 4, 4, "abcd"         },
-    {"it never gets shorter",           "ab",         "uvwxyz",  0, 0, 2, 2, "abwxyz"       },
-    {"0 counts the rest",               "0123456789", EMPTY,     2, 0, 0, 8, "23456789"     },
-    {"which may be all",                "abcd",       "wxyz",    0, 1, 0, 4, "wabcd"        },
-    {"or the last byte",                "abcd",       "wxyz",    3, 0, 0, 1, "dxyz"         },
-    {"or nothing",                      "abcd",       "wxyz",    4, 0, 0, 0, "wxyz"         },
-    {"or all of nothing",               EMPTY,        "wxyz",    0, 2, 0, 0, "wxyz"         },
-    {"of a block of length 0 too",      NO_LENGTH,    "wxyz",    0, 4, 0, 0, "wxyz"         },
-    {"even so the start is reached",    EMPTY,        "wxyz",    0, 6, 0, 0, "wxyz\0\0"s    },
-    {"from an empty stream on",         EMPTY,        EMPTY,     0, 2, 0, 0, "\0\0"s        },
-    {"from the source's end on",        "abcd",       "wx",      4, 3, 0, 0, "wx\0"s        },
-    {"nothing to nothing",              EMPTY,        EMPTY,     0, 0, 0, 0, EMPTY          },
-    {"nor does a block vanish",         EMPTY,        NO_LENGTH, 0, 0, 0, 0, NO_LENGTH      },
-    {"one byte below the source's end", "0123456789", EMPTY,     2, 0, 7, 7, "2345678"      },
-    {"exactly up to it",                "0123456789", EMPTY,     2, 0, 8, 8, "23456789"     },
+    {"over the beginning", "abcd", "wxyz", 0, 0, 2, 2, "abyz"},
+    {"over the middle", "abcd", "wxyz", 1, 1, 2, 2, "wbcz"},
+    {"up to the end", "abcd", "wxyz", 0, 2, 2, 2, "wxab"},
+    {"one byte past it", "abcd", "wxyz", 0, 3, 2, 2, "wxyab"},
+    {"behind it", "abcd", "wxyz", 0, 4, 2, 2, "wxyzab"},
+    {"a gap is zero", "abcd", "wxyz", 0, 6, 4, 4, "wxyz\0\0abcd"s},
+    {"of one byte too", "abcd", "wxyz", 3, 5, 1, 1, "wxyz\0d"s},
+    {"in an empty stream as well", "abcd", EMPTY, 1, 3, 2, 2, "\0\0\0bc"s},
+    {"and in a block of length 0", "abcd", NO_LENGTH, 1, 2, 2, 2, "\0\0bc"s},
+    {"an empty stream may take all", "abcd", EMPTY, 0, 0, 4, 4, "abcd"},
+    {"it never gets shorter", "ab", "uvwxyz", 0, 0, 2, 2, "abwxyz"},
+    {"0 counts the rest", "0123456789", EMPTY, 2, 0, 0, 8, "23456789"},
+    {"which may be all", "abcd", "wxyz", 0, 1, 0, 4, "wabcd"},
+    {"or the last byte", "abcd", "wxyz", 3, 0, 0, 1, "dxyz"},
+    {"or nothing", "abcd", "wxyz", 4, 0, 0, 0, "wxyz"},
+    {"or all of nothing", EMPTY, "wxyz", 0, 2, 0, 0, "wxyz"},
+    {"of a block of length 0 too", NO_LENGTH, "wxyz", 0, 4, 0, 0, "wxyz"},
+    {"even so the start is reached", EMPTY, "wxyz", 0, 6, 0, 0, "wxyz\0\0"s},
+    {"from an empty stream on", EMPTY, EMPTY, 0, 2, 0, 0, "\0\0"s},
+    {"from the source's end on", "abcd", "wx", 4, 3, 0, 0, "wx\0"s},
+    {"nothing to nothing", EMPTY, EMPTY, 0, 0, 0, 0, EMPTY},
+    {"nor does a block vanish", EMPTY, NO_LENGTH, 0, 0, 0, 0, NO_LENGTH},
+    {"one byte below the source's end", "0123456789", EMPTY, 2, 0, 7, 7, "2345678"},
+    {"exactly up to it", "0123456789", EMPTY, 2, 0, 8, 8, "23456789"},
 };
 
 TEST(ByteStream, CopyOfAPartLengthensAsNeeded) {  // KEPT(zero-counts-the-rest)
@@ -362,17 +358,17 @@ struct OwnPartFact {
 
 // Of "abcdefgh".
 OwnPartFact const OWN_PART_FACTS[] = {
-    {"apart",                         0, 5,  3, 3, "abcdeabc"          },
-    {"apart, the other way",          5, 0,  3, 3, "fghdefgh"          },
-    {"overlapping, to the right",     0, 2,  5, 5, "ababcdeh"          },
-    {"overlapping, to the left",      2, 0,  5, 5, "cdefgfgh"          },
-    {"in place",                      2, 2,  5, 5, "abcdefgh"          },
-    {"all in place",                  0, 0,  0, 8, "abcdefgh"          },
-    {"the block moves",               0, 8,  8, 8, "abcdefghabcdefgh"  },
-    {"and parts overlap",             0, 4,  8, 8, "abcdabcdefgh"      },
-    {"by all but one byte",           0, 1,  8, 8, "aabcdefgh"         },
+    {"apart", 0, 5, 3, 3, "abcdeabc"},
+    {"apart, the other way", 5, 0, 3, 3, "fghdefgh"},
+    {"overlapping, to the right", 0, 2, 5, 5, "ababcdeh"},
+    {"overlapping, to the left", 2, 0, 5, 5, "cdefgfgh"},
+    {"in place", 2, 2, 5, 5, "abcdefgh"},
+    {"all in place", 0, 0, 0, 8, "abcdefgh"},
+    {"the block moves", 0, 8, 8, 8, "abcdefghabcdefgh"},
+    {"and parts overlap", 0, 4, 8, 8, "abcdabcdefgh"},
+    {"by all but one byte", 0, 1, 8, 8, "aabcdefgh"},
     {"the rest, before it is longer", 3, 10, 0, 5, "abcdefgh\0\0defgh"s},
-    {"nothing, and longer",           8, 10, 0, 0, "abcdefgh\0\0"s     },
+    {"nothing, and longer", 8, 10, 0, 0, "abcdefgh\0\0"s},
 };
 
 TEST(ByteStream, CopyOfItsOwnPartReadsTheBlockThatItHas) {
@@ -433,23 +429,23 @@ unsigned int constructOfPointer(ByteStream& /*stream*/, ByteStream& /*source*/) 
 }
 
 RefusalFact const REFUSAL_FACTS[] = {
-    {"null and a size",                 copyNull<5>,         "abcd",    EMPTY,     NO_POINTER},
-    {"of 1",                            copyNull<1>,         "a",       EMPTY,     NO_POINTER},
-    {"of all 32 bits",                  copyNull<MOST>,      "abcd",    EMPTY,     NO_POINTER},
-    {"the size that it has",            copyNull<4>,         "abcd",    EMPTY,     NO_POINTER},
-    {"to an empty stream",              copyNull<5>,         EMPTY,     EMPTY,     NO_POINTER},
-    {"a pointer and 0",                 copyPointerAlone,    "abcd",    EMPTY,     NO_BYTES  },
-    {"to an empty stream",              copyPointerAlone,    EMPTY,     EMPTY,     NO_BYTES  },
-    {"to a block of length 0",          copyPointerAlone,    NO_LENGTH, EMPTY,     NO_BYTES  },
-    {"the own pointer and 0",           copyOwnPointerAlone, "abcd",    EMPTY,     NO_BYTES  },
-    {"that of a block of length 0",     copyOwnPointerAlone, NO_LENGTH, EMPTY,     NO_BYTES  },
-    {"a block of length 0, copied",     copyAll,             "abcd",    NO_LENGTH, NO_BYTES  },
-    {"and assigned",                    assign,              "abcd",    NO_LENGTH, NO_BYTES  },
-    {"and constructed from",            construct,           "abcd",    NO_LENGTH, NO_BYTES  },
-    {"construction of null and a size", constructOfNull,     "abcd",    EMPTY,     NO_POINTER},
-    {"and of a pointer and 0",          constructOfPointer,  "abcd",    EMPTY,     NO_BYTES  },
-    {"resize to 0",                     resize<0>,           "abcd",    EMPTY,     NO_BYTES  },
-    {"of a block of length 0 too",      resize<0>,           NO_LENGTH, EMPTY,     NO_BYTES  },
+    {"null and a size", copyNull<5>, "abcd", EMPTY, NO_POINTER},
+    {"of 1", copyNull<1>, "a", EMPTY, NO_POINTER},
+    {"of all 32 bits", copyNull<MOST>, "abcd", EMPTY, NO_POINTER},
+    {"the size that it has", copyNull<4>, "abcd", EMPTY, NO_POINTER},
+    {"to an empty stream", copyNull<5>, EMPTY, EMPTY, NO_POINTER},
+    {"a pointer and 0", copyPointerAlone, "abcd", EMPTY, NO_BYTES},
+    {"to an empty stream", copyPointerAlone, EMPTY, EMPTY, NO_BYTES},
+    {"to a block of length 0", copyPointerAlone, NO_LENGTH, EMPTY, NO_BYTES},
+    {"the own pointer and 0", copyOwnPointerAlone, "abcd", EMPTY, NO_BYTES},
+    {"that of a block of length 0", copyOwnPointerAlone, NO_LENGTH, EMPTY, NO_BYTES},
+    {"a block of length 0, copied", copyAll, "abcd", NO_LENGTH, NO_BYTES},
+    {"and assigned", assign, "abcd", NO_LENGTH, NO_BYTES},
+    {"and constructed from", construct, "abcd", NO_LENGTH, NO_BYTES},
+    {"construction of null and a size", constructOfNull, "abcd", EMPTY, NO_POINTER},
+    {"and of a pointer and 0", constructOfPointer, "abcd", EMPTY, NO_BYTES},
+    {"resize to 0", resize<0>, "abcd", EMPTY, NO_BYTES},
+    {"of a block of length 0 too", resize<0>, NO_LENGTH, EMPTY, NO_BYTES},
 };
 
 // KEPT(throws-a-long), KEPT(zero-length-is-not-empty), KEPT(resize-to-nothing-throws),
@@ -480,20 +476,20 @@ struct PartRefusalFact {
 };
 
 PartRefusalFact const PART_REFUSAL_FACTS[] = {
-    {"a start one past the end",         "0123456789", 11,   0   },
-    {"a start at the end, and one byte", "0123456789", 10,   1   },
-    {"one byte too many",                "0123456789", 0,    11  },
-    {"from further on",                  "0123456789", 2,    9   },
-    {"of nothing a start",               EMPTY,        1,    0   },
-    {"of nothing a byte",                EMPTY,        0,    1   },
-    {"of a block of length 0",           NO_LENGTH,    0,    1   },
-    {"the largest start",                "0123456789", MOST, 0   },
-    {"the largest count",                "0123456789", 0,    MOST},
-    {"a sum that is 0 in 32 bits",       "0123456789", 1,    MOST},
-    {"the other way round",              "0123456789", MOST, 1   },
-    {"a sum that is 0, of halves",       "0123456789", HALF, HALF},
-    {"a sum within the source",          "0123456789", MOST, 6   },
-    {"of two of the largest",            "0123456789", MOST, MOST},
+    {"a start one past the end", "0123456789", 11, 0},
+    {"a start at the end, and one byte", "0123456789", 10, 1},
+    {"one byte too many", "0123456789", 0, 11},
+    {"from further on", "0123456789", 2, 9},
+    {"of nothing a start", EMPTY, 1, 0},
+    {"of nothing a byte", EMPTY, 0, 1},
+    {"of a block of length 0", NO_LENGTH, 0, 1},
+    {"the largest start", "0123456789", MOST, 0},
+    {"the largest count", "0123456789", 0, MOST},
+    {"a sum that is 0 in 32 bits", "0123456789", 1, MOST},
+    {"the other way round", "0123456789", MOST, 1},
+    {"a sum that is 0, of halves", "0123456789", HALF, HALF},
+    {"a sum within the source", "0123456789", MOST, 6},
+    {"of two of the largest", "0123456789", MOST, MOST},
 };
 
 TEST(ByteStream, RefusesAPartThatPassesTheSourcesEnd) {
@@ -519,11 +515,7 @@ TEST(ByteStream, ALengthOfMoreThan32BitsIsNotToBeHad) {
         unsigned int start;
         unsigned int count;
     } const facts[] = {
-        {MOST - 3, 4},
-        {MOST - 2, 4},
-        {MOST,     1},
-        {MOST,     4},
-        {MOST,     0}, // all four
+        {MOST - 3, 4}, {MOST - 2, 4}, {MOST, 1}, {MOST, 4}, {MOST, 0},  // all four
     };
     for (auto const& row : facts) {
         SCOPED_TRACE(testing::Message() << row.start << ", " << row.count);

@@ -78,14 +78,10 @@ TEST_F(LoaderTest, IsGivenTheNameAsItStands) {
         std::string name;
         std::string given;
     } const facts[] = {
-        {"plugin",                "plugin"               },
-        {"libplugin.so.1",        "libplugin.so.1"       },
-        {"./plugin.so",           "./plugin.so"          },
-        {"/usr/lib/../plugin.so", "/usr/lib/../plugin.so"},
-        {" plugin ",              " plugin "             },
-        {"$ORIGIN/plug\xE9n",     "$ORIGIN/plug\xE9n"    },
-        {"plugin\0.so"s,          "plugin"               },
-        {LONG_NAME,               LONG_NAME              },
+        {"plugin", "plugin"},           {"libplugin.so.1", "libplugin.so.1"},
+        {"./plugin.so", "./plugin.so"}, {"/usr/lib/../plugin.so", "/usr/lib/../plugin.so"},
+        {" plugin ", " plugin "},       {"$ORIGIN/plug\xE9n", "$ORIGIN/plug\xE9n"},
+        {"plugin\0.so"s, "plugin"},     {LONG_NAME, LONG_NAME},
     };
     for (auto const& row : facts) {
         SCOPED_TRACE(row.name);
@@ -110,14 +106,14 @@ TEST_F(LoaderTest, IsGivenLazyBindingOrTheFlagsAsTheyStand) {
         unsigned int flags;
         int mode;
     } const facts[] = {
-        {0,                      0                     },
-        {RTLD_LAZY,              RTLD_LAZY             },
-        {RTLD_NOW,               RTLD_NOW              },
+        {0, 0},
+        {RTLD_LAZY, RTLD_LAZY},
+        {RTLD_NOW, RTLD_NOW},
         {RTLD_NOW | RTLD_GLOBAL, RTLD_NOW | RTLD_GLOBAL},
-        {0x12345678,             0x12345678            },
-        {0x7FFFFFFF,             INT_MAX               },
-        {0x80000000,             INT_MIN               },
-        {0xFFFFFFFF,             -1                    },
+        {0x12345678, 0x12345678},
+        {0x7FFFFFFF, INT_MAX},
+        {0x80000000, INT_MIN},
+        {0xFFFFFFFF, -1},
     };
     for (auto const& row : facts) {
         SCOPED_TRACE(row.flags);

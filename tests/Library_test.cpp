@@ -48,9 +48,7 @@ bool isLoaded(std::string const& name) {
 }
 
 Reports oneReport(char const* component, std::string const& message, unsigned int code) {
-    return {
-        {component, 3, message, code}
-    };
+    return {{component, 3, message, code}};
 }
 
 // What the loader has to say of a file; after it the loader has nothing left to say.
@@ -210,9 +208,7 @@ TEST_F(LibraryTest, OpensAgainAfterClose) {
 }
 
 TEST_F(LibraryTest, ClosedTwiceGivesANotice) {  // KEPT(closed-twice-is-a-notice)
-    Reports const notice = {
-        {"Library::close", 7, "Library is not open", 0}
-    };
+    Reports const notice = {{"Library::close", 7, "Library is not open", 0}};
     Library library;
     EXPECT_EQ(library.close(), SUCCESS);
     EXPECT_EQ(takeReports(), notice);
@@ -237,13 +233,13 @@ struct RefusalFact {
 
 // The blanks at the ends are KEPT(reports-end-in-a-blank), the names KEPT(reports-use-other-names).
 RefusalFact const REFUSAL_FACTS[] = {
-    {"no name",                     false, "",    0x80070057, "Invalid argument (NULL == Name). "              },
-    {"no name, and open already",   true,  "",    0x80070057, "Invalid argument (NULL == Name). "              },
-    {"open already",                true,  OTHER, 0x80004005, "Must call Close because library is already open"},
-    {"with the same name",          true,  GOOD,  0x80004005,
-     "Must call Close because library is already open"                                                         },
-    {"with a name that is missing", true,  "x",   0x80004005,
-     "Must call Close because library is already open"                                                         },
+    {"no name", false, "", 0x80070057, "Invalid argument (NULL == Name). "},
+    {"no name, and open already", true, "", 0x80070057, "Invalid argument (NULL == Name). "},
+    {"open already", true, OTHER, 0x80004005, "Must call Close because library is already open"},
+    {"with the same name", true, GOOD, 0x80004005,
+     "Must call Close because library is already open"},
+    {"with a name that is missing", true, "x", 0x80004005,
+     "Must call Close because library is already open"},
 };
 
 TEST_F(LibraryTest, RefusesToOpenAndLeavesAllAsItWas) {
@@ -276,19 +272,19 @@ struct FileFact {
 };
 
 FileFact const FILE_FACTS[] = {
-    {"a file that is missing",       plugin("missing.so")        },
-    {"in a directory that is none",  plugin("good.so/missing.so")},
-    {"a name that is found nowhere", "no-such-library.so"        },
-    {"no suffix is added",           plugin("good")              },
-    {"nor is a directory searched",  "good.so"                   },
-    {"a directory",                  plugin("")                  },
-    {"a file without bytes",         plugin("cut_at_0.so")       },
-    {"cut within its header",        plugin("cut_at_40.so")      },
-    {"cut behind its header",        plugin("cut_at_100.so")     },
-    {"made for another processor",   plugin("foreign.so")        },
-    {"no shared object",             "/proc/self/cmdline"        },
-    {"a name of blanks",             "  "                        },
-    {"a name of a thousand bytes",   LONG_NAME                   },
+    {"a file that is missing", plugin("missing.so")},
+    {"in a directory that is none", plugin("good.so/missing.so")},
+    {"a name that is found nowhere", "no-such-library.so"},
+    {"no suffix is added", plugin("good")},
+    {"nor is a directory searched", "good.so"},
+    {"a directory", plugin("")},
+    {"a file without bytes", plugin("cut_at_0.so")},
+    {"cut within its header", plugin("cut_at_40.so")},
+    {"cut behind its header", plugin("cut_at_100.so")},
+    {"made for another processor", plugin("foreign.so")},
+    {"no shared object", "/proc/self/cmdline"},
+    {"a name of blanks", "  "},
+    {"a name of a thousand bytes", LONG_NAME},
 };
 
 TEST_F(LibraryTest, ReportsTheLoadersReason) {
@@ -388,14 +384,14 @@ struct SymbolFact {
 
 // The blanks at the ends are KEPT(reports-end-in-a-blank).
 SymbolFact const SYMBOL_FACTS[] = {
-    {"a function",                   true,  "pluginAnswer", SUCCESS,          nullptr                },
-    {"a value",                      true,  "pluginValue",  SUCCESS,          nullptr                },
-    {"one that is missing",          true,  "pluginAnswe",  NOT_FOUND,        "Error calling dlsym. "},
-    {"names are told by their case", true,  "PluginAnswer", NOT_FOUND,        "Error calling dlsym. "},
-    {"one whose value is null",      true,  "pluginNull",   NOT_FOUND,        "Error calling dlsym. "},
-    {"no name",                      true,  "",             INVALID_ARGUMENT, "NULL == EntryPoint. " },
-    {"nothing is open",              false, "pluginAnswer", INVALID_ARGUMENT, "Library is not open. "},
-    {"nothing is open, nor named",   false, "",             INVALID_ARGUMENT, "Library is not open. "},
+    {"a function", true, "pluginAnswer", SUCCESS, nullptr},
+    {"a value", true, "pluginValue", SUCCESS, nullptr},
+    {"one that is missing", true, "pluginAnswe", NOT_FOUND, "Error calling dlsym. "},
+    {"names are told by their case", true, "PluginAnswer", NOT_FOUND, "Error calling dlsym. "},
+    {"one whose value is null", true, "pluginNull", NOT_FOUND, "Error calling dlsym. "},
+    {"no name", true, "", INVALID_ARGUMENT, "NULL == EntryPoint. "},
+    {"nothing is open", false, "pluginAnswer", INVALID_ARGUMENT, "Library is not open. "},
+    {"nothing is open, nor named", false, "", INVALID_ARGUMENT, "Library is not open. "},
 };
 
 TEST_F(LibraryTest, LooksSymbolsUp) {  // KEPT(null-symbol-is-missing)

@@ -74,12 +74,12 @@ struct FailureFact {
 };
 
 FailureFact const FAILURE_FACTS[] = {
-    {"no memory for the majors",       100'000,       1000, 0, 120},
-    {"nor for the minor ticks",        100'000,       1000, 1, 120},
-    {"none for the majors of seconds", 1000,          2000, 0, 0  },
-    {"nor for the seconds between",    1000,          2000, 1, 0  },
-    {"the longest such range",         4'294'967'000, MOST, 1, 0  },
-    {"the most ticks",                 8'589'934'588, MOST, 0, 2  },
+    {"no memory for the majors", 100'000, 1000, 0, 120},
+    {"nor for the minor ticks", 100'000, 1000, 1, 120},
+    {"none for the majors of seconds", 1000, 2000, 0, 0},
+    {"nor for the seconds between", 1000, 2000, 1, 0},
+    {"the longest such range", 4'294'967'000, MOST, 1, 0},
+    {"the most ticks", 8'589'934'588, MOST, 0, 2},
 };
 
 TEST_F(AxisTest, HasEmptyListsWhenMemoryFails) {

@@ -42,33 +42,33 @@ std::string const FIFTEEN = "123456789012345";
 std::string const SIXTEEN = "1234567890123456";
 
 SplitFact const SPLIT_FACTS[] = {
-    {"a separator ends a field",          "a,b",                         ",",          {"a", "b"}                    },
-    {"separators are a set of bytes",     "a b;c",                       " ;",         {"a", "b", "c"}               },
-    {"in any order",                      "a b;c",                       "; ",         {"a", "b", "c"}               },
-    {"and not a text",                    "a, b",                        ", ",         {"a", "b"}                    },
-    {"an empty field is dropped",         "a,,b",                        ",",          {"a", "b"}                    },
-    {"also the first one",                ",a",                          ",",          {"a"}                         },
-    {"also several",                      ",,,a,,,b",                    ",",          {"a", "b"}                    },
-    {"but never the last one",            "a,",                          ",",          {"a", ""}                     }, // KEPT(split-keeps-last)
-    {"once, whatever stands before it",   "a,,b,",                       ",",          {"a", "b", ""}                }, // KEPT(split-keeps-last)
-    {"also after separators alone",       ",,,",                         ",",          {""}                          },
-    {"an empty text is an empty field",   "",                            ",",          {""}                          },
-    {"a text without separators is one",  "abc",                         ",",          {"abc"}                       },
-    {"as is any without a set",           "a,b ",                        "",           {"a,b "}                      },
-    {"also an empty one",                 "",                            "",           {""}                          },
-    {"a separator may stand there twice", "a,b",                         ",,",         {"a", "b"}                    },
-    {"a set of five",                     "a.b,c;d:e-f",                 ".,;:-",      {"a", "b", "c", "d", "e", "f"}},
-    {"of five, not of six",               "a.b_c",                       ".,;:-",      {"a", "b_c"}                  },
-    {"of five with one byte twice",       "a.b,c",                       ".....",      {"a", "b,c"}                  },
-    {"a set of four",                     "a.b,c;d:e-f",                 ".,;:",       {"a", "b", "c", "d", "e-f"}   },
-    {"a zero byte is no separator",       "a" + NUL + "b",               ",",          {"a" + NUL + "b"}             },
-    {"unless it is one",                  "a" + NUL + "b",               NUL,          {"a", "b"}                    },
-    {"among five as well",                "a" + NUL + "b",               ".,;:" + NUL, {"a", "b"}                    },
-    {"bytes above 0x7F too",              "a\377b\x80",                  "\xFF\x80",   {"a", "b", ""}                },
-    {"their neighbours are none",         "a\376b\x7F",                  "\xFF\x80",   {"a\376b\x7F"}                },
-    {"a long field stays whole",          LONG_FIELD + "," + LONG_FIELD, ",",          {LONG_FIELD, LONG_FIELD}      },
-    {"short fields before long ones",     "a," + LONG_FIELD + ",b",      ",",          {"a", LONG_FIELD, "b"}        },
-    {"of 15 and of 16 bytes",             FIFTEEN + "," + SIXTEEN + ",", ",",          {FIFTEEN, SIXTEEN, ""}        },
+    {"a separator ends a field", "a,b", ",", {"a", "b"}},
+    {"separators are a set of bytes", "a b;c", " ;", {"a", "b", "c"}},
+    {"in any order", "a b;c", "; ", {"a", "b", "c"}},
+    {"and not a text", "a, b", ", ", {"a", "b"}},
+    {"an empty field is dropped", "a,,b", ",", {"a", "b"}},
+    {"also the first one", ",a", ",", {"a"}},
+    {"also several", ",,,a,,,b", ",", {"a", "b"}},
+    {"but never the last one", "a,", ",", {"a", ""}},                   // KEPT(split-keeps-last)
+    {"once, whatever stands before it", "a,,b,", ",", {"a", "b", ""}},  // KEPT(split-keeps-last)
+    {"also after separators alone", ",,,", ",", {""}},
+    {"an empty text is an empty field", "", ",", {""}},
+    {"a text without separators is one", "abc", ",", {"abc"}},
+    {"as is any without a set", "a,b ", "", {"a,b "}},
+    {"also an empty one", "", "", {""}},
+    {"a separator may stand there twice", "a,b", ",,", {"a", "b"}},
+    {"a set of five", "a.b,c;d:e-f", ".,;:-", {"a", "b", "c", "d", "e", "f"}},
+    {"of five, not of six", "a.b_c", ".,;:-", {"a", "b_c"}},
+    {"of five with one byte twice", "a.b,c", ".....", {"a", "b,c"}},
+    {"a set of four", "a.b,c;d:e-f", ".,;:", {"a", "b", "c", "d", "e-f"}},
+    {"a zero byte is no separator", "a" + NUL + "b", ",", {"a" + NUL + "b"}},
+    {"unless it is one", "a" + NUL + "b", NUL, {"a", "b"}},
+    {"among five as well", "a" + NUL + "b", ".,;:" + NUL, {"a", "b"}},
+    {"bytes above 0x7F too", "a\377b\x80", "\xFF\x80", {"a", "b", ""}},
+    {"their neighbours are none", "a\376b\x7F", "\xFF\x80", {"a\376b\x7F"}},
+    {"a long field stays whole", LONG_FIELD + "," + LONG_FIELD, ",", {LONG_FIELD, LONG_FIELD}},
+    {"short fields before long ones", "a," + LONG_FIELD + ",b", ",", {"a", LONG_FIELD, "b"}},
+    {"of 15 and of 16 bytes", FIFTEEN + "," + SIXTEEN + ",", ",", {FIFTEEN, SIXTEEN, ""}},
 };
 
 template <typename List>
@@ -235,29 +235,29 @@ TEST(SerializeNVP, WritesThePairsOfAMap) {
         std::string before;
         std::string after;
     } const rows[] = {
-        {"an empty map writes nothing",       {},                           "",    ""                      },
-        {"also behind a text",                {},                           "x=1", "x=1"                   },
-        {"one pair",                          {{"a", "1"}},                 "",    "a=1"                   },
-        {"a space stands between two",        {{"a", "1"}, {"b", "2"}},     "",    "a=1 b=2"               },
- // KEPT(appended-never-cleared)
-        {"and before the first, if need be",  {{"a", "1"}, {"b", "2"}},     "x=1", "x=1 a=1 b=2"           },
-        {"even behind a space",               {{"a", "1"}},                 " ",   "  a=1"                 },
- // KEPT(two-writers)
-        {"values are escaped",                {{"b", "two words"}},         "x=1", "x=1 b=two\\u0020words" },
-        {"quotes too",                        {{"q", "say \"hi\""}},        "",    "q=say\\u0020\\\"hi\\\""},
-        {"an empty value is written",         {{"a", ""}},                  "",    "a="                    },
-        {"so is an empty name",               {{"", "1"}},                  "",    "=1"                    },
-        {"and nothing at all",                {{"", ""}, {"a", "1"}},       "",    "= a=1"                 },
- // KEPT(names-are-unchecked)
-        {"names are written as they are",     {{"a b=\"\\", "1"}},          "",    "a b=\"\\=1"            },
- // KEPT(backslash-starts-over)
-        {"a backslash drops a value's front", {{"a", "C:\\dir\\file"}},     "",    "a=\\\\file"            },
-        {"but nothing before the value",      {{"a", "1"}, {"b", "\\"}},    "x",   "x a=1 b=\\\\"          },
-        {"a name of seven bytes",             {{"seven77", "1"}},           "",    "seven77=1"             },
-        {"of eight",                          {{"eight888", "1"}},          "",    "eight888=1"            },
-        {"of nine",                           {{"nine99999", "1"}},         "",    "nine99999=1"           },
-        {"of sixteen",                        {{"sixteen666666666", "1"}},  "",    "sixteen666666666=1"    },
-        {"of seventeen",                      {{"seventeen77777777", "1"}}, "",    "seventeen77777777=1"   },
+        {"an empty map writes nothing", {}, "", ""},
+        {"also behind a text", {}, "x=1", "x=1"},
+        {"one pair", {{"a", "1"}}, "", "a=1"},
+        {"a space stands between two", {{"a", "1"}, {"b", "2"}}, "", "a=1 b=2"},
+        // KEPT(appended-never-cleared)
+        {"and before the first, if need be", {{"a", "1"}, {"b", "2"}}, "x=1", "x=1 a=1 b=2"},
+        {"even behind a space", {{"a", "1"}}, " ", "  a=1"},
+        // KEPT(two-writers)
+        {"values are escaped", {{"b", "two words"}}, "x=1", "x=1 b=two\\u0020words"},
+        {"quotes too", {{"q", "say \"hi\""}}, "", "q=say\\u0020\\\"hi\\\""},
+        {"an empty value is written", {{"a", ""}}, "", "a="},
+        {"so is an empty name", {{"", "1"}}, "", "=1"},
+        {"and nothing at all", {{"", ""}, {"a", "1"}}, "", "= a=1"},
+        // KEPT(names-are-unchecked)
+        {"names are written as they are", {{"a b=\"\\", "1"}}, "", "a b=\"\\=1"},
+        // KEPT(backslash-starts-over)
+        {"a backslash drops a value's front", {{"a", "C:\\dir\\file"}}, "", "a=\\\\file"},
+        {"but nothing before the value", {{"a", "1"}, {"b", "\\"}}, "x", "x a=1 b=\\\\"},
+        {"a name of seven bytes", {{"seven77", "1"}}, "", "seven77=1"},
+        {"of eight", {{"eight888", "1"}}, "", "eight888=1"},
+        {"of nine", {{"nine99999", "1"}}, "", "nine99999=1"},
+        {"of sixteen", {{"sixteen666666666", "1"}}, "", "sixteen666666666=1"},
+        {"of seventeen", {{"seventeen77777777", "1"}}, "", "seventeen77777777=1"},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.fact);
@@ -331,11 +331,7 @@ TEST(SerializeNVP, LeavesItsTextWhereMemoryRunsOut) {
 
 TEST(SerializeNVP, MayWriteToAValueOfItsMap) {
     for (std::string const& value : {std::string("v v"), LONG_FIELD, std::string(5000, 'v')}) {
-        SortedMap map = {
-            {"a", "1"  },
-            {"b", value},
-            {"c", "3"  }
-        };
+        SortedMap map = {{"a", "1"}, {"b", value}, {"c", "3"}};
         serializeNVP(map["b"], map);
         EXPECT_EQ(map["b"], value + " a=1 b=" + modelOfEscape(value, false) + " c=3");
     }
@@ -351,36 +347,37 @@ struct DeserializeFact {
 };
 
 DeserializeFact const DESERIALIZE_FACTS[] = {
-    {"one pair",                             "a=1",                  true,  {{"a", "1"}}              },
-    {"several",                              "a=1 b=2",              true,  {{"a", "1"}, {"b", "2"}}  },
-    {"blanks around and between",            "  a=1   b=x=y  ",      true,  {{"a", "1"}, {"b", "x=y"}}},
-    {"any blanks at the ends",               "\t\n\v\f\r a=1 \n",    true,  {{"a", "1"}}              },
-    {"others than spaces do not separate",   "a=1\tb=2",             true,  {{"a", "1\tb=2"}}         },
-    {"they may be a value",                  "a=\t b=2",             true,  {{"a", "\t"}, {"b", "2"}} },
-    {"or a name",                            "\t=1 \t=2",            false, {{"\t", "2"}}             },
-    {"a value may be empty",                 "a=",                   true,  {{"a", ""}}               },
-    {"a value may have more '='",            "a==",                  true,  {{"a", "="}}              },
- // KEPT(malformed-fields-are-skipped)
-    {"a field without one is malformed",     "a=1 junk b=2",         false, {{"a", "1"}, {"b", "2"}}  },
-    {"at the front",                         "junk a=1",             false, {{"a", "1"}}              },
-    {"at the end",                           "a=1 junk",             false, {{"a", "1"}}              },
-    {"a field without a name too",           "=5",                   false, {}                        },
-    {"also beside others",                   "=5 a=1 =",             false, {{"a", "1"}}              },
-    {"the first of a name wins",             "a=1 a=2",              true,  {{"a", "1"}}              }, // KEPT(first-value-wins)
-    {"also an escaped one",                  "a=1 a=\\n",            true,  {{"a", "1"}}              },
-    {"and an empty one",                     "a= a=2",               true,  {{"a", ""}}               },
-    {"what the map holds wins",              "held=1 a=2",           true,  {{"a", "2"}}              }, // KEPT(first-value-wins)
-    {"an empty text is malformed",           "",                     false, {}                        }, // KEPT(empty-text-is-malformed)
-    {"so is one of blanks",                  " \t ",                 false, {}                        },
-    {"values are unescaped",                 "a=two\\u0020words",    true,  {{"a", "two words"}}      },
+    {"one pair", "a=1", true, {{"a", "1"}}},
+    {"several", "a=1 b=2", true, {{"a", "1"}, {"b", "2"}}},
+    {"blanks around and between", "  a=1   b=x=y  ", true, {{"a", "1"}, {"b", "x=y"}}},
+    {"any blanks at the ends", "\t\n\v\f\r a=1 \n", true, {{"a", "1"}}},
+    {"others than spaces do not separate", "a=1\tb=2", true, {{"a", "1\tb=2"}}},
+    {"they may be a value", "a=\t b=2", true, {{"a", "\t"}, {"b", "2"}}},
+    {"or a name", "\t=1 \t=2", false, {{"\t", "2"}}},
+    {"a value may be empty", "a=", true, {{"a", ""}}},
+    {"a value may have more '='", "a==", true, {{"a", "="}}},
+    // KEPT(malformed-fields-are-skipped)
+    {"a field without one is malformed", "a=1 junk b=2", false, {{"a", "1"}, {"b", "2"}}},
+    {"at the front", "junk a=1", false, {{"a", "1"}}},
+    {"at the end", "a=1 junk", false, {{"a", "1"}}},
+    {"a field without a name too", "=5", false, {}},
+    {"also beside others", "=5 a=1 =", false, {{"a", "1"}}},
+    {"the first of a name wins", "a=1 a=2", true, {{"a", "1"}}},  // KEPT(first-value-wins)
+    {"also an escaped one", "a=1 a=\\n", true, {{"a", "1"}}},
+    {"and an empty one", "a= a=2", true, {{"a", ""}}},
+    {"what the map holds wins", "held=1 a=2", true, {{"a", "2"}}},  // KEPT(first-value-wins)
+    {"an empty text is malformed", "", false, {}},                  // KEPT(empty-text-is-malformed)
+    {"so is one of blanks", " \t ", false, {}},
+    {"values are unescaped", "a=two\\u0020words", true, {{"a", "two words"}}},
     {"beside others that are not",
-     "place=east\\u0020wing t=20.5",                                 true,
-     {{"place", "east wing"}, {"t", "20.5"}}                                                          },
-    {"into any byte",                        "a=\\u0000\\n\\uffc3",  true,  {{"a", NUL + "\n\xC3"}}   },
-    {"an unknown escape is two backslashes", "a=\\q",                true,  {{"a", "\\\\"}}           },
-    {"names are not",                        "a\\n=1",               true,  {{"a\\n", "1"}}           },
-    {"a zero byte is like any other",        "a" + NUL + "=1" + NUL, true,  {{"a" + NUL, "1" + NUL}}  },
-    {"quotes hold nothing together",         "a=\"x y\"",            false, {{"a", "\"x"}}            },
+     "place=east\\u0020wing t=20.5",
+     true,
+     {{"place", "east wing"}, {"t", "20.5"}}},
+    {"into any byte", "a=\\u0000\\n\\uffc3", true, {{"a", NUL + "\n\xC3"}}},
+    {"an unknown escape is two backslashes", "a=\\q", true, {{"a", "\\\\"}}},
+    {"names are not", "a\\n=1", true, {{"a\\n", "1"}}},
+    {"a zero byte is like any other", "a" + NUL + "=1" + NUL, true, {{"a" + NUL, "1" + NUL}}},
+    {"quotes hold nothing together", "a=\"x y\"", false, {{"a", "\"x"}}},
 };
 
 template <typename Map>
@@ -481,9 +478,7 @@ TEST(DeserializeNVP, MakesRoomOnceAndTakesNoneAway) {
               65);  // the pairs, and one table
 
     HashMap empty;
-    HashMap held = {
-        {"held", "0"}
-    };
+    HashMap held = {{"held", "0"}};
     for (HashMap* const map : {&empty, &held}) {
         map->reserve(10'000);
         std::size_t const buckets = map->bucket_count();

@@ -23,19 +23,19 @@ std::string const NUL(1, '\0');
 std::string const LONG(64, 'x');
 
 TrimFact const TRIM_FACTS[] = {
-    {"an empty text is empty",               "",                          ""              },
-    {"a text of blanks is empty",            " \t\r\n",                   ""              },
-    {"one blank is empty",                   " ",                         ""              },
-    {"all six blanks go, at both ends",      " \t\n\v\f\ra\r\f\v\n\t ",   "a"             },
-    {"blanks inside stay",                   "  a b  ",                   "a b"           },
-    {"one end is trimmed without the other", "a ",                        "a"             },
-    {"nor the other without the one",        " a",                        "a"             },
-    {"a text without blanks stays",          "abc",                       "abc"           },
-    {"a zero byte is no blank",              " " + NUL + "a" + NUL + " ", NUL + "a" + NUL },
-    {"nor are the other control bytes",      "\b\x0E\x1F\x7F",            "\b\x0E\x1F\x7F"},
-    {"nor is a no-break space in UTF-8",     "\xC2\240a",                 "\xC2\240a"     },
-    {"nor a next-line character",            "\205a\x85",                 "\205a\x85"     },
-    {"a long text keeps its middle",         "\n" + LONG + "\t",          LONG            },
+    {"an empty text is empty", "", ""},
+    {"a text of blanks is empty", " \t\r\n", ""},
+    {"one blank is empty", " ", ""},
+    {"all six blanks go, at both ends", " \t\n\v\f\ra\r\f\v\n\t ", "a"},
+    {"blanks inside stay", "  a b  ", "a b"},
+    {"one end is trimmed without the other", "a ", "a"},
+    {"nor the other without the one", " a", "a"},
+    {"a text without blanks stays", "abc", "abc"},
+    {"a zero byte is no blank", " " + NUL + "a" + NUL + " ", NUL + "a" + NUL},
+    {"nor are the other control bytes", "\b\x0E\x1F\x7F", "\b\x0E\x1F\x7F"},
+    {"nor is a no-break space in UTF-8", "\xC2\240a", "\xC2\240a"},
+    {"nor a next-line character", "\205a\x85", "\205a\x85"},
+    {"a long text keeps its middle", "\n" + LONG + "\t", LONG},
 };
 
 TEST(Trim, TakesTheBlanksOffBothEnds) {

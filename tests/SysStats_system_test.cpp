@@ -154,15 +154,15 @@ struct MemoryFact {
 };
 
 MemoryFact const MEMORY_FACTS[] = {
-    {"what is not free is used",         1000,     250,     1,    75.0F         },
-    {"all of it may be free",            1000,     1000,    1,    0.0F          },
-    {"or none",                          1000,     0,       1,    100.0F        },
-    {"the unit takes no part",           1000,     250,     4096, 75.0F         },
-    {"not even one of nothing",          1000,     250,     0,    75.0F         },
-    {"without memory all of it is used", 0,        0,       1,    100.0F        },
-    {"whatever is free of it",           0,        5,       1,    100.0F        },
-    {"more free than there is wraps",    100,      101,     1,    0x1p+64F      },
-    {"floats are divided as doubles",    27203377, 1148158, 1,    0x1.7f1e12p+6F},
+    {"what is not free is used", 1000, 250, 1, 75.0F},
+    {"all of it may be free", 1000, 1000, 1, 0.0F},
+    {"or none", 1000, 0, 1, 100.0F},
+    {"the unit takes no part", 1000, 250, 4096, 75.0F},
+    {"not even one of nothing", 1000, 250, 0, 75.0F},
+    {"without memory all of it is used", 0, 0, 1, 100.0F},
+    {"whatever is free of it", 0, 5, 1, 100.0F},
+    {"more free than there is wraps", 100, 101, 1, 0x1p+64F},
+    {"floats are divided as doubles", 27203377, 1148158, 1, 0x1.7f1e12p+6F},
 };
 
 TEST_F(SystemTest, MemoryInUseIsAllThatIsNotFree) {
@@ -201,12 +201,9 @@ TEST_F(SystemTest, UptimeIsTheKernelsWholeSecondsAsAFloat) {
         long seconds;
         float uptime;
     } const facts[] = {
-        {0,        0.0F       },
-        {1,        1.0F       },
-        {86401,    86401.0F   },
-        {16777217, 16777216.0F}, // what a float holds of it
-        {-5,       -5.0F      },
-        {LONG_MAX, 0x1p+63F   },
+        {0, 0.0F},         {1, 1.0F},
+        {86401, 86401.0F}, {16777217, 16777216.0F},  // what a float holds of it
+        {-5, -5.0F},       {LONG_MAX, 0x1p+63F},
     };
     for (auto const& row : facts) {
         SCOPED_TRACE(row.seconds);
@@ -230,18 +227,18 @@ struct DiskFact {
 };
 
 DiskFact const DISK_FACTS[] = {
-    {"one size for both",             1000,      4096, 250,       4096, 75.0F,          1024000},
-    {"the total is of fragments",     1000,      1024, 10,        4096, 96.0F,          40960  }, // KEPT(two-block-sizes)
-    {"free is of blocks",             1000,      4096, 100,       1024, 97.5F,          102400 },
-    {"all of it may be free",         1000,      512,  1000,      512,  0.0F,           512000 },
-    {"or none",                       1000,      512,  0,         512,  100.0F,         0      },
-    {"no blocks are all in use",      0,         4096, 0,         4096, 100.0F,         0      },
-    {"but free is what it is",        0,         4096, 7,         4096, 100.0F,         28672  },
-    {"so too with fragments of 0",    1000,      0,    7,         4096, 100.0F,         28672  },
-    {"free above the total wraps",    100,       1,    101,       1,    0x1p+64F,       101    }, // KEPT(two-block-sizes)
-    {"the total wraps at 64 bits",    1UL << 63, 2,    7,         1,    100.0F,         7      },
-    {"and so does free",              1000,      1,    1UL << 63, 2,    100.0F,         0      },
-    {"floats are divided as doubles", 27203377,  1,    1148158,   1,    0x1.7f1e12p+6F, 1148158},
+    {"one size for both", 1000, 4096, 250, 4096, 75.0F, 1024000},
+    {"the total is of fragments", 1000, 1024, 10, 4096, 96.0F, 40960},  // KEPT(two-block-sizes)
+    {"free is of blocks", 1000, 4096, 100, 1024, 97.5F, 102400},
+    {"all of it may be free", 1000, 512, 1000, 512, 0.0F, 512000},
+    {"or none", 1000, 512, 0, 512, 100.0F, 0},
+    {"no blocks are all in use", 0, 4096, 0, 4096, 100.0F, 0},
+    {"but free is what it is", 0, 4096, 7, 4096, 100.0F, 28672},
+    {"so too with fragments of 0", 1000, 0, 7, 4096, 100.0F, 28672},
+    {"free above the total wraps", 100, 1, 101, 1, 0x1p+64F, 101},  // KEPT(two-block-sizes)
+    {"the total wraps at 64 bits", 1UL << 63, 2, 7, 1, 100.0F, 7},
+    {"and so does free", 1000, 1, 1UL << 63, 2, 100.0F, 0},
+    {"floats are divided as doubles", 27203377, 1, 1148158, 1, 0x1.7f1e12p+6F, 1148158},
 };
 
 TEST_F(SystemTest, DiskSpaceIsCountedAsTheFieldsStand) {
@@ -277,12 +274,8 @@ TEST_F(SystemTest, DiskSpaceAsksForThePathUpToAZeroByte) {
         std::string given;
         std::string asked;
     } const facts[] = {
-        {"/tmp",            "/tmp"           },
-        {"",                ""               },
-        {"some where/else", "some where/else"},
-        {"/tmp\0/else"s,    "/tmp"           },
-        {"\0/tmp"s,         ""               },
-        {"/\xE9\xFF",       "/\xE9\xFF"      },
+        {"/tmp", "/tmp"},         {"", ""},        {"some where/else", "some where/else"},
+        {"/tmp\0/else"s, "/tmp"}, {"\0/tmp"s, ""}, {"/\xE9\xFF", "/\xE9\xFF"},
     };
     for (auto const& row : facts) {
         SCOPED_TRACE(row.given);
@@ -304,23 +297,23 @@ struct ReadingFact {
 std::string const FILLING(10000, 'x');
 
 ReadingFact const READING_FACTS[] = {
-    {"one read",                     {{"cpu  1 2 3 4 5\n"}},                             {1, 2, 3, 4}   },
-    {"several are put together",     {{"cpu  1"}, {"2 3 "}, {"4"}, {"5 67 8\n"}},        {12, 3, 45, 67}},
+    {"one read", {{"cpu  1 2 3 4 5\n"}}, {1, 2, 3, 4}},
+    {"several are put together", {{"cpu  1"}, {"2 3 "}, {"4"}, {"5 67 8\n"}}, {12, 3, 45, 67}},
     {"one byte each",
      {{"c"}, {" "}, {"1"}, {" "}, {"2"}, {" "}, {"3"}, {" "}, {"4"}},
-     {1, 2, 3, 4}                                                                                       },
-    {"a signal before the first",    {{"", EINTR}, {"cpu 1 2 3 4"}},                     {1, 2, 3, 4}   },
-    {"and between",                  {{"cpu 1 2"}, {"", EINTR}, {"", EINTR}, {"0 3 4"}}, {1, 20, 3, 4}  },
-    {"an error at once",             {{"", EIO}, {"cpu 1 2 3 4"}},                       {0, 0, 0, 0}   },
-    {"an error later",               {{"cpu 1 2 "}, {"", EIO}, {"3 4"}},                 {1, 2, 0, 0}   },
-    {"another error is no signal",   {{"cpu 1 2 "}, {"", EAGAIN}, {"3 4"}},              {1, 2, 0, 0}   },
-    {"an empty file",                {},                                                 {0, 0, 0, 0}   },
-    {"the end comes where it comes", {{"cpu 1 2 3"}, {""}, {" 4"}},                      {1, 2, 3, 0}   },
-    {"a file of any length",         {{"cpu 1 2 3 4 " + FILLING}, {FILLING}, {FILLING}}, {1, 2, 3, 4}   },
+     {1, 2, 3, 4}},
+    {"a signal before the first", {{"", EINTR}, {"cpu 1 2 3 4"}}, {1, 2, 3, 4}},
+    {"and between", {{"cpu 1 2"}, {"", EINTR}, {"", EINTR}, {"0 3 4"}}, {1, 20, 3, 4}},
+    {"an error at once", {{"", EIO}, {"cpu 1 2 3 4"}}, {0, 0, 0, 0}},
+    {"an error later", {{"cpu 1 2 "}, {"", EIO}, {"3 4"}}, {1, 2, 0, 0}},
+    {"another error is no signal", {{"cpu 1 2 "}, {"", EAGAIN}, {"3 4"}}, {1, 2, 0, 0}},
+    {"an empty file", {}, {0, 0, 0, 0}},
+    {"the end comes where it comes", {{"cpu 1 2 3"}, {""}, {" 4"}}, {1, 2, 3, 0}},
+    {"a file of any length", {{"cpu 1 2 3 4 " + FILLING}, {FILLING}, {FILLING}}, {1, 2, 3, 4}},
     {"the longest first line",
      {{"cpu  18446744073709551615 18446744073709551615 18446744073709551615 "},
       {"18446744073709551615 18446744073709551615 18446744073709551615\n" + FILLING}},
-     {ULONG_MAX, ULONG_MAX, ULONG_MAX, ULONG_MAX}                                                       },
+     {ULONG_MAX, ULONG_MAX, ULONG_MAX, ULONG_MAX}},
 };
 
 TEST_F(SystemTest, CountersAreReadToTheEndOfWhatTheyNeed) {
@@ -353,9 +346,7 @@ TEST_F(SystemTest, TheFileIsOpenedForThisProcessAloneAndClosedAgain) {
     EXPECT_NE(kernel.openFlags & O_CLOEXEC, 0);
     countersOf(machine);
     machine.systemCPU();
-    kernel.reads = {
-        {"", EIO}
-    };
+    kernel.reads = {{"", EIO}};
     machine.systemCPU();
     EXPECT_EQ(kernel.timesOpened, 4);
     EXPECT_EQ(openDescriptors(), before);
@@ -371,23 +362,23 @@ struct LoadStep {
 
 LoadStep const LOAD_STEPS[] = {
     {"the first measures from construction", "cpu 11 20 30 43", 25.0F},
-    {"no tick, no news",                     "cpu 11 20 30 43", 25.0F}, // KEPT(no-tick-no-news)
-    {"each measures from the one before",    "cpu 11 20 32 45", 50.0F},
-    {"user goes backwards",                  "cpu 1 20 32 45",  50.0F},
-    {"and was stored all the same",          "cpu 2 20 32 48",  25.0F},
-    {"nice goes backwards",                  "cpu 2 5 32 48",   25.0F},
-    {"and was stored",                       "cpu 2 9 32 49",   80.0F},
-    {"system goes backwards",                "cpu 2 9 3 49",    80.0F},
-    {"and was stored",                       "cpu 2 9 4 50",    50.0F},
-    {"idle goes backwards",                  "cpu 9 9 4 5",     50.0F},
-    {"and was stored",                       "cpu 10 9 4 8",    25.0F},
-    {"a file that is gone reads as zeros",   nullptr,           25.0F},
-    {"twice too",                            nullptr,           25.0F},
-    {"so that the next measures from boot",  "cpu 10 5 5 20",   50.0F},
-    {"half a line as well",                  "cpu 11",          50.0F},
-    {"counts what was read",                 "cpu 12 0 0 3",    25.0F},
-    {"an idle machine has no load",          "cpu 12 0 0 4",    0.0F },
-    {"which is news that is kept",           "cpu 12 0 0 4",    0.0F },
+    {"no tick, no news", "cpu 11 20 30 43", 25.0F},  // KEPT(no-tick-no-news)
+    {"each measures from the one before", "cpu 11 20 32 45", 50.0F},
+    {"user goes backwards", "cpu 1 20 32 45", 50.0F},
+    {"and was stored all the same", "cpu 2 20 32 48", 25.0F},
+    {"nice goes backwards", "cpu 2 5 32 48", 25.0F},
+    {"and was stored", "cpu 2 9 32 49", 80.0F},
+    {"system goes backwards", "cpu 2 9 3 49", 80.0F},
+    {"and was stored", "cpu 2 9 4 50", 50.0F},
+    {"idle goes backwards", "cpu 9 9 4 5", 50.0F},
+    {"and was stored", "cpu 10 9 4 8", 25.0F},
+    {"a file that is gone reads as zeros", nullptr, 25.0F},
+    {"twice too", nullptr, 25.0F},
+    {"so that the next measures from boot", "cpu 10 5 5 20", 50.0F},
+    {"half a line as well", "cpu 11", 50.0F},
+    {"counts what was read", "cpu 12 0 0 3", 25.0F},
+    {"an idle machine has no load", "cpu 12 0 0 4", 0.0F},
+    {"which is news that is kept", "cpu 12 0 0 4", 0.0F},
 };
 
 void setStat(char const* stat) {

@@ -141,12 +141,12 @@ std::vector<TextRoad> textRoads() {
     std::string const text(LONG_TEXT);
     std::wstring const wide(LONG_WIDE_TEXT);
     return {
-        {"assign(char const*)",       [](Variant& variant) { variant.assign(LONG_TEXT); }     },
-        {"assign(std::string)",       [text](Variant& variant) { variant.assign(text); }      },
-        {"assign(wchar_t const*)",    [](Variant& variant) { variant.assign(LONG_WIDE_TEXT); }},
-        {"assign(std::wstring)",      [wide](Variant& variant) { variant.assign(wide); }      },
-        {"operator=(char const*)",    [](Variant& variant) { variant = LONG_TEXT; }           },
-        {"operator=(wchar_t const*)", [](Variant& variant) { variant = LONG_WIDE_TEXT; }      },
+        {"assign(char const*)", [](Variant& variant) { variant.assign(LONG_TEXT); }},
+        {"assign(std::string)", [text](Variant& variant) { variant.assign(text); }},
+        {"assign(wchar_t const*)", [](Variant& variant) { variant.assign(LONG_WIDE_TEXT); }},
+        {"assign(std::wstring)", [wide](Variant& variant) { variant.assign(wide); }},
+        {"operator=(char const*)", [](Variant& variant) { variant = LONG_TEXT; }},
+        {"operator=(wchar_t const*)", [](Variant& variant) { variant = LONG_WIDE_TEXT; }},
     };
 }
 
@@ -309,17 +309,17 @@ TEST(VariantAllocation, MayFailWhereTextIsMoreThanDigits) {
         wchar_t const* text;
         bool asInteger;
     } const rows[] = {
-        {"C",           L"-999999999999999999",   false},
-        {"C",           L"  42",                  false},
-        {"C",           L"42 and more",           false},
-        {"C",           L"",                      false},
-        {"C",           L" -123456789012345678 ", false},
-        {"C",           L"1234567890123456789",   true },
-        {"C",           L" 1234567890123456789 ", true },
-        {"C",           L" \u200342",             true },
-        {"de_DE.UTF-8", L"-999999999999999999",   false},
-        {"de_DE.UTF-8", L" 42",                   true },
-        {"de_DE.UTF-8", L"42 and more",           true },
+        {"C", L"-999999999999999999", false},
+        {"C", L"  42", false},
+        {"C", L"42 and more", false},
+        {"C", L"", false},
+        {"C", L" -123456789012345678 ", false},
+        {"C", L"1234567890123456789", true},
+        {"C", L" 1234567890123456789 ", true},
+        {"C", L" \u200342", true},
+        {"de_DE.UTF-8", L"-999999999999999999", false},
+        {"de_DE.UTF-8", L" 42", true},
+        {"de_DE.UTF-8", L"42 and more", true},
     };
     for (auto const& row : rows) {
         ScopedLocale const locale(row.locale);

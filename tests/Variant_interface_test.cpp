@@ -278,19 +278,19 @@ int const* somewhere() {
 }
 
 PromotionFact const PROMOTION_FACTS[] = {
-    {"signed char is an Int32",         static_cast<signed char>(-5), 6,  -5        },
-    {"a wide character is an Int32",    L'\u0141',                    6,  0x141     },
-    {"char8_t is an Int32",             u8'A',                        6,  65        },
-    {"char16_t is an Int32",            u'\uFFFF',                    6,  65535     },
-    {"char32_t is a Uint32",            U'\U0010FFFF',                3,  1114111   },
-    {"an enumerator is an Int32",       UNSCOPED,                     6,  0         },
-    {"a pointer is a Boolean",          somewhere(),                  12, 1         },
-    {"a null pointer to void as well",  static_cast<void*>(nullptr),  12, 0         },
-    {"a character of text is a Byte",   'A',                          4,  65        },
-    {"a literal of digits is an Int32", 2147483647,                   6,  2147483647},
-    {"a longer one is an Int64",        2147483648,                   10, 2147483648},
-    {"text is no Boolean",              "1",                          9,  1         },
-    {"wide text neither",               L"1",                         9,  1         },
+    {"signed char is an Int32", static_cast<signed char>(-5), 6, -5},
+    {"a wide character is an Int32", L'\u0141', 6, 0x141},
+    {"char8_t is an Int32", u8'A', 6, 65},
+    {"char16_t is an Int32", u'\uFFFF', 6, 65535},
+    {"char32_t is a Uint32", U'\U0010FFFF', 3, 1114111},
+    {"an enumerator is an Int32", UNSCOPED, 6, 0},
+    {"a pointer is a Boolean", somewhere(), 12, 1},
+    {"a null pointer to void as well", static_cast<void*>(nullptr), 12, 0},
+    {"a character of text is a Byte", 'A', 4, 65},
+    {"a literal of digits is an Int32", 2147483647, 6, 2147483647},
+    {"a longer one is an Int64", 2147483648, 10, 2147483648},
+    {"text is no Boolean", "1", 9, 1},
+    {"wide text neither", L"1", 9, 1},
 };
 
 TEST(VariantInterface, TakesWhatHasNoOverloadByTheLanguagesOwnPromotions) {

@@ -185,13 +185,13 @@ struct TimeFact {
 };
 
 TimeFact const TIME_FACTS[] = {
-    {"a time of today",                    1763164800,  0,          5269881600.0      },
-    {"a fraction of a second",             1763164800,  250000000,  5269881600.25     },
-    {"the epoch, which is no set time",    0,           0,          3506716800.0      },
-    {"before the epoch",                   -1,          500000000,  3506716799.5      },
-    {"before the epoch, rounded up to it", -1,          999999999,  3506716800.0      },
-    {"before 1858 it wraps",               -3506716801, 0,          1844674407369.955 },
-    {"nanoseconds as they were given",     1763164800,  4294967295, 5269881604.2949677},
+    {"a time of today", 1763164800, 0, 5269881600.0},
+    {"a fraction of a second", 1763164800, 250000000, 5269881600.25},
+    {"the epoch, which is no set time", 0, 0, 3506716800.0},
+    {"before the epoch", -1, 500000000, 3506716799.5},
+    {"before the epoch, rounded up to it", -1, 999999999, 3506716800.0},
+    {"before 1858 it wraps", -3506716801, 0, 1844674407369.955},
+    {"nanoseconds as they were given", 1763164800, 4294967295, 5269881604.2949677},
 };
 
 TEST(Variant, KeepsATimeBothAsItIsAndAsOpenVMSSeconds) {
@@ -239,12 +239,9 @@ struct EmptinessFact {
 
 // KEPT(null-has-value)
 EmptinessFact const EMPTINESS_FACTS[] = {
-    {"Unknown is no value",           0,       false, false},
-    {"Null is one",                   14,      true,  true },
-    {"data is one",                   13,      false, true },
-    {"and a number beyond the types", 15,      false, true },
-    {"below the types",               -1,      false, true },
-    {"the least",                     INT_MIN, false, true },
+    {"Unknown is no value", 0, false, false}, {"Null is one", 14, true, true},
+    {"data is one", 13, false, true},         {"and a number beyond the types", 15, false, true},
+    {"below the types", -1, false, true},     {"the least", INT_MIN, false, true},
 };
 
 TEST(Variant, TellsThreeEmptinessesApartByTheTypeAlone) {
@@ -296,9 +293,9 @@ struct CopyRoad {
 };
 
 CopyRoad const COPY_ROADS[] = {
-    {"constructor", constructed, ""      },
-    {"assign",      assigned,    "cached"},
-    {"operator=",   set,         "cached"},
+    {"constructor", constructed, ""},
+    {"assign", assigned, "cached"},
+    {"operator=", set, "cached"},
 };
 
 TEST(Variant, CopiesAllButTheNarrowCache) {
@@ -363,12 +360,12 @@ struct CopiedTimeFact {
 
 // KEPT(copy-normalises-time)
 CopiedTimeFact const COPIED_TIME_FACTS[] = {
-    {"the most nanoseconds of a second", 10,       999999999,  10,       999999999},
-    {"one more is a second",             10,       1000000000, 11,       0        },
-    {"and one more goes on",             10,       1000000001, 11,       1        },
-    {"the most nanoseconds of all",      10,       4294967295, 14,       294967295},
-    {"before the epoch as well",         -1,       1500000000, 0,        500000000},
-    {"at the end of time it wraps",      LONG_MAX, 1000000000, LONG_MIN, 0        },
+    {"the most nanoseconds of a second", 10, 999999999, 10, 999999999},
+    {"one more is a second", 10, 1000000000, 11, 0},
+    {"and one more goes on", 10, 1000000001, 11, 1},
+    {"the most nanoseconds of all", 10, 4294967295, 14, 294967295},
+    {"before the epoch as well", -1, 1500000000, 0, 500000000},
+    {"at the end of time it wraps", LONG_MAX, 1000000000, LONG_MIN, 0},
 };
 
 TEST(Variant, NormalisesTheTimeOfACopyAlone) {
@@ -550,21 +547,9 @@ struct TypeFact {
 };
 
 TypeFact const TYPE_FACTS[] = {
-    {L"UnsignedByte", 1 },
-    {L"Uint16",       2 },
-    {L"Uint32",       3 },
-    {L"Byte",         4 },
-    {L"Int16",        5 },
-    {L"Int32",        6 },
-    {L"Float",        7 },
-    {L"Double",       8 },
-    {L"String",       9 },
-    {L"Int64",        10},
-    {L"Uint64",       11},
-    {L"Boolean",      12},
-    {L"DateTime",     13},
-    {L"Null",         14},
-    {L"Unknown",      0 },
+    {L"UnsignedByte", 1}, {L"Uint16", 2},   {L"Uint32", 3},    {L"Byte", 4},   {L"Int16", 5},
+    {L"Int32", 6},        {L"Float", 7},    {L"Double", 8},    {L"String", 9}, {L"Int64", 10},
+    {L"Uint64", 11},      {L"Boolean", 12}, {L"DateTime", 13}, {L"Null", 14},  {L"Unknown", 0},
 };
 
 TEST(Variant, ListsNamesAndNumbersSideBySide) {

@@ -38,16 +38,16 @@ struct GraphicFact {
 };
 
 GraphicFact const GRAPHIC_FACTS[] = {
-    {"C",                 true,  false, true },
-    {"de_DE.UTF-8",       true,  false, true },
-    {"tr_TR.UTF-8",       true,  false, true },
-    {"fr_FR.ISO-8859-15", true,  true,  false}, // letters above 0x7F
-    {"uu_UU.ISO-8859-1",  true,  true,  false}, // 0x1F alone
-    {"vv_VV.ISO-8859-1",  false, true,  false}, // 0x7F in place of "~"
-    {"ww_WW.ISO-8859-1",  false, false, false}, // "!" is missing, and printable
-    {"xx_XX.ISO-8859-1",  true,  true,  false}, // some letters above 0x7F
-    {"yy_YY.ISO-8859-1",  false, true,  false}, // a control byte and 0x80, and "#" is missing
-    {"zz_ZZ.ISO-8859-1",  true,  true,  false}, // 0x80 alone
+    {"C", true, false, true},
+    {"de_DE.UTF-8", true, false, true},
+    {"tr_TR.UTF-8", true, false, true},
+    {"fr_FR.ISO-8859-15", true, true, false},   // letters above 0x7F
+    {"uu_UU.ISO-8859-1", true, true, false},    // 0x1F alone
+    {"vv_VV.ISO-8859-1", false, true, false},   // 0x7F in place of "~"
+    {"ww_WW.ISO-8859-1", false, false, false},  // "!" is missing, and printable
+    {"xx_XX.ISO-8859-1", true, true, false},    // some letters above 0x7F
+    {"yy_YY.ISO-8859-1", false, true, false},   // a control byte and 0x80, and "#" is missing
+    {"zz_ZZ.ISO-8859-1", true, true, false},    // 0x80 alone
 };
 
 template <typename Classes>

@@ -39,17 +39,17 @@ struct WindowFact {
 };
 
 WindowFact const WINDOW_FACTS[] = {
-    {"4",       std::nullopt},
-    {"5",       5s          },
-    {"6",       6s          },
-    {"60",      60s         },
-    {"2591999", 2591999s    },
-    {"2592000", 2592000s    },
+    {"4", std::nullopt},
+    {"5", 5s},
+    {"6", 6s},
+    {"60", 60s},
+    {"2591999", 2591999s},
+    {"2592000", 2592000s},
     {"2592001", std::nullopt},
-    {"5.5",     std::nullopt},
-    {"-5",      std::nullopt},
-    {"",        std::nullopt},
-    {"1 hour",  std::nullopt},
+    {"5.5", std::nullopt},
+    {"-5", std::nullopt},
+    {"", std::nullopt},
+    {"1 hour", std::nullopt},
 };
 
 TEST(MonitorChart, ReadsAWindow) {
@@ -65,26 +65,26 @@ struct FormatFact {
 };
 
 FormatFact const FORMAT_FACTS[] = {
-    {"load.svg",          "svg"   },
-    {"load.SVG",          "svg"   },
-    {"a.b/load.az09AZ",   "az09az"},
-    {"load.tar.png",      "png"   },
-    {"/charts/.load.svg", "svg"   },
-    {"load",              ""      },
-    {"load.",             ""      },
-    {".svg",              ""      },
-    {"folder/.svg",       ""      },
-    {"folder.svg/load",   ""      },
-    {"folder.svg/",       ""      },
-    {"load.s vg",         ""      },
-    {"load.svg~",         ""      },
-    {"load.@",            ""      },
-    {"load.[",            ""      },
-    {"load.`",            ""      },
-    {"load.{",            ""      },
-    {"load./",            ""      },
-    {"load.:",            ""      },
-    {"",                  ""      },
+    {"load.svg", "svg"},
+    {"load.SVG", "svg"},
+    {"a.b/load.az09AZ", "az09az"},
+    {"load.tar.png", "png"},
+    {"/charts/.load.svg", "svg"},
+    {"load", ""},
+    {"load.", ""},
+    {".svg", ""},
+    {"folder/.svg", ""},
+    {"folder.svg/load", ""},
+    {"folder.svg/", ""},
+    {"load.s vg", ""},
+    {"load.svg~", ""},
+    {"load.@", ""},
+    {"load.[", ""},
+    {"load.`", ""},
+    {"load.{", ""},
+    {"load./", ""},
+    {"load.:", ""},
+    {"", ""},
 };
 
 TEST(MonitorChart, TakesTheFormatFromTheNameOfTheFile) {
@@ -157,12 +157,7 @@ TEST(MonitorHistory, GathersReadingsOfOnePartOfTheWindow) {
         long second;
         Variant processor;
     } const readings[] = {
-        {0,  30.0F },
-        {5,  10.0F },
-        {9,  20.0F },
-        {10, 50.0F },
-        {11, null()},
-        {20, null()},
+        {0, 30.0F}, {5, 10.0F}, {9, 20.0F}, {10, 50.0F}, {11, null()}, {20, null()},
     };
     for (auto const& [second, processor] : readings)
         history.add(readingAt(NOON + second, processor));
@@ -210,14 +205,14 @@ TEST(MonitorHistory, MovesImpossibleTimesToTheLimits) {
         long second;
         double time;
     } const facts[] = {
-        {-1,                               0           },
-        {0,                                0           },
-        {1,                                1           },
-        {253402300798,                     253402300798},
-        {253402300799,                     253402300799},
-        {253402300800,                     253402300799},
+        {-1, 0},
+        {0, 0},
+        {1, 1},
+        {253402300798, 253402300798},
+        {253402300799, 253402300799},
+        {253402300800, 253402300799},
         {std::numeric_limits<long>::max(), 253402300799},
-        {std::numeric_limits<long>::min(), 0           },
+        {std::numeric_limits<long>::min(), 0},
     };
     for (auto const& [second, time] : facts) {
         SCOPED_TRACE(second);
@@ -246,7 +241,7 @@ struct AxisFact {
 };
 
 AxisFact const AXIS_FACTS[] = {
-  // clang-format off
+    // clang-format off
     {"every second", 0, 5, 0, 0,
      "12:00:00 (5 Mar 2024), 12:00:01, 12:00:02, 12:00:03, 12:00:04, "
      "12:00:05"},
@@ -288,7 +283,7 @@ AxisFact const AXIS_FACTS[] = {
     {"a new year", 295 * 86400, 305 * 86400, 0, 29,
      "26 Dec (2024), 27 Dec, 28 Dec, 29 Dec, 30 Dec, 31 Dec, "
      "1 Jan (2025), 2 Jan, 3 Jan, 4 Jan"},
-  // clang-format on
+    // clang-format on
 };
 
 TEST(MonitorTimeAxis, ShowsWhatItsStepTellsApart) {
@@ -485,15 +480,15 @@ struct SubtitleFact {
 };
 
 SubtitleFact const SUBTITLE_FACTS[] = {
-    {5,       0,      "5 seconds to 12:00:00 UTC"       },
-    {59,      3540,   "59 seconds to 12:59:00 UTC+00:59"},
-    {60,      -3600,  "1 minute to 11:00:00 UTC-01:00"  },
-    {61,      35999,  "61 seconds to 21:59:59 UTC+09:59"},
-    {90 * 60, 36000,  "90 minutes to 22:00:00 UTC+10:00"},
-    {3600,    -19800, "1 hour to 06:30:00 UTC-05:30"    },
-    {86400,   86340,  "1 day to 11:59:00 UTC+23:59"     },
-    {90000,   0,      "25 hours to 12:00:00 UTC"        },
-    {2592000, 0,      "30 days to 12:00:00 UTC"         },
+    {5, 0, "5 seconds to 12:00:00 UTC"},
+    {59, 3540, "59 seconds to 12:59:00 UTC+00:59"},
+    {60, -3600, "1 minute to 11:00:00 UTC-01:00"},
+    {61, 35999, "61 seconds to 21:59:59 UTC+09:59"},
+    {90 * 60, 36000, "90 minutes to 22:00:00 UTC+10:00"},
+    {3600, -19800, "1 hour to 06:30:00 UTC-05:30"},
+    {86400, 86340, "1 day to 11:59:00 UTC+23:59"},
+    {90000, 0, "25 hours to 12:00:00 UTC"},
+    {2592000, 0, "30 days to 12:00:00 UTC"},
 };
 
 TEST_F(MonitorDrawing, TellsItsWindowAndZone) {
@@ -527,11 +522,8 @@ TEST_F(MonitorDrawing, BreaksALineWhereReadingsAreMissing) {
         std::vector<long> seconds;
         unsigned long paths;
     } const facts[] = {
-        {{0, 2, 4, 6, 8},         1},
-        {{0, 2, 4, 6, 8, 13, 15}, 1}, // one that is late, or missing
-        {{0, 2, 4, 6, 8, 14, 16}, 2},
-        {{0, 2, 4, 50, 52, 54},   2},
-        {{0, 60},                 1},
+        {{0, 2, 4, 6, 8}, 1},         {{0, 2, 4, 6, 8, 13, 15}, 1},  // one that is late, or missing
+        {{0, 2, 4, 6, 8, 14, 16}, 2}, {{0, 2, 4, 50, 52, 54}, 2},   {{0, 60}, 1},
     };
     for (auto const& [seconds, paths] : facts) {
         std::vector<Reading> readings;
@@ -585,12 +577,12 @@ struct SpreadFact {
 
 // 252 units are 100 percent, and names are 24 apart.
 SpreadFact const SPREAD_FACTS[] = {
-    {"far apart they stand at their values", 0,   50,  100, {0, 126, 252}  },
-    {"just far enough",                      0,   50,  60,  {0, 126, 151.2}},
-    {"those below give way",                 50,  50,  50,  {126, 102, 78} },
-    {"at the top",                           100, 100, 100, {252, 228, 204}},
-    {"at the foot they give way upwards",    0,   0,   0,   {48, 24, 0}    },
-    {"in the order of their values",         1,   3,   2,   {0, 48, 24}    },
+    {"far apart they stand at their values", 0, 50, 100, {0, 126, 252}},
+    {"just far enough", 0, 50, 60, {0, 126, 151.2}},
+    {"those below give way", 50, 50, 50, {126, 102, 78}},
+    {"at the top", 100, 100, 100, {252, 228, 204}},
+    {"at the foot they give way upwards", 0, 0, 0, {48, 24, 0}},
+    {"in the order of their values", 1, 3, 2, {0, 48, 24}},
 };
 
 TEST_F(MonitorDrawing, KeepsNamesApart) {
@@ -661,19 +653,16 @@ std::string svgOf(MonitorChartLine const& line, MonitorChartText const& text) {
 }
 
 constexpr MonitorChartPoint POINTS[] = {
-    {0,      1.5      },
-    {-0.001, 2.25     },
-    {100,    -3.126   },
-    {1e300,  12345.678},
+    {0, 1.5},
+    {-0.001, 2.25},
+    {100, -3.126},
+    {1e300, 12345.678},
 };
 
 TEST(MonitorSvg, HasLinesAsPaths) {
     MonitorChartLine const dashed = {MONITOR_CHART_DISK, 2.8, 0, 5.5, 4, POINTS};
     MonitorChartLine const whole = {MONITOR_CHART_GRID, 1, 3, 0, 2, POINTS};
-    MonitorChartText const text = {
-        MONITOR_CHART_INK, MONITOR_CHART_START, 0, 12, {1, 2},
-            ""
-    };
+    MonitorChartText const text = {MONITOR_CHART_INK, MONITOR_CHART_START, 0, 12, {1, 2}, ""};
     std::string const ink = "<text class=\"ink\" x=\"1\" y=\"2\" font-size=\"12\"></text>\n";
     EXPECT_EQ(svgOf(dashed, text),
               "<path class=\"disk\" stroke-width=\"2.8\" stroke-dasharray=\"0 5.5\" "
@@ -688,18 +677,11 @@ TEST(MonitorSvg, HasTextsWithoutMarkupOfTheirOwn) {
     std::string const path = "<path class=\"ink\" stroke-width=\"1\" d=\"M0 1.5\"/>\n";
     EXPECT_EQ(
         svgOf(line,
-              {
-                  MONITOR_CHART_MUTED, MONITOR_CHART_MIDDLE, 0, 12.5, {1, 2},
-                      "a<b>&\"\x1F\x01 "
-    }),
+              {MONITOR_CHART_MUTED, MONITOR_CHART_MIDDLE, 0, 12.5, {1, 2}, "a<b>&\"\x1F\x01 "}),
         path +
             "<text class=\"muted\" x=\"1\" y=\"2\" font-size=\"12.5\" "
             "text-anchor=\"middle\">a&lt;b&gt;&amp;&quot;   </text>\n");
-    EXPECT_EQ(svgOf(line,
-                    {
-                        MONITOR_CHART_INK, MONITOR_CHART_END, 1, 9, {0, 0},
-                            "50 \xC2\xB0~"
-    }),
+    EXPECT_EQ(svgOf(line, {MONITOR_CHART_INK, MONITOR_CHART_END, 1, 9, {0, 0}, "50 \xC2\xB0~"}),
               path +
                   "<text class=\"ink\" x=\"0\" y=\"0\" font-size=\"9\" text-anchor=\"end\" "
                   "font-weight=\"600\">50 \xC2\xB0~</text>\n");

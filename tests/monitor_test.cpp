@@ -40,33 +40,33 @@ struct IntervalFact {
 };
 
 IntervalFact const INTERVAL_FACTS[] = {
-    {"1",                    1'000'000'000ns     },
-    {"0.1",                  100'000'000ns       },
-    {".5",                   500'000'000ns       },
-    {"2.",                   2'000'000'000ns     },
-    {"0.0010000004",         1'000'000ns         }, // rounded to whole nanoseconds
-    {"0.0010000006",         1'000'001ns         },
-    {"0.00099999",           std::nullopt        },
-    {"0.001",                1'000'000ns         },
-    {"86400",                86'400'000'000'000ns},
-    {"86400.001",            std::nullopt        },
-    {"0",                    std::nullopt        },
-    {"-1",                   std::nullopt        },
-    {"-0.5",                 std::nullopt        },
-    {"+1",                   std::nullopt        },
-    {" 1",                   std::nullopt        },
-    {"1 ",                   std::nullopt        },
-    {"1s",                   std::nullopt        },
-    {"1e0",                  std::nullopt        },
-    {"0x1",                  std::nullopt        },
-    {"1,5",                  std::nullopt        },
-    {"1.5.0",                std::nullopt        },
-    {"nan",                  std::nullopt        },
-    {"inf",                  std::nullopt        },
-    {"",                     std::nullopt        },
-    {".",                    std::nullopt        },
-    {"ten",                  std::nullopt        },
-    {"99999999999999999999", std::nullopt        },
+    {"1", 1'000'000'000ns},
+    {"0.1", 100'000'000ns},
+    {".5", 500'000'000ns},
+    {"2.", 2'000'000'000ns},
+    {"0.0010000004", 1'000'000ns},  // rounded to whole nanoseconds
+    {"0.0010000006", 1'000'001ns},
+    {"0.00099999", std::nullopt},
+    {"0.001", 1'000'000ns},
+    {"86400", 86'400'000'000'000ns},
+    {"86400.001", std::nullopt},
+    {"0", std::nullopt},
+    {"-1", std::nullopt},
+    {"-0.5", std::nullopt},
+    {"+1", std::nullopt},
+    {" 1", std::nullopt},
+    {"1 ", std::nullopt},
+    {"1s", std::nullopt},
+    {"1e0", std::nullopt},
+    {"0x1", std::nullopt},
+    {"1,5", std::nullopt},
+    {"1.5.0", std::nullopt},
+    {"nan", std::nullopt},
+    {"inf", std::nullopt},
+    {"", std::nullopt},
+    {".", std::nullopt},
+    {"ten", std::nullopt},
+    {"99999999999999999999", std::nullopt},
 };
 
 TEST(Monitor, ReadsAnInterval) {
@@ -86,22 +86,22 @@ struct CountFact {
 };
 
 CountFact const COUNT_FACTS[] = {
-    {"0",                    0            },
-    {"1",                    1            },
-    {"007",                  7            },
-    {"999999999",            999'999'999  },
-    {"1000000000",           1'000'000'000},
-    {"1000000001",           std::nullopt },
-    {"18446744073709551616", std::nullopt },
-    {"18446744073709551617", std::nullopt },
-    {"-1",                   std::nullopt },
-    {"+1",                   std::nullopt },
-    {" 1",                   std::nullopt },
-    {"1 ",                   std::nullopt },
-    {"1.5",                  std::nullopt },
-    {"1e3",                  std::nullopt },
-    {"",                     std::nullopt },
-    {"three",                std::nullopt },
+    {"0", 0},
+    {"1", 1},
+    {"007", 7},
+    {"999999999", 999'999'999},
+    {"1000000000", 1'000'000'000},
+    {"1000000001", std::nullopt},
+    {"18446744073709551616", std::nullopt},
+    {"18446744073709551617", std::nullopt},
+    {"-1", std::nullopt},
+    {"+1", std::nullopt},
+    {" 1", std::nullopt},
+    {"1 ", std::nullopt},
+    {"1.5", std::nullopt},
+    {"1e3", std::nullopt},
+    {"", std::nullopt},
+    {"three", std::nullopt},
 };
 
 TEST(Monitor, ReadsACount) {
@@ -117,35 +117,35 @@ struct OffsetFact {
 };
 
 OffsetFact const OFFSET_FACTS[] = {
-    {"Z",       0           },
-    {"+00:00",  0           },
-    {"-00:00",  0           },
-    {"+01:00",  3600        },
-    {"-05:30",  -19800      },
-    {"+00:59",  3540        },
-    {"+00:60",  std::nullopt},
-    {"+23:59",  86340       },
-    {"-23:59",  -86340      },
-    {"+24:00",  std::nullopt},
-    {"+09:19",  33540       },
-    {"+1:00",   std::nullopt},
-    {"+01:0",   std::nullopt},
-    {"+0100",   std::nullopt},
+    {"Z", 0},
+    {"+00:00", 0},
+    {"-00:00", 0},
+    {"+01:00", 3600},
+    {"-05:30", -19800},
+    {"+00:59", 3540},
+    {"+00:60", std::nullopt},
+    {"+23:59", 86340},
+    {"-23:59", -86340},
+    {"+24:00", std::nullopt},
+    {"+09:19", 33540},
+    {"+1:00", std::nullopt},
+    {"+01:0", std::nullopt},
+    {"+0100", std::nullopt},
     {"+01:000", std::nullopt},
-    {"01:00",   std::nullopt},
-    {" 01:00",  std::nullopt},
-    {"+01-00",  std::nullopt},
-    {"+01.00",  std::nullopt},
-    {"+/1:00",  std::nullopt},
-    {"+0::00",  std::nullopt},
-    {"+01:/0",  std::nullopt},
-    {"+01:0:",  std::nullopt},
-    {"+-1:00",  std::nullopt},
-    {"z",       std::nullopt},
-    {"ZZ",      std::nullopt},
-    {"3600",    std::nullopt},
-    {"CET",     std::nullopt},
-    {"",        std::nullopt},
+    {"01:00", std::nullopt},
+    {" 01:00", std::nullopt},
+    {"+01-00", std::nullopt},
+    {"+01.00", std::nullopt},
+    {"+/1:00", std::nullopt},
+    {"+0::00", std::nullopt},
+    {"+01:/0", std::nullopt},
+    {"+01:0:", std::nullopt},
+    {"+-1:00", std::nullopt},
+    {"z", std::nullopt},
+    {"ZZ", std::nullopt},
+    {"3600", std::nullopt},
+    {"CET", std::nullopt},
+    {"", std::nullopt},
 };
 
 TEST(Monitor, ReadsAnOffset) {
@@ -163,22 +163,22 @@ struct NamesFact {
 };
 
 NamesFact const NAMES_FACTS[] = {
-    {"cpu",                         Names{"cpu"}                                    },
-    {"uptime",                      Names{"uptime"}                                 },
-    {"disk,cpu",                    Names{"disk", "cpu"}                            },
+    {"cpu", Names{"cpu"}},
+    {"uptime", Names{"uptime"}},
+    {"disk,cpu", Names{"disk", "cpu"}},
     {"cpu,memory,disk,free,uptime", Names{"cpu", "memory", "disk", "free", "uptime"}},
-    {"",                            std::nullopt                                    },
-    {",",                           std::nullopt                                    },
-    {"cpu,",                        std::nullopt                                    },
-    {",cpu",                        std::nullopt                                    },
-    {"cpu,,disk",                   std::nullopt                                    },
-    {"cpu, disk",                   std::nullopt                                    },
-    {"cpu disk",                    std::nullopt                                    },
-    {"cpu,disk,cpu",                std::nullopt                                    },
-    {"cp",                          std::nullopt                                    },
-    {"cpus",                        std::nullopt                                    },
-    {"CPU",                         std::nullopt                                    },
-    {"time",                        std::nullopt                                    },
+    {"", std::nullopt},
+    {",", std::nullopt},
+    {"cpu,", std::nullopt},
+    {",cpu", std::nullopt},
+    {"cpu,,disk", std::nullopt},
+    {"cpu, disk", std::nullopt},
+    {"cpu disk", std::nullopt},
+    {"cpu,disk,cpu", std::nullopt},
+    {"cp", std::nullopt},
+    {"cpus", std::nullopt},
+    {"CPU", std::nullopt},
+    {"time", std::nullopt},
 };
 
 TEST(Monitor, ReadsNamesOfValues) {
@@ -199,12 +199,12 @@ struct DeadlineFact {
 };
 
 DeadlineFact const DEADLINE_FACTS[] = {
-    {"one interval later",             1000, 100,       1000,               1100              },
-    {"a delay does not shift it",      1000, 100,       1099,               1100              },
-    {"a deadline reached is past",     1000, 100,       1100,               1200              },
-    {"what was slept through is left", 1000, 100,       1734,               1800              },
-    {"by one nanosecond",              0,    3,         5,                  6                 },
-    {"for a day",                      0,    1'000'000, 86'400'000'000'001, 86'400'001'000'000},
+    {"one interval later", 1000, 100, 1000, 1100},
+    {"a delay does not shift it", 1000, 100, 1099, 1100},
+    {"a deadline reached is past", 1000, 100, 1100, 1200},
+    {"what was slept through is left", 1000, 100, 1734, 1800},
+    {"by one nanosecond", 0, 3, 5, 6},
+    {"for a day", 0, 1'000'000, 86'400'000'000'001, 86'400'001'000'000},
 };
 
 TEST(Monitor, KeepsDeadlinesOnAGrid) {
@@ -239,16 +239,16 @@ struct UnitFact {
 };
 
 UnitFact const UNIT_FACTS[] = {
-    {"nothing at all",           0UL,                     "MiB", GIB / 1024       },
-    {"below a GiB",              1'073'741'823UL,         "MiB", GIB / 1024       },
-    {"a GiB",                    1'073'741'824UL,         "GiB", GIB              },
-    {"below a TiB",              1'099'511'627'775UL,     "GiB", GIB              },
-    {"a TiB",                    1'099'511'627'776UL,     "TiB", GIB * 1024       },
-    {"below a PiB",              1'125'899'906'842'623UL, "TiB", GIB * 1024       },
-    {"a PiB",                    1'125'899'906'842'624UL, "PiB", GIB * 1024 * 1024},
-    {"the largest number",       ~0UL,                    "PiB", GIB * 1024 * 1024},
-    {"no number: what is usual", null(),                  "GiB", GIB              },
-    {"nor any value",            Variant(),               "GiB", GIB              },
+    {"nothing at all", 0UL, "MiB", GIB / 1024},
+    {"below a GiB", 1'073'741'823UL, "MiB", GIB / 1024},
+    {"a GiB", 1'073'741'824UL, "GiB", GIB},
+    {"below a TiB", 1'099'511'627'775UL, "GiB", GIB},
+    {"a TiB", 1'099'511'627'776UL, "TiB", GIB * 1024},
+    {"below a PiB", 1'125'899'906'842'623UL, "TiB", GIB * 1024},
+    {"a PiB", 1'125'899'906'842'624UL, "PiB", GIB * 1024 * 1024},
+    {"the largest number", ~0UL, "PiB", GIB * 1024 * 1024},
+    {"no number: what is usual", null(), "GiB", GIB},
+    {"nor any value", Variant(), "GiB", GIB},
 };
 
 TEST(Monitor, ChoosesAUnitForFreeSpace) {
@@ -334,21 +334,21 @@ Reading onlyProcessorAndFree() {
 }
 
 AverageRowFact const AVERAGE_ROW_FACTS[] = {
-    {"all values",               0,    5s,          usualReading(),
-     "average over 5.000 s       12.3      45.0   100.0      80.0         1+02:03:04\n"             },
-    {"some of them",             0,    250ms,       onlyProcessorAndFree(),
-     "average over 0.250 s       12.3                        80.0\n"                                },
-    {"none of them",             0,    0s,          unknown(),              "average over 0.000 s\n"},
-    {"times with a zone",        3600, 5s,          onlyProcessorAndFree(),
-     "average over 5.000 s           12.3                        80.0\n"                            },
-    {"before a day",             0,    86399999ms,  onlyProcessorAndFree(),
-     "average over 86399.999 s   12.3                        80.0\n"                                },
-    {"a day",                    0,    86400s,      onlyProcessorAndFree(),
-     "average over 86400 s       12.3                        80.0\n"                                },
-    {"30 years",                 0,    999999999s,  onlyProcessorAndFree(),
-     "average over 999999999 s   12.3                        80.0\n"                                },
-    {"what is wider than times", 0,    9999999999s, onlyProcessorAndFree(),
-     "average over 9999999999 s   12.3                        80.0\n"                               },
+    {"all values", 0, 5s, usualReading(),
+     "average over 5.000 s       12.3      45.0   100.0      80.0         1+02:03:04\n"},
+    {"some of them", 0, 250ms, onlyProcessorAndFree(),
+     "average over 0.250 s       12.3                        80.0\n"},
+    {"none of them", 0, 0s, unknown(), "average over 0.000 s\n"},
+    {"times with a zone", 3600, 5s, onlyProcessorAndFree(),
+     "average over 5.000 s           12.3                        80.0\n"},
+    {"before a day", 0, 86399999ms, onlyProcessorAndFree(),
+     "average over 86399.999 s   12.3                        80.0\n"},
+    {"a day", 0, 86400s, onlyProcessorAndFree(),
+     "average over 86400 s       12.3                        80.0\n"},
+    {"30 years", 0, 999999999s, onlyProcessorAndFree(),
+     "average over 999999999 s   12.3                        80.0\n"},
+    {"what is wider than times", 0, 9999999999s, onlyProcessorAndFree(),
+     "average over 9999999999 s   12.3                        80.0\n"},
 };
 
 TEST_F(MonitorTable, EndsWithAverages) {
@@ -365,15 +365,15 @@ struct CellFact {
 };
 
 CellFact const FREE_FACTS[] = {
-    {"a whole number has its decimal", GIB * 7,         "       7.0"   },
-    {"none is shown as 0.0",           0.0,             "       0.0"   },
-    {"half a tenth goes up",           GIB * 0.25,      "       0.3"   },
-    {"less goes down",                 GIB * 0.2499,    "       0.2"   },
-    {"the last with its decimal",      GIB * 99999.9,   "   99999.9"   },
-    {"a whole number there",           GIB * 99999,     "   99999.0"   },
-    {"six digits leave none",          GIB * 100000,    "    100000"   },
-    {"and rounding comes first",       GIB * 99999.96,  "    100000"   },
-    {"what is wider than its column",  GIB * 123456789, "  1.23457e+08"},
+    {"a whole number has its decimal", GIB * 7, "       7.0"},
+    {"none is shown as 0.0", 0.0, "       0.0"},
+    {"half a tenth goes up", GIB * 0.25, "       0.3"},
+    {"less goes down", GIB * 0.2499, "       0.2"},
+    {"the last with its decimal", GIB * 99999.9, "   99999.9"},
+    {"a whole number there", GIB * 99999, "   99999.0"},
+    {"six digits leave none", GIB * 100000, "    100000"},
+    {"and rounding comes first", GIB * 99999.96, "    100000"},
+    {"what is wider than its column", GIB * 123456789, "  1.23457e+08"},
 };
 
 TEST_F(MonitorTable, ShowsOneDecimal) {
@@ -388,9 +388,9 @@ TEST_F(MonitorTable, ShowsOneDecimal) {
 }
 
 CellFact const UPTIME_FACTS[] = {
-    {"just started",       0.0F,        "         0+00:00:00"},
-    {"before midnight",    86399.0F,    "         0+23:59:59"},
-    {"a day",              86400.0F,    "         1+00:00:00"},
+    {"just started", 0.0F, "         0+00:00:00"},
+    {"before midnight", 86399.0F, "         0+23:59:59"},
+    {"a day", 86400.0F, "         1+00:00:00"},
     {"a year of 365 days", 31536000.0F, "       365+00:00:00"},
 };
 
@@ -434,11 +434,11 @@ struct NewsFact {
 };
 
 NewsFact const NEWS_FACTS[] = {
-    {0,      0,      ""                                },
-    {0,      ENOENT, "/data: No such file or directory"},
-    {ENOENT, ENOENT, ""                                },
-    {ENOENT, EACCES, "/data: Permission denied"        },
-    {EACCES, 0,      "/data: readable again"           },
+    {0, 0, ""},
+    {0, ENOENT, "/data: No such file or directory"},
+    {ENOENT, ENOENT, ""},
+    {ENOENT, EACCES, "/data: Permission denied"},
+    {EACCES, 0, "/data: readable again"},
 };
 
 TEST(Monitor, TellsOfAnErrorWhenItChanges) {

@@ -68,12 +68,12 @@ struct TimeFact {
 };
 
 TimeFact const TIME_FACTS[] = {
-    {"the epoch",                       {0, {0, 0}},                  0,          0        },
-    {"a present-day time",              {0, {1709618889, 250000000}}, 1709618889, 250000000},
+    {"the epoch", {0, {0, 0}}, 0, 0},
+    {"a present-day time", {0, {1709618889, 250000000}}, 1709618889, 250000000},
     {"the last nanosecond of a second", {0, {1709618889, 999999999}}, 1709618889, 999999999},
-    {"beyond 32 bits",                  {0, {4294967296, 1}},         4294967296, 1        },
-    {"a clock before the epoch",        {0, {-2, 999999999}},         -2,         999999999},
-    {"the last second",                 {0, {LONG_MAX, 999999999}},   LONG_MAX,   999999999},
+    {"beyond 32 bits", {0, {4294967296, 1}}, 4294967296, 1},
+    {"a clock before the epoch", {0, {-2, 999999999}}, -2, 999999999},
+    {"the last second", {0, {LONG_MAX, 999999999}}, LONG_MAX, 999999999},
 };
 
 TEST(XtimeClock, GivesSecondsAndNanoseconds) {
@@ -103,16 +103,16 @@ struct ErrorFact {
 ErrorFact const ERROR_FACTS[] = {
     {"no such clock",
      {EINVAL},
-     "xtime_t::now - Error returned from clock_getttime: Invalid argument"        },
+     "xtime_t::now - Error returned from clock_getttime: Invalid argument"},
     {"no permission",
      {EPERM},
-     "xtime_t::now - Error returned from clock_getttime: Operation not permitted" },
+     "xtime_t::now - Error returned from clock_getttime: Operation not permitted"},
     {"no such call",
      {ENOSYS},
      "xtime_t::now - Error returned from clock_getttime: Function not implemented"},
     {"a number without a name",
      {9999},
-     "xtime_t::now - Error returned from clock_getttime: Unknown error 9999"      },
+     "xtime_t::now - Error returned from clock_getttime: Unknown error 9999"},
 };
 
 template <typename Call>
@@ -157,9 +157,7 @@ TEST(XtimeClock, WorksAgainAfterAFailure) {
     expectThrown(
         [] { xtimeNow(); }, failure,
         std::string("xtime_t::now - Error returned from clock_getttime: ") + std::strerror(EINVAL));
-    Answer const success = {
-        0, {5, 6}
-    };
+    Answer const success = {0, {5, 6}};
     ScopedAnswer const scope(success);
     EXPECT_EQ(xtimeNow(), xtime_t(5, 6));
 }

@@ -46,13 +46,11 @@ struct SeriesLook {
     Variant Reading::*value;
 };
 
-constexpr std::array<SeriesLook, SERIES_COUNT> LOOKS = {
-    {
-     {"cpu", MONITOR_CHART_PROCESSOR, {2.2, 0, 0}, &Reading::processor},
-     {"memory", MONITOR_CHART_MEMORY, {2.2, 7, 5}, &Reading::memory},
-     {"disk", MONITOR_CHART_DISK, {2.8, 0, 5.5}, &Reading::disk},
-     }
-};
+constexpr std::array<SeriesLook, SERIES_COUNT> LOOKS = {{
+    {"cpu", MONITOR_CHART_PROCESSOR, {2.2, 0, 0}, &Reading::processor},
+    {"memory", MONITOR_CHART_MEMORY, {2.2, 7, 5}, &Reading::memory},
+    {"disk", MONITOR_CHART_DISK, {2.8, 0, 5.5}, &Reading::disk},
+}};
 
 // ---- parts of the picture
 
@@ -96,56 +94,39 @@ std::string zoneText(int offsetSeconds) {
 }
 
 void drawHeading(Drawing& drawing, std::string const& subtitle) {
-    drawing.texts.push_back({
-        MONITOR_CHART_INK, MONITOR_CHART_START, true, TITLE_SIZE, {24, 36},
-            drawing.title
-    });
-    drawing.texts.push_back({
-        MONITOR_CHART_MUTED, MONITOR_CHART_START, false, SUBTITLE_SIZE, {24, 58},
-            subtitle
-    });
+    drawing.texts.push_back(
+        {MONITOR_CHART_INK, MONITOR_CHART_START, true, TITLE_SIZE, {24, 36}, drawing.title});
+    drawing.texts.push_back(
+        {MONITOR_CHART_MUTED, MONITOR_CHART_START, false, SUBTITLE_SIZE, {24, 58}, subtitle});
 }
 
 void drawPercentAxis(Drawing& drawing) {
     for (int const percent : {0, 25, 50, 75, 100}) {
         double const y = heightOf(percent);
         auto const role = percent == 0 ? MONITOR_CHART_AXIS : MONITOR_CHART_GRID;
-        drawing.lines.push_back({
-            role, THIN, {{LEFT, y}, {RIGHT, y}}
-        });
-        drawing.texts.push_back({
-            MONITOR_CHART_MUTED,
-            MONITOR_CHART_END,
-            false,
-            AXIS_FONT_SIZE,
-            {LEFT - 10, y + AXIS_FONT_SIZE * HALF_A_DIGIT},
-            std::to_string(percent) + " %"
-        });
+        drawing.lines.push_back({role, THIN, {{LEFT, y}, {RIGHT, y}}});
+        drawing.texts.push_back({MONITOR_CHART_MUTED,
+                                 MONITOR_CHART_END,
+                                 false,
+                                 AXIS_FONT_SIZE,
+                                 {LEFT - 10, y + AXIS_FONT_SIZE * HALF_A_DIGIT},
+                                 std::to_string(percent) + " %"});
     }
 }
 
 void drawTimeAxis(Drawing& drawing, TimeAxis const& axis, TimeScale const& scale) {
     auto const text = [&](MonitorChartRole role, double x, double y, std::string const& label) {
         if (label.empty()) return;
-        drawing.texts.push_back({
-            role, MONITOR_CHART_MIDDLE, false, AXIS_FONT_SIZE, {x, y},
-                label
-        });
+        drawing.texts.push_back({role, MONITOR_CHART_MIDDLE, false, AXIS_FONT_SIZE, {x, y}, label});
     };
     for (long const time : axis.minors) {
         double const x = scale.place(static_cast<double>(time));
-        drawing.lines.push_back({
-            MONITOR_CHART_AXIS, THIN, {{x, BOTTOM}, {x, BOTTOM + 4}}
-        });
+        drawing.lines.push_back({MONITOR_CHART_AXIS, THIN, {{x, BOTTOM}, {x, BOTTOM + 4}}});
     }
     for (MajorTick const& tick : axis.majors) {
         double const x = scale.place(static_cast<double>(tick.time));
-        drawing.lines.push_back({
-            MONITOR_CHART_GRID, THIN, {{x, TOP}, {x, BOTTOM}}
-        });
-        drawing.lines.push_back({
-            MONITOR_CHART_AXIS, THIN, {{x, BOTTOM}, {x, BOTTOM + 8}}
-        });
+        drawing.lines.push_back({MONITOR_CHART_GRID, THIN, {{x, TOP}, {x, BOTTOM}}});
+        drawing.lines.push_back({MONITOR_CHART_AXIS, THIN, {{x, BOTTOM}, {x, BOTTOM + 8}}});
         text(MONITOR_CHART_INK, x, BOTTOM + 24, tick.label);
         text(MONITOR_CHART_MUTED, x, BOTTOM + 42, tick.context);
     }
@@ -212,9 +193,7 @@ void drawRun(Drawing& drawing, Series series, Run const& run, TimeScale const& s
     SeriesLook const& look = LOOKS[series];
     std::vector<Point> path = pathOf(run, series, scale);
     if (path.size() == 1) {  // alone: a dot
-        drawing.lines.push_back({
-            look.role, DOT, {path[0], path[0]}
-        });
+        drawing.lines.push_back({look.role, DOT, {path[0], path[0]}});
         return;
     }
     drawing.lines.push_back({look.role, look.stroke, path});
@@ -256,29 +235,23 @@ void drawLastValues(Drawing& drawing, Reading const& latest,
         SeriesLook const& look = LOOKS[i];
         double const y = heights[i];
         double const start = ends[i] ? ends[i]->y : y;
-        drawing.lines.push_back({
-            look.role, look.stroke, {{RIGHT + 9, start}, {RIGHT + 16, start}, {NAME_LEFT - 8, y}}
-        });
+        drawing.lines.push_back({look.role,
+                                 look.stroke,
+                                 {{RIGHT + 9, start}, {RIGHT + 16, start}, {NAME_LEFT - 8, y}}});
         if (ends[i] && ends[i]->x == RIGHT) {
-            drawing.lines.push_back({
-                look.role, DOT, {*ends[i], *ends[i]}
-            });
+            drawing.lines.push_back({look.role, DOT, {*ends[i], *ends[i]}});
         }
         Variant const& value = latest.*look.value;
         std::string const text = oneDecimal(value) + (isKnown(value) ? " %" : "");
         double const foot = y + VALUE_SIZE * HALF_A_DIGIT;
-        drawing.texts.push_back({
-            MONITOR_CHART_INK,
-            MONITOR_CHART_START,
-            false,
-            VALUE_SIZE,
-            {NAME_LEFT, foot},
-            look.name
-        });
-        drawing.texts.push_back({
-            MONITOR_CHART_INK, MONITOR_CHART_END, true, VALUE_SIZE, {VALUE_RIGHT, foot},
-                text
-        });
+        drawing.texts.push_back({MONITOR_CHART_INK,
+                                 MONITOR_CHART_START,
+                                 false,
+                                 VALUE_SIZE,
+                                 {NAME_LEFT, foot},
+                                 look.name});
+        drawing.texts.push_back(
+            {MONITOR_CHART_INK, MONITOR_CHART_END, true, VALUE_SIZE, {VALUE_RIGHT, foot}, text});
     }
 }
 

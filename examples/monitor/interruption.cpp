@@ -45,10 +45,7 @@ bool Interruption::waitUntil(Clock::time_point deadline) const noexcept {
 }
 
 bool Interruption::waitForRoom(int descriptor) const noexcept {
-    pollfd both[] = {
-        {signals_,   POLLIN,  0},
-        {descriptor, POLLOUT, 0}
-    };
+    pollfd both[] = {{signals_, POLLIN, 0}, {descriptor, POLLOUT, 0}};
     while (poll(both, 2, -1) < 0 && errno == EINTR) {
     }
     return both[1].revents == 0;

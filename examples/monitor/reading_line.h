@@ -17,11 +17,8 @@ struct Field {
 
 // In the order of a line, which is that of a table's columns.
 inline constexpr Field FIELDS[] = {
-    {"cpu",    &Reading::processor},
-    {"memory", &Reading::memory   },
-    {"disk",   &Reading::disk     },
-    {"free",   &Reading::free     },
-    {"uptime", &Reading::uptime   },
+    {"cpu", &Reading::processor}, {"memory", &Reading::memory}, {"disk", &Reading::disk},
+    {"free", &Reading::free},     {"uptime", &Reading::uptime},
 };
 
 /// A value in decimal digits: as few as give the same Float or Uint64 when they are read again,

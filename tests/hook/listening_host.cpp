@@ -9,9 +9,8 @@ int main() {
     for (FailurePath const* path = openFailurePaths(); path->what != nullptr; ++path) {
         bool const told = path->fail();
         auto const heard = testing_support::takeReports();
-        decltype(heard) const expected = {
-            {path->component, path->level, path->message, path->code}
-        };
+        decltype(heard)
+            const expected = {{path->component, path->level, path->message, path->code}};
         bool const exact = told && heard == expected;
         if (!exact) status = 1;
         std::cout << (exact ? "heard: " : "NOT HEARD: ") << path->what << '\n';

@@ -75,9 +75,7 @@ inline char const* const PAST_THE_SOURCE = "SrcStart+Num > Src.size()";
 /// The report of a refusal; none for null.
 inline std::vector<Report> reportOf(char const* message) {
     if (message == nullptr) return {};
-    return {
-        {"ByteStream::copy", 3, message, 0x80070057}
-    };
+    return {{"ByteStream::copy", 3, message, 0x80070057}};
 }
 
 }  // namespace testing_support

@@ -133,10 +133,7 @@ constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
         constexpr unsigned SECONDS = SECONDS_PER_DAY;
         constexpr auto DAYS_BEFORE = static_cast<unsigned>(-daysToMonth(1900, 3));
         auto const natural = static_cast<unsigned>(seconds);
-        return {
-            {1900, DAYS_BEFORE + natural / SECONDS},
-            natural % SECONDS
-        };
+        return {{1900, DAYS_BEFORE + natural / SECONDS}, natural % SECONDS};
     }
     constexpr unsigned long SECONDS = SECONDS_PER_DAY;
     unsigned long const shifted = static_cast<unsigned long>(seconds) + DAYS_SHIFTED * SECONDS;
