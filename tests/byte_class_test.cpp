@@ -1,8 +1,8 @@
+#include "utillibrary/internal/byte_class.h"
+
 #include <string>
 
 #include <gtest/gtest.h>
-
-#include "utillibrary/utilities/byte_class_internal.h"
 
 #include "support/locales.h"
 

@@ -48,7 +48,7 @@ prints_what_it_should() {
 
 @test "the package is the library, its public headers, and two descriptions" {
     diff <(cd "$MOVED/lib" && find . ! -type d | sort) - <<END
-$(cd "$SOURCE_DIR" && find ./utillibrary -name '*.h' ! -name '*_internal.h' |
+$(cd "$SOURCE_DIR" && find ./utillibrary -name '*.h' ! -name '*_internal.h' ! -path '*/internal/*' |
         sed 's,^\.,./include,' | sort)
 ./lib/cmake/utillibrary/utillibraryConfig.cmake
 ./lib/cmake/utillibrary/utillibraryConfigVersion.cmake
@@ -63,8 +63,8 @@ END
 
 @test "no private header is installed, or included by one that is" {
     [[ -n $(find "$MOVED" -name 'Variant.h') ]]
-    [[ -z $(find "$MOVED" -name '*_internal*') ]]
-    run grep --recursive '_internal\.h' "$MOVED/lib/include"
+    [[ -z $(find "$MOVED" -name '*_internal*' -o -name internal) ]]
+    run grep --recursive --extended-regexp '_internal\.h|/internal/' "$MOVED/lib/include"
     [[ $status -eq 1 ]]
 }
 

@@ -6,7 +6,7 @@
 #include <new>
 
 #include "utillibrary/application/ORUsyslog.h"
-#include "utillibrary/application/result_codes_internal.h"
+#include "utillibrary/internal/result_codes.h"
 
 // The block is a bare pointer: a class to own it would bring a heavy header to every host. Between
 // a block's making and its storing nothing can throw.

@@ -3,7 +3,7 @@
 #include <dlfcn.h>
 
 #include "utillibrary/application/ORUsyslog.h"
-#include "utillibrary/application/result_codes_internal.h"
+#include "utillibrary/internal/result_codes.h"
 
 namespace com::halvorin::datatypes {
 

@@ -7,8 +7,8 @@
 
 #include "utillibrary/datatypes/Variant.h"
 #include "utillibrary/datatypes/Variant_internal.h"
-#include "utillibrary/datatypes/truncation_internal.h"
-#include "utillibrary/datatypes/wide_number_internal.h"
+#include "utillibrary/internal/truncation.h"
+#include "utillibrary/internal/wide_number.h"
 
 // A Variant read as a number, a Boolean or a time, and the comparison of floating values.
 namespace com::halvorin::datatypes {

@@ -4,12 +4,12 @@
 #include <type_traits>
 
 #include "utillibrary/application/ORUsyslog.h"
-#include "utillibrary/application/result_codes_internal.h"
 #include "utillibrary/datatypes/Variant.h"
 #include "utillibrary/datatypes/Variant_internal.h"
-#include "utillibrary/utilities/bytes_internal.h"
-#include "utillibrary/utilities/decimal_internal.h"
-#include "utillibrary/utilities/locale_internal.h"
+#include "utillibrary/internal/byte_block.h"
+#include "utillibrary/internal/decimal.h"
+#include "utillibrary/internal/locale.h"
+#include "utillibrary/internal/result_codes.h"
 
 // A Variant as text. Wide and narrow text are made by the same code: Text is one or the other, and
 // what comes in the other width is converted last.

@@ -8,8 +8,8 @@
 #include <ctime>
 #include <stdexcept>
 
-#include "utillibrary/datatypes/truncation_internal.h"
-#include "utillibrary/utilities/calendar_internal.h"
+#include "utillibrary/internal/calendar.h"
+#include "utillibrary/internal/truncation.h"
 
 namespace com::halvorin::datatypes {
 

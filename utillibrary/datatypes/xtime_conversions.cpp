@@ -10,9 +10,9 @@
 #include <optional>
 #include <string_view>
 
-#include "utillibrary/utilities/calendar_internal.h"
-#include "utillibrary/utilities/decimal_internal.h"
-#include "utillibrary/utilities/locale_internal.h"
+#include "utillibrary/internal/calendar.h"
+#include "utillibrary/internal/decimal.h"
+#include "utillibrary/internal/locale.h"
 
 namespace com::halvorin {
 

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <cstring>
 
+#include "utillibrary/internal/byte_block.h"
+#include "utillibrary/internal/byte_class.h"
 #include "utillibrary/utilities/StringEscape_internal.h"
 #include "utillibrary/utilities/StringUtilities.h"
-#include "utillibrary/utilities/byte_class_internal.h"
-#include "utillibrary/utilities/bytes_internal.h"
 
 // The escaped form of texts, written. StringUnescape.cpp reads it.
 namespace com::halvorin::internal {

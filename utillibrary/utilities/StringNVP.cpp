@@ -5,10 +5,10 @@
 #include <bit>
 #include <cstring>
 
+#include "utillibrary/internal/byte_block.h"
+#include "utillibrary/internal/byte_class.h"
+#include "utillibrary/internal/trimmed.h"
 #include "utillibrary/utilities/StringEscape_internal.h"
-#include "utillibrary/utilities/StringTrim_internal.h"
-#include "utillibrary/utilities/byte_class_internal.h"
-#include "utillibrary/utilities/bytes_internal.h"
 
 namespace com::halvorin::utilities {
 

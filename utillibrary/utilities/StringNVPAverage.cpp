@@ -9,11 +9,11 @@
 #include <utility>
 
 #include "utillibrary/application/ORUsyslog.h"
-#include "utillibrary/application/result_codes_internal.h"
+#include "utillibrary/internal/decimal.h"
+#include "utillibrary/internal/locale.h"
+#include "utillibrary/internal/plain_number.h"
+#include "utillibrary/internal/result_codes.h"
 #include "utillibrary/utilities/StringNVP.h"
-#include "utillibrary/utilities/decimal_internal.h"
-#include "utillibrary/utilities/locale_internal.h"
-#include "utillibrary/utilities/plain_number_internal.h"
 
 // The running average of name-value pairs. StringNVP.cpp reads and writes the pairs.
 namespace com::halvorin::utilities {

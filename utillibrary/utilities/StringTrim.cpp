@@ -1,6 +1,6 @@
 #include "utillibrary/utilities/StringTrim.h"
 
-#include "utillibrary/utilities/StringTrim_internal.h"
+#include "utillibrary/internal/trimmed.h"
 
 namespace com::halvorin::utilities {
 

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "utillibrary/internal/byte_block.h"
+#include "utillibrary/internal/byte_class.h"
 #include "utillibrary/utilities/StringUtilities.h"
-#include "utillibrary/utilities/byte_class_internal.h"
-#include "utillibrary/utilities/bytes_internal.h"
 
 // The escaped form of texts, read. StringEscape.cpp writes it.
 namespace com::halvorin::utilities {

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <system_error>
 
-#include "utillibrary/utilities/byte_class_internal.h"
-#include "utillibrary/utilities/bytes_internal.h"
-#include "utillibrary/utilities/decimal_internal.h"
-#include "utillibrary/utilities/plain_number_internal.h"
+#include "utillibrary/internal/byte_block.h"
+#include "utillibrary/internal/byte_class.h"
+#include "utillibrary/internal/decimal.h"
+#include "utillibrary/internal/plain_number.h"
 
 namespace com::halvorin::utilities {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "utillibrary/utilities/calendar_internal.h"
+#include "utillibrary/internal/calendar.h"
 
 namespace com::halvorin::utilities {
 

@@ -1,11 +1,11 @@
-#include "utillibrary/utilities/decimal_internal.h"
+#include "utillibrary/internal/decimal.h"
 
 #include <bit>
 #include <charconv>
 #include <cstdint>
 #include <optional>
 
-#include "utillibrary/utilities/power_of_ten_internal.h"
+#include "utillibrary/internal/power_of_ten.h"
 
 namespace com::halvorin::internal {
 

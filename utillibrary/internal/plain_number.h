@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "utillibrary/utilities/locale_internal.h"
-#include "utillibrary/utilities/power_of_ten_internal.h"
+#include "utillibrary/internal/locale.h"
+#include "utillibrary/internal/power_of_ten.h"
 
 // The direct road from text to floating numbers, narrow and wide.
 namespace com::halvorin::internal {

@@ -1,11 +1,11 @@
-#include "utillibrary/datatypes/wide_number_internal.h"
+#include "utillibrary/internal/wide_number.h"
 
 #include <algorithm>
 #include <cwchar>
 #include <sstream>
 
-#include "utillibrary/utilities/locale_internal.h"
-#include "utillibrary/utilities/plain_number_internal.h"
+#include "utillibrary/internal/locale.h"
+#include "utillibrary/internal/plain_number.h"
 
 namespace com::halvorin::internal {
 

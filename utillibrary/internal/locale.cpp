@@ -1,4 +1,4 @@
-#include "utillibrary/utilities/locale_internal.h"
+#include "utillibrary/internal/locale.h"
 
 #include <cstring>
 #include <langinfo.h>

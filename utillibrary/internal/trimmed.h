@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "utillibrary/utilities/byte_class_internal.h"
+#include "utillibrary/internal/byte_class.h"
 
 namespace com::halvorin::internal {
 
