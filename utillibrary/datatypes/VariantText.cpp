@@ -10,6 +10,7 @@
 #include "utillibrary/internal/decimal.h"
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/result_codes.h"
+#include "utillibrary/internal/rounding.h"
 
 // A Variant as text. Wide and narrow text are made by the same code: Text is one or the other, and
 // what comes in the other width is converted last.
@@ -91,7 +92,8 @@ std::string plainText(double value) { return generalText(value); }
 // stream prints through libc and so follows the rounding mode; the digits made here do not.
 template <typename Text, typename Value>
 Text printed(Value value) {
-    if (!wideStreamsWritePlainNumbers() || (std::is_same_v<Value, double> && !roundsToNearest())) {
+    if (!wideStreamsWritePlainNumbers() ||
+        (std::is_same_v<Value, double> && !decimalsRoundToNearest())) {
         return inserted<Text>(value);
     }
     if constexpr (std::is_same_v<Text, std::string>) {

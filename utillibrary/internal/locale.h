@@ -1,5 +1,7 @@
 #pragma once
 
+#include "utillibrary/internal/rounding.h"
+
 // Questions about the two locales that are in force at once. They move separately: `setlocale` and
 // `uselocale` rule libc (printf, strtod, isspace), `std::locale::global` rules the streams.
 namespace com::halvorin::internal {
@@ -21,18 +23,10 @@ bool globalLocaleIsClassic() noexcept;
 /// Cost  as above; under another locale its facets are looked at, too.
 bool wideStreamsWritePlainNumbers();
 
-/// Whether conversions between decimal text and binary numbers round to the nearest. libc follows
-/// `fesetround`; arithmetic of our own does not in every step.
-inline bool roundsToNearest() noexcept {
-    // Arithmetic tells faster than fegetround: only there is 1 the result of a little more as well
-    // as of a little less. Volatile, so that the sums are made at the time of asking.
-    static constexpr float volatile LITTLE = 0x1p-30F;
-    float const little = LITTLE;
-    return 1.0F + little == 1.0F - little;
-}
-
 /// Whether libc prints numbers, in the calling thread's C locale and rounding mode, as the digits
 /// made here are: both of the above.
-inline bool libcPrintsPlainNumbers() noexcept { return decimalPointIsDot() && roundsToNearest(); }
+inline bool libcPrintsPlainNumbers() noexcept {
+    return decimalPointIsDot() && decimalsRoundToNearest();
+}
 
 }  // namespace com::halvorin::internal

@@ -11,6 +11,7 @@
 
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/power_of_ten.h"
+#include "utillibrary/internal/rounding.h"
 
 // The direct road from text to floating numbers, narrow and wide.
 namespace com::halvorin::internal {

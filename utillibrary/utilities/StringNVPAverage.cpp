@@ -13,6 +13,7 @@
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/plain_number.h"
 #include "utillibrary/internal/result_codes.h"
+#include "utillibrary/internal/rounding.h"
 #include "utillibrary/utilities/StringNVP.h"
 
 // The running average of name-value pairs. StringNVP.cpp reads and writes the pairs.
@@ -83,7 +84,7 @@ public:
 
 private:
     bool pointIsDot_ = decimalPointIsDot();
-    bool nearest_ = roundsToNearest();
+    bool nearest_ = decimalsRoundToNearest();
 };
 
 // KEPT(unreadable-values-are-silent): NaN stands for all of them, and is never mixed in.

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cfenv>
+
+// The rounding modes in force on the calling thread.
+//
+// x86-64 has two rounding words. Arithmetic in float and double obeys the SSE word (MXCSR). glibc's
+// conversions between decimal text and binary numbers (strtod, printf and all that calls them) obey
+// the x87 control word. `fesetround` sets both; `_MM_SET_ROUNDING_MODE` and `_FPU_SETCW` set one.
+// Other processors have one word for both.
+//
+// The questions here read the words. A trial sum would raise FE_INEXACT, which a host may trap.
+namespace com::halvorin::internal {
+
+#ifdef __x86_64__
+
+/// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
+inline bool decimalsRoundToNearest() noexcept {
+    constexpr unsigned short X87_ROUNDING_BITS = 0x0C00;  // both zero: to the nearest
+    unsigned short word = 0;
+    // Volatile: the word may change between two calls, which the compiler does not know.
+    __asm__ volatile("fnstcw %0" : "=m"(word));
+    return (word & X87_ROUNDING_BITS) == 0;
+}
+
+/// True if sums, products and conversions of float and double round to the nearest.
+inline bool arithmeticRoundsToNearest() noexcept {
+    constexpr unsigned int SSE_ROUNDING_BITS = 0x6000;  // both zero: to the nearest
+    return (__builtin_ia32_stmxcsr() & SSE_ROUNDING_BITS) == 0;
+}
+
+#else
+
+/// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
+inline bool decimalsRoundToNearest() noexcept { return std::fegetround() == FE_TONEAREST; }
+
+/// True if sums, products and conversions of float and double round to the nearest.
+inline bool arithmeticRoundsToNearest() noexcept { return decimalsRoundToNearest(); }
+
+#endif
+
+/// True if both do. Code that reads or writes decimals by floating arithmetic needs both.
+inline bool roundsToNearest() noexcept {
+    return decimalsRoundToNearest() && arithmeticRoundsToNearest();
+}
+
+}  // namespace com::halvorin::internal
