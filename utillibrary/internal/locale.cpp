@@ -1,52 +1,63 @@
 #include "utillibrary/internal/locale.h"
 
-#include <cstring>
+#include <algorithm>
+#include <array>
 #include <langinfo.h>
-#include <locale>
+#include <string_view>
 #include <typeinfo>
 
 namespace com::halvorin::internal {
 
 namespace {
 
-// Whether a locale's facet is the one that stands first, or one of the others, and none of a host's
-// making.
+// A facet of one of these types, and not of a type derived from them, is the standard library's own.
 template <typename Facet, typename... Others>
-bool hasStandard(std::locale const& locale) {
-    auto const& facet = std::use_facet<Facet>(locale);
-    return typeid(facet) == typeid(Facet) || (... || (typeid(facet) == typeid(Others)));
+bool isStandard(Facet const& facet) noexcept {
+    auto const& type = typeid(facet);
+    return type == typeid(Facet) || (... || (type == typeid(Others)));
 }
 
-// Whether a locale is the classic one itself. Locales' own == takes an equal name for enough, which
-// one keeps that `combine` has given a foreign facet; a locale is a pointer to what it is.
-bool isClassic(std::locale const& locale) noexcept {
-    // Asked for once: the library initialises itself anew at each question.
-    static std::locale const& classic = std::locale::classic();
-    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-*): its own == says less.
-    return std::memcmp(&locale, &classic, sizeof locale) == 0;
+// The characters that a stream reads or writes in numbers: "inf" and "nan" are numbers, too.
+bool widensNumbersToThemselves(std::ctype<wchar_t> const& facet) {
+    constexpr std::string_view CHARACTERS = "+-.0123456789aefin";
+    std::array<wchar_t, CHARACTERS.size()> wide;
+    facet.widen(CHARACTERS.data(), CHARACTERS.data() + CHARACTERS.size(), wide.data());
+    return std::equal(wide.begin(), wide.end(), CHARACTERS.begin(),
+                      [](wchar_t left, char right) { return left == static_cast<wchar_t>(right); });
 }
 
-// Kept out of the way of those who ask about the classic locale.
-[[gnu::noinline]] bool writesPlainNumbers(std::locale const& locale) {
-    auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(locale);
-    return punctuation.decimal_point() == L'.' && punctuation.grouping().empty() &&
-           hasStandard<std::num_put<wchar_t>>(locale) &&
-           hasStandard<std::ctype<wchar_t>, std::ctype_byname<wchar_t>>(locale);
+// Takes  NumberFacet: the facet that reads or writes. It takes the separators from numpunct, and
+//        the digits from ctype.
+template <typename NumberFacet>
+bool hasStandardFacets(std::locale const& locale) {
+    using Punctuation = std::numpunct<wchar_t>;
+    using Characters = std::ctype<wchar_t>;
+    if (!isStandard(std::use_facet<NumberFacet>(locale))) return false;
+    if (!isStandard<Punctuation, std::numpunct_byname<wchar_t>>(
+            std::use_facet<Punctuation>(locale))) {
+        return false;
+    }
+    auto const& characters = std::use_facet<Characters>(locale);
+    return isStandard<Characters, std::ctype_byname<wchar_t>>(characters) &&
+           widensNumbersToThemselves(characters);
 }
 
 }  // namespace
 
 char singleDecimalPoint() noexcept {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): glibc's points into the locale, which stays.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the string of glibc is part of the locale.
     char const* const point = nl_langinfo(RADIXCHAR);
     return point[0] != '\0' && point[1] != '\0' ? '\0' : point[0];
 }
 
-bool globalLocaleIsClassic() noexcept { return isClassic(std::locale()); }
+bool readsByStandardFacets(std::locale const& locale) {
+    return hasStandardFacets<std::num_get<wchar_t>>(locale);
+}
 
-bool wideStreamsWritePlainNumbers() {
-    std::locale const global;
-    return isClassic(global) || writesPlainNumbers(global);
+bool writesPlainNumbers(std::locale const& locale) {
+    if (!hasStandardFacets<std::num_put<wchar_t>>(locale)) return false;
+    auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(locale);
+    return punctuation.decimal_point() == L'.' && punctuation.grouping().empty();
 }
 
 }  // namespace com::halvorin::internal

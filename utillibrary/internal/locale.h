@@ -1,30 +1,55 @@
 #pragma once
 
+#include <cstring>
+#include <locale>
+
 #include "utillibrary/internal/rounding.h"
 
-// Questions about the two locales that are in force at once. They move separately: `setlocale` and
-// `uselocale` rule libc (printf, strtod, isspace), `std::locale::global` rules the streams.
+// Questions about the two locales that are in force at the same time. `setlocale` and `uselocale`
+// set the C locale, which printf, strtod and isspace follow. `std::locale::global` sets the C++
+// locale, which new streams follow. Either may change without the other.
 namespace com::halvorin::internal {
 
-/// The decimal point that libc writes and reads in the calling thread's C locale, where that is one
-/// byte; else a zero byte.
+/// The decimal point that libc writes and reads in the calling thread's C locale, if it is one byte;
+/// else a zero byte.
 char singleDecimalPoint() noexcept;
 
-/// Whether it is ".".
+/// True if that decimal point is ".".
 inline bool decimalPointIsDot() noexcept { return singleDecimalPoint() == '.'; }
 
-/// Whether the global C++ locale is the classic one, which every program begins with.
-/// Cost  7 ns; under another one the C++ library copies it under a mutex, as it does for every
-///       stream, since there is no other way to ask.
-bool globalLocaleIsClassic() noexcept;
+/// True if `locale` is the classic one itself. The == of std::locale also accepts an equal name,
+/// and a locale keeps its name when `combine` gives it another locale's facet. A std::locale is one
+/// pointer, so the pointers are compared.
+inline bool isClassic(std::locale const& locale) noexcept {
+    // Stored, because std::locale::classic() asks at each call whether it is initialised.
+    static std::locale const& classic = std::locale::classic();
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-*): see above
+    return std::memcmp(&locale, &classic, sizeof locale) == 0;
+}
 
-/// Whether a wide stream made now would write a number as its plain digits: decimal point ".", no
-/// grouping, and the standard's own facets at work.
-/// Cost  as above; under another locale its facets are looked at, too.
-bool wideStreamsWritePlainNumbers();
+/// True if the global C++ locale is the classic one, as it is when a program starts.
+/// Cost  3 ns. Under another locale the C++ library copies that locale under a mutex, as each new
+///       stream does; there is no other way to ask.
+inline bool globalLocaleIsClassic() noexcept { return isClassic(std::locale()); }
 
-/// Whether libc prints numbers, in the calling thread's C locale and rounding mode, as the digits
-/// made here are: both of the above.
+/// True if wide streams with this locale read numbers by facets of the standard library itself, not
+/// by types that a host derived from them, and if these facets widen the characters of numbers to
+/// themselves (as all do whose character set contains ASCII).
+bool readsByStandardFacets(std::locale const& locale);
+
+/// True if wide streams with this locale write each number as in the classic locale: the facets are
+/// the standard library's own, the decimal point is ".", and digits are not grouped.
+bool writesPlainNumbers(std::locale const& locale);
+
+/// True if a wide stream that is made now writes each number as in the classic locale.
+/// Cost  3 ns in the classic locale. Under another locale its facets are looked at, too.
+inline bool wideStreamsWritePlainNumbers() {
+    std::locale const global;
+    return isClassic(global) || writesPlainNumbers(global);
+}
+
+/// True if libc, in the calling thread's C locale and rounding mode, prints numbers as decimal.h
+/// does: the decimal point is ".", and the rounding is to the nearest.
 inline bool libcPrintsPlainNumbers() noexcept {
     return decimalPointIsDot() && decimalsRoundToNearest();
 }

@@ -4,6 +4,7 @@
 #include <cwchar>
 #include <sstream>
 
+#include "utillibrary/internal/formatted.h"
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/plain_number.h"
 
@@ -14,9 +15,8 @@ namespace {
 // The rule itself.
 long extractInt64(std::wstring const& text) {
     std::wistringstream stream(text);
-    stream.exceptions(std::ios_base::badbit);  // no failed allocation passes for a short number
     long value = 0;
-    stream >> std::dec >> value;
+    runFormatted(stream, [&value](std::wistream& in) { in >> std::dec >> value; });
     return value;
 }
 

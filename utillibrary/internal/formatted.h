@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cxxabi.h>
+#include <ios>
+#include <new>
+
+// Formatted extraction and insertion that keep what a facet of the host throws inside.
+namespace com::halvorin::internal {
+
+/// Runs `operation`, which reads from or writes to `stream`. Afterwards the caller uses what the
+/// stream then has: the value read so far, the characters written so far.
+///
+/// A stream catches what a facet throws, std::bad_alloc included, and sets badbit. The mask below
+/// makes the stream rethrow, so that a failed allocation never passes for a result.
+/// Fails  std::bad_alloc and the cancellation of the thread pass. All else is caught here: other
+///        exceptions of a facet, and std::ios_base::failure if a facet sets badbit or its iterator
+///        fails.
+template <typename Stream, typename Operation>
+void runFormatted(Stream& stream, Operation operation) {
+    stream.exceptions(std::ios_base::badbit);
+    try {
+        operation(stream);
+    } catch (abi::__forced_unwind const&) {
+        throw;  // a thread that is being cancelled must not stop here
+    } catch (std::bad_alloc const&) {
+        throw;
+    } catch (...) {
+        return;
+    }
+}
+
+}  // namespace com::halvorin::internal
