@@ -1,7 +1,9 @@
 #include "utillibrary/datatypes/Variant.h"
 
+#include <array>
 #include <cwchar>
 #include <functional>
+#include <iterator>
 #include <stdexcept>
 
 #include "utillibrary/datatypes/Variant_internal.h"
@@ -24,6 +26,8 @@ Variant::Slot slotOf(T value) noexcept {
 }
 
 constexpr Variant::Slot EMPTY_SLOT{};
+
+constexpr VariantType NO_SUCH_TYPE = -1;
 
 // `widened` into the memory that a text has.
 void widenInto(std::wstring& wide, char const* text) {
@@ -65,11 +69,35 @@ Variant& assigned(Variant& variant, T const& value) noexcept(noexcept(variant.as
 
 }  // namespace
 
-wchar_t const* const Variant::typeNames[16] = {
-    L"UnsignedByte", L"Uint16", L"Uint32", L"Byte",    L"Int16",    L"Int32", L"Float",   L"Double",
-    L"String",       L"Int64",  L"Uint64", L"Boolean", L"DateTime", L"Null",  L"Unknown", nullptr};
+#define UTILLIBRARY_NAME(constant, number, name) name,
+#define UTILLIBRARY_NUMBER(constant, number, name) number,
 
-int const Variant::typeNumbers[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 0, -1};
+wchar_t const* const Variant::typeNames[16] = {UTILLIBRARY_VARIANT_TYPES(UTILLIBRARY_NAME) nullptr};
+
+int const Variant::typeNumbers[16] = {UTILLIBRARY_VARIANT_TYPES(UTILLIBRARY_NUMBER) NO_SUCH_TYPE};
+
+namespace {
+
+// The entry of each number in `typeNames`. A number that is listed twice, or that is not below the
+// count of the types, does not compile.
+constexpr auto ENTRY_OF_NUMBER = [] {
+    constexpr VariantType NUMBERS[] = {UTILLIBRARY_VARIANT_TYPES(UTILLIBRARY_NUMBER)};
+    static_assert(std::size(NUMBERS) + 1 == std::size(Variant::typeNames));
+    constexpr std::size_t NONE = std::size(NUMBERS);
+    std::array<std::size_t, std::size(NUMBERS)> entries{};
+    entries.fill(NONE);
+    for (std::size_t i = 0; i < std::size(NUMBERS); ++i) {
+        auto& entry = entries.at(static_cast<std::size_t>(NUMBERS[i]));
+        if (entry != NONE) throw "a number is listed twice";
+        entry = i;
+    }
+    return entries;
+}();
+
+}  // namespace
+
+#undef UTILLIBRARY_NAME
+#undef UTILLIBRARY_NUMBER
 
 double const Variant::FLT_THRESHOLD = 1e-06;
 double const Variant::DBL_THRESHOLD = 1e-12;
@@ -127,8 +155,8 @@ VariantType Variant::typeName2Number(wchar_t const* name) noexcept {
 }
 
 wchar_t const* Variant::typeNumber2Name(int number) noexcept {
-    if (number == UNKNOWN) return typeNames[NULL_VALUE];  // it stands behind the fourteen others
-    return number >= UNSIGNED_BYTE && number <= NULL_VALUE ? typeNames[number - 1] : nullptr;
+    auto const index = static_cast<std::size_t>(number);  // a negative number becomes huge
+    return index < ENTRY_OF_NUMBER.size() ? typeNames[ENTRY_OF_NUMBER[index]] : nullptr;
 }
 
 // ---- changes

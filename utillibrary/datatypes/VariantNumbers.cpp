@@ -37,42 +37,23 @@ void reportNoValue() {
     }
 }
 
-// Hands the value to the reader as what it is: an integer, a bool, a float, a double or a text.
+// Calls the reader with the value: an integer, a bool, a float, a double or a std::wstring. A Variant
+// without a value gives zero.
 template <typename Result, typename Reader>
 Result readAs(Variant const& variant, Reader const& reader) {
-    switch (variant.dataType) {
-        case UNSIGNED_BYTE:
-            return reader(stored<unsigned char>(variant));
-        case UINT16:
-            return reader(stored<unsigned short>(variant));
-        case UINT32:
-            return reader(stored<unsigned int>(variant));
-        case BYTE:
-            return reader(stored<Byte>(variant));
-        case INT16:
-            return reader(stored<short>(variant));
-        case INT32:
-            return reader(stored<int>(variant));
-        case FLOAT:
-            return reader(stored<float>(variant));
-        case DOUBLE:
-            return reader(stored<double>(variant));
-        case STRING:
-            return reader(variant.wText);
-        case INT64:
-            return reader(stored<long>(variant));
-        case UINT64:
-            return reader(stored<unsigned long>(variant));
-        case BOOLEAN:
-            return reader(storedBoolean(variant));
-        case DATE_TIME:
-            return reader(stored<double>(variant));
-        case NULL_VALUE:
-            return Result{};
-        default:
+    return visitValue(variant, [&reader](auto const& value) -> Result {
+        using Value = std::decay_t<decltype(value)>;
+        if constexpr (std::is_same_v<Value, NoValue> || std::is_same_v<Value, UnsupportedType>) {
             reportNoValue();
             return Result{};
-    }
+        } else if constexpr (std::is_same_v<Value, NullValue>) {
+            return Result{};
+        } else if constexpr (std::is_same_v<Value, DateTime>) {
+            return reader(value.vmsSeconds());
+        } else {
+            return reader(value);
+        }
+    });
 }
 
 template <typename Target>

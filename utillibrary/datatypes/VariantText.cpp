@@ -108,45 +108,38 @@ void reportUnknownType() {
                                "Cannot convert unknown type", GENERAL_FAILURE);
 }
 
+// Writes each kind of value. An overload for each C++ type: a new one is ambiguous here until it is
+// added.
+template <typename Text>
+struct TextWriter {
+    Text operator()(NoValue) const { return fromBytes<Text>("unknown"); }
+    Text operator()(NullValue) const { return fromBytes<Text>("null"); }
+    Text operator()(UnsupportedType) const {
+        reportUnknownType();
+        return Text();
+    }
+    Text operator()(unsigned char value) const { return printed<Text>(int{value}); }
+    Text operator()(unsigned short value) const { return printed<Text>(int{value}); }
+    // KEPT(uint32-prints-signed): the 32 bits as an int.
+    Text operator()(unsigned int value) const { return printed<Text>(static_cast<int>(value)); }
+    Text operator()(Byte value) const { return printed<Text>(int{value}); }
+    Text operator()(short value) const { return printed<Text>(int{value}); }
+    Text operator()(int value) const { return printed<Text>(value); }
+    Text operator()(float value) const { return printed<Text>(double{value}); }
+    Text operator()(double value) const { return printed<Text>(value); }
+    // KEPT(int64-prints-as-double): six significant digits, of both 64-bit kinds.
+    Text operator()(long value) const { return printed<Text>(static_cast<double>(value)); }
+    Text operator()(unsigned long value) const { return printed<Text>(static_cast<double>(value)); }
+    Text operator()(bool value) const { return printed<Text>(value); }
+    Text operator()(std::wstring const& text) const { return fromWide<Text>(text); }
+    Text operator()(DateTime const& time) const {
+        return fromNarrow<Text>(time.variant.timeVal.toString(true, 0, ""));
+    }
+};
+
 template <typename Text>
 Text textOf(Variant const& variant) {
-    switch (variant.dataType) {
-        case UNKNOWN:
-            return fromBytes<Text>("unknown");
-        case UNSIGNED_BYTE:
-            return printed<Text>(int{stored<unsigned char>(variant)});
-        case UINT16:
-            return printed<Text>(int{stored<unsigned short>(variant)});
-        // KEPT(uint32-prints-signed): the 32 bits as an int.
-        case UINT32:
-            return printed<Text>(stored<int>(variant));
-        case BYTE:
-            return printed<Text>(int{stored<Byte>(variant)});
-        case INT16:
-            return printed<Text>(int{stored<short>(variant)});
-        case INT32:
-            return printed<Text>(stored<int>(variant));
-        case FLOAT:
-            return printed<Text>(double{stored<float>(variant)});
-        case DOUBLE:
-            return printed<Text>(stored<double>(variant));
-        case STRING:
-            return fromWide<Text>(variant.wText);
-        // KEPT(int64-prints-as-double): six significant digits, of both 64-bit kinds.
-        case INT64:
-            return printed<Text>(static_cast<double>(stored<long>(variant)));
-        case UINT64:
-            return printed<Text>(static_cast<double>(stored<unsigned long>(variant)));
-        case BOOLEAN:
-            return printed<Text>(storedBoolean(variant));
-        case DATE_TIME:
-            return fromNarrow<Text>(variant.timeVal.toString(true, 0, ""));
-        case NULL_VALUE:
-            return fromBytes<Text>("null");
-        default:
-            reportUnknownType();
-            return Text();
-    }
+    return visitValue(variant, TextWriter<Text>());
 }
 
 }  // namespace
