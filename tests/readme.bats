@@ -21,7 +21,7 @@ compile() {
         -Wl,-rpath,"$VARIANTS/gcc" -o "$1"
 }
 
-@test "the first program prints what stands below it" {
+@test "the first program prints what README shows below it" {
     cd "$BATS_TEST_TMPDIR"
     block 1 cpp >first.cpp
     compile first first.cpp
