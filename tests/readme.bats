@@ -46,3 +46,60 @@ END
 Variant::convertToString (3): Cannot convert unknown type [0x80004005]
 END
 }
+
+# commands NUMBER: the lines of that indented block of README's section on installing.
+commands() {
+    awk -v wanted="$1" '
+        /^## / { inside = $0 == "## Installing and linking" }
+        inside && /^    / { if (!open) count++; open = 1; if (count == wanted) print substr($0, 5); next }
+        { open = 0 }' "$SOURCE_DIR/README.md"
+}
+
+# Runs a script in a view of the system in which /etc and /usr/local may be written, and nothing
+# stays. Skips the test where the kernel allows no such view.
+with_a_system_of_its_own() {
+    local folder=$BATS_TEST_TMPDIR/system unshare=(unshare --mount)
+    if (($(id -u) != 0)); then unshare=(unshare --map-root-user --mount); fi
+    mkdir "$folder"
+    cat >mounts <<'END'
+set -euo pipefail
+mount -t tmpfs none "$1"
+for place in /etc /usr/local; do
+    changes=$1/${place//\//_}
+    mkdir "$changes" "$changes.work"
+    mount -t overlay overlay -o "lowerdir=$place,upperdir=$changes,workdir=$changes.work" "$place"
+done
+END
+    "${unshare[@]}" bash mounts "$folder" || skip "this machine allows no mounts of a test's own"
+    cat mounts - >script
+    "${unshare[@]}" bash script "$folder"
+}
+
+@test "the lines on installing, word by word, give a host that runs" {
+    cd "$BATS_TEST_TMPDIR"
+    cp -r "$SOURCE_DIR"/{utillibrary,cmake,CMakeLists.txt} .
+    block 1 cpp >host.cpp
+    block 1 cmake >>use.cmake
+    { commands 1 && commands 2 && echo ./host; } >lines
+    [[ $(wc -l <lines) -eq 6 ]]
+    # The test is root in its own system, where sudo may be missing.
+    mkdir bin
+    printf '#!/bin/sh\nexec "$@"\n' >bin/sudo
+    chmod +x bin/sudo
+    with_a_system_of_its_own >output <<'END'
+PATH=$PWD/bin:$PATH
+source ./lines >log
+./host
+mkdir by_cmake
+{
+    echo 'cmake_minimum_required(VERSION 3.25)'
+    echo 'project(host LANGUAGES CXX)'
+    echo 'add_executable(host ../host.cpp)'
+    cat use.cmake
+} >by_cmake/CMakeLists.txt
+cmake -S by_cmake -B by_cmake/build >>log
+cmake --build by_cmake/build >>log
+by_cmake/build/host
+END
+    diff output <(block 1 text && block 1 text)
+}

@@ -38,6 +38,9 @@ set_tests_properties(package PROPERTIES PROCESSORS 2)
 utillibrary_shell_test(readme)
 set_tests_properties(readme PROPERTIES FIXTURES_REQUIRED library_variants)
 
+utillibrary_shell_test(header_checks)
+set_tests_properties(header_checks PROPERTIES FIXTURES_REQUIRED library_variants)
+
 # What is kept on purpose is named wherever it must be, and the script that says so would notice.
 add_test(NAME kept COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-kept")
 utillibrary_shell_test(check_kept)
