@@ -6,7 +6,7 @@
 
 #include "support/failing_allocations.h"
 
-// What an axis allocates, and what it leaves behind when an allocation fails.
+// What an axis allocates, and what it leaves in its lists when an allocation fails.
 
 using com::halvorin::utilities::MovingTimeAxis;
 using com::halvorin::utilities::MovingTimeScale;
@@ -74,12 +74,12 @@ struct FailureFact {
 };
 
 FailureFact const FAILURE_FACTS[] = {
-    {"no memory for the majors", 100'000, 1000, 0, 120},
-    {"nor for the minor ticks", 100'000, 1000, 1, 120},
-    {"none for the majors of seconds", 1000, 2000, 0, 0},
-    {"nor for the seconds between", 1000, 2000, 1, 0},
-    {"the longest such range", 4'294'967'000, MOST, 1, 0},
-    {"the most ticks", 8'589'934'588, MOST, 0, 2},
+    {"no memory for the first of two lists", 100'000, 1000, 0, 120},
+    {"no memory for the second of two lists", 100'000, 1000, 1, 120},
+    {"no memory for the first list of a step of 0", 1000, 2000, 0, 0},
+    {"no memory for the second list of a step of 0", 1000, 2000, 1, 0},
+    {"no memory for the longest range with a step of 0", 4'294'967'000, MOST, 0, 0},
+    {"no memory for the most ticks", 8'589'934'588, MOST, 0, 2},
 };
 
 TEST_F(AxisTest, HasEmptyListsWhenMemoryFails) {
@@ -91,6 +91,36 @@ TEST_F(AxisTest, HasEmptyListsWhenMemoryFails) {
         EXPECT_EQ(step, row.step);
         EXPECT_EQ(majors, Times());
         EXPECT_EQ(minors, Times());
+    }
+}
+
+struct OneListFact {
+    char const* fact;
+    long tMax;
+    unsigned int ticks;
+    std::size_t count;
+};
+
+OneListFact const ONE_LIST_FACTS[] = {
+    {"a step of 120 s gives 834 majors and 2500 minor ticks", 100'000, 1000, 3334},
+    {"a step of 0 gives 2 majors and 999 minor ticks", 1000, 2000, 1001},
+    {"neighbours are 2 majors and no minor tick", 1, 3, 2},
+    {"an instant is 2 majors and no minor tick", 0, 3, 2},
+};
+
+// If the room for majors and minor ticks were made one after the other, the second allocation could
+// fail when the majors are in the list already: 2505 ticks stayed in it.
+TEST_F(AxisTest, AllocatesOnceForOneListThatIsGivenForBoth) {
+    for (OneListFact const& row : ONE_LIST_FACTS) {
+        SCOPED_TRACE(row.fact);
+        Times one;
+        auto const listBoth = [&] {
+            MovingTimeAxis(0, row.tMax, row.ticks, step, minor, one, one);
+        };
+        EXPECT_TRUE(failsWithout(0, listBoth));
+        EXPECT_EQ(one, Times());
+        EXPECT_EQ(allocationsOf(listBoth), 1);
+        EXPECT_EQ(one.size(), row.count);
     }
 }
 

@@ -714,6 +714,34 @@ TEST(XtimeDecompose, GivesTheNanosecondsAsTheyAre) {
     }
 }
 
+// A caller who passes one variable for several results gets the last of them in the stated order:
+// year, month, day, hour, minute, second, nanoseconds.
+TEST(XtimeDecompose, StoresItsResultsInTheStatedOrder) {
+    // 2024-03-05T06:08:09, and a time that the record cannot contain.
+    struct {
+        long seconds;
+        int results[7];
+    } const times[] = {{SECONDS, {2024, 3, 5, 6, 8, 9, 77}}, {LONG_MAX, {1900, 1, 0, 0, 0, 0, 77}}};
+    for (auto const& row : times) {
+        for (std::size_t one = 0; one < 7; ++one) {
+            for (std::size_t other = one + 1; other < 7; ++other) {
+                SCOPED_TRACE(testing::Message() << row.seconds << ' ' << one << ' ' << other);
+                int results[7] = {-7, -7, -7, -7, -7, -7, -7};
+                int* where[7];
+                for (std::size_t i = 0; i < 7; ++i)
+                    where[i] = &results[i == one ? other : i];
+                // The unsigned type of an int may refer to it.
+                auto& nanoseconds = reinterpret_cast<unsigned int&>(*where[6]);
+                xtime_t(row.seconds, 77)
+                    .decompose(*where[0], *where[1], *where[2], *where[3], *where[4], *where[5],
+                               nanoseconds);
+                for (std::size_t i = 0; i < 7; ++i)
+                    EXPECT_EQ(results[i], i == one ? -7 : row.results[i]);
+            }
+        }
+    }
+}
+
 // libc's own breakdown follows the leap seconds of a "right/" zone: 27 were counted by 2024.
 TEST(XtimeDecompose, CountsNoLeapSecondsUnderAZoneThatDoes) {
     char const* const zone = std::getenv("TZ");

@@ -10,6 +10,7 @@
 
 #include "utillibrary/internal/calendar.h"
 #include "utillibrary/internal/truncation.h"
+#include "utillibrary/internal/wrapping.h"
 
 namespace com::halvorin::datatypes {
 
@@ -17,8 +18,8 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-constexpr double NANOSECONDS = 1e9;
-constexpr double LARGEST_STEP = INT_MAX;
+constexpr double NANOSECONDS_IN_A_SECOND = 1e9;
+constexpr double MOST_SECONDS_AT_ONCE = INT_MAX;
 
 constexpr unsigned long TICKS_PER_SECOND = 10'000'000;
 constexpr unsigned int NANOSECONDS_PER_TICK = 100;
@@ -26,16 +27,8 @@ constexpr unsigned int NANOSECONDS_PER_TICK = 100;
 constexpr unsigned long VMS_EPOCH_TICKS = 35'067'168'000'000'000;
 static_assert(VMS_EPOCH_TICKS == 40587UL * 86400UL * TICKS_PER_SECOND);
 
-// KEPT(clock-error-spelling): three t in the name; the text is compared by hosts.
+// KEPT(clock-error-spelling): the text is part of the contract, with its three t in "getttime".
 constexpr char const* CLOCK_ERROR = "xtime_t::now - Error returned from clock_getttime: ";
-
-constexpr long wrappingSum(long left, long right) noexcept {
-    return static_cast<long>(static_cast<unsigned long>(left) + static_cast<unsigned long>(right));
-}
-
-constexpr long wrappingDifference(long left, long right) noexcept {
-    return static_cast<long>(static_cast<unsigned long>(left) - static_cast<unsigned long>(right));
-}
 
 xtime_t realTimeClock() {
     timespec clock{};
@@ -52,42 +45,35 @@ float xtime_t::difference(xtime_t const& other) const noexcept {
     auto const seconds = static_cast<float>(wrappingDifference(seconds_, other.seconds_));
     auto const nanoseconds =
         static_cast<float>(static_cast<int>(nanoseconds_ - other.nanoseconds_));
-    // KEPT(difference-is-a-float): a double would show more digits than hosts have stored.
-    return static_cast<float>(static_cast<double>(nanoseconds) / NANOSECONDS +
+    // KEPT(difference-is-a-float): each field's difference is rounded to a float before the sum.
+    return static_cast<float>(static_cast<double>(nanoseconds) / NANOSECONDS_IN_A_SECOND +
                               static_cast<double>(seconds));
 }
 
+// The results are stored in the stated order: a caller who passes one variable for several of them
+// gets the last.
 void xtime_t::decompose(int& year, int& month, int& day, int& hour, int& minute, int& second,
                         unsigned int& nanoseconds) const noexcept {
-    nanoseconds = nanoseconds_;
-    if (!isRecorded(seconds_)) {
-        year = ALL_ZERO_RECORD.year;
-        month = ALL_ZERO_RECORD.month;
-        day = hour = minute = second = 0;
-        return;
-    }
-    // As breakDown does it, but the clock is stored before the date is made: with so many
-    // references there are no registers left to keep all six fields in.
-    SecondOfCentury const place = secondOfCentury(seconds_);
-    ClockTime const clock = clockOf(place.secondOfDay);
-    hour = clock.hour;
-    minute = clock.minute;
-    second = clock.second;
-    CivilDate const date = dateOf(place.day);
-    year = static_cast<int>(date.year);  // KEPT(year-wraps-at-32-bits)
-    month = date.month;
-    day = date.day;
+    unsigned int const fraction = nanoseconds_;
+    BrokenDownTime const t = breakDown(seconds_);
+    year = t.year;
+    month = t.month;
+    day = t.day;
+    hour = t.hour;
+    minute = t.minute;
+    second = t.second;
+    nanoseconds = fraction;
 }
 
 void xtime_t::add(float amount) noexcept {
     double whole = 0;
     double const fraction = std::modf(static_cast<double>(amount), &whole);
     // KEPT(add-cuts-nanoseconds): not rounded.
-    unsigned int const step = truncateToUint32(std::fabs(fraction) * NANOSECONDS);
+    unsigned int const step = truncateToUint32(std::fabs(fraction) * NANOSECONDS_IN_A_SECOND);
 
     if (amount >= 0) {
         // KEPT(add-clamps): one call moves by a 32-bit number of seconds at most.
-        seconds_ = wrappingSum(seconds_, truncateToInt32(std::min(whole, LARGEST_STEP)));
+        seconds_ = wrappingSum(seconds_, truncateToInt32(std::min(whole, MOST_SECONDS_AT_ONCE)));
         nanoseconds_ += step;
         if (nanoseconds_ >= NANOSECONDS_PER_SECOND) {
             nanoseconds_ -= NANOSECONDS_PER_SECOND;
@@ -117,16 +103,15 @@ void xtime_t::fromTime_point(
 
 std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds> xtime_t::toTime_point()
     const noexcept {
-    unsigned long const count =
-        static_cast<unsigned long>(seconds_) * NANOSECONDS_PER_SECOND + nanoseconds_;
+    long const count = wrappingSum(wrappingProduct(seconds_, NANOSECONDS_PER_SECOND), nanoseconds_);
     return std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds>(
-        std::chrono::nanoseconds(static_cast<long>(count)));
+        std::chrono::nanoseconds(count));
 }
 
 unsigned long xtime_t::toVMSTime(unsigned long& ticks) const noexcept {
     unsigned long const fraction =
         (nanoseconds_ + NANOSECONDS_PER_TICK / 2UL) / NANOSECONDS_PER_TICK;
-    ticks = static_cast<unsigned long>(seconds_) * TICKS_PER_SECOND + VMS_EPOCH_TICKS + fraction;
+    ticks = asUnsigned(seconds_) * TICKS_PER_SECOND + VMS_EPOCH_TICKS + fraction;
     return ticks;
 }
 

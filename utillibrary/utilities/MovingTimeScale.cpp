@@ -6,17 +6,22 @@
 #include <span>
 #include <stdexcept>
 
+#include "utillibrary/internal/calendar.h"
+#include "utillibrary/internal/wrapping.h"
+
 namespace com::halvorin::utilities {
 
 namespace {
 
+using namespace com::halvorin::internal;
+
 struct TimeStep {
     unsigned long step;         // seconds from one major tick to the next
     unsigned int minor;         // minor ticks between the two
-    unsigned long granularity;  // what a scale may be moved by, in seconds; 0: not at all
+    unsigned long granularity;  // a scale may start at multiples of it, in seconds; 0: of the step
 };
 
-constexpr unsigned long DAY = 86400;
+constexpr unsigned long DAY = SECONDS_PER_DAY;
 
 constexpr TimeStep TIME_TABLE[] = {
     {1, 0, 0},        {2, 1, 0},        {5, 4, 0},        {10, 4, 5},       {15, 2, 5},
@@ -25,17 +30,14 @@ constexpr TimeStep TIME_TABLE[] = {
     {14400, 3, 1800}, {21600, 3, 3600}, {28800, 3, 3600}, {43200, 3, 3600}, {DAY, 3, 3600},
 };
 
-// What goes with the two steps that are in no row: one second for an instant, and whole days.
-constexpr unsigned int MINOR_OF_OTHERS = 3;
+// The minor ticks of the two steps that are in no row: one second for an instant, and whole days.
+constexpr unsigned int MINOR_OF_OTHER_STEPS = 3;
 
-// Sums that may leave 64 bits are made of unsigned numbers, and compared as signed ones.
-constexpr unsigned long asUnsigned(long value) noexcept {
-    return static_cast<unsigned long>(value);
-}
-constexpr long asSigned(unsigned long value) noexcept { return static_cast<long>(value); }
+constexpr char const* INVALID_SCALE = "MovingTimeScale - invalid arguments";
+constexpr char const* INVALID_AXIS = "MovingTimeAxis - invalid arguments";
 
-void check(long tMin, long tMax, unsigned int ticks, char const* complaint) {
-    if (ticks < 3 || tMax < tMin) throw std::invalid_argument(complaint);
+void check(long tMin, long tMax, unsigned int ticks, char const* message) {
+    if (ticks < 3 || tMax < tMin) throw std::invalid_argument(message);
 }
 
 // Takes  seconds: at most 2^63
@@ -43,26 +45,36 @@ constexpr unsigned long roundUpToDays(unsigned long seconds) noexcept {
     return (seconds + DAY - 1) / DAY * DAY;
 }
 
-// KEPT(scale-is-unsigned): the remainder is that of the unsigned number, unlike on the axis.
-constexpr unsigned long multipleBefore(long time, unsigned long step) noexcept {
-    return asUnsigned(time) - asUnsigned(time) % step;
+// The seconds from tMin to tMax: up to 2^64 - 1.
+constexpr unsigned long distanceOf(long tMin, long tMax) noexcept {
+    return asUnsigned(wrappingDifference(tMax, tMin));
 }
 
-// The latest start with which a scale of `length` seconds covers the range.
-std::optional<unsigned long> startOf(TimeStep const& row, unsigned long length, long tMin,
-                                     long tMax) noexcept {
-    unsigned long const first = multipleBefore(tMin, row.step);
+// The time that lies so many seconds after another.
+constexpr long timeAfter(long time, unsigned long seconds) noexcept {
+    return wrappingSum(time, asSigned(seconds));
+}
+
+// KEPT(scale-is-unsigned): the remainder of the unsigned number, unlike on the axis.
+constexpr long multipleBefore(long time, unsigned long step) noexcept {
+    return asSigned(asUnsigned(time) - asUnsigned(time) % step);
+}
+
+// The latest start with which a scale of `length` seconds covers the range, if there is one.
+std::optional<long> startOf(TimeStep const& row, unsigned long length, long tMin,
+                            long tMax) noexcept {
+    long const first = multipleBefore(tMin, row.step);
     unsigned long shift = row.granularity == 0 ? 0 : row.step - row.granularity;
     for (;; shift -= row.granularity) {
-        unsigned long const start = first + shift;
-        if (asSigned(start) <= tMin && asSigned(start + length) >= tMax) return start;
+        long const start = timeAfter(first, shift);
+        if (start <= tMin && timeAfter(start, length) >= tMax) return start;
         if (shift == 0) return std::nullopt;
     }
 }
 
 // KEPT(axis-is-signed): the seconds up to the next multiple in mathematics, unlike on the scale.
 constexpr unsigned long secondsToMultiple(long time, unsigned long step) noexcept {
-    if (time < 0) return (0 - asUnsigned(time)) % step;
+    if (time < 0) return distanceOf(time, 0) % step;
     unsigned long const rest = asUnsigned(time) % step;
     return rest == 0 ? 0 : step - rest;
 }
@@ -72,23 +84,30 @@ TimeStep stepOfAxis(float x) noexcept {
     for (TimeStep const& row : TIME_TABLE) {
         if (static_cast<float>(row.step) >= x) return row;
     }
-    return {roundUpToDays(static_cast<unsigned long>(std::ceil(x))), MINOR_OF_OTHERS, 0};
+    return {roundUpToDays(static_cast<unsigned long>(std::ceil(x))), MINOR_OF_OTHER_STEPS, 0};
 }
 
-// A range whose times are known by their distance from its start: that is 64 bits without a sign,
-// so that nothing overflows on the way to the end or steps past it.
+// A range. Its times are known by their distance from its start, which is an unsigned number of 64
+// bits: no sum overflows on the way to the end, and none goes past the end.
 struct Window {
-    unsigned long start;
+    long start;
     unsigned long length;
 
-    constexpr long at(unsigned long distance) const noexcept { return asSigned(start + distance); }
+    constexpr long at(unsigned long distance) const noexcept { return timeAfter(start, distance); }
 };
 
-// In both lists room for all ticks is made before the first: one allocation, and no list half full.
+// Room for all ticks is made before the first is stored: a failed allocation leaves both lists
+// empty. If one list is given for both, its room is the sum.
+void makeRoom(std::vector<long>& majors, unsigned long majorCount, std::vector<long>& minors,
+              unsigned long minorCount) {
+    bool const oneList = &majors == &minors;
+    minors.reserve(minorCount + (oneList ? majorCount : 0));
+    majors.reserve(majorCount);
+}
 
+// Takes  window.length: below 2^32
 void listEverySecond(Window const& window, std::vector<long>& majors, std::vector<long>& minors) {
-    majors.reserve(2);
-    if (window.length > 1) minors.reserve(window.length - 1);
+    makeRoom(majors, 2, minors, window.length > 1 ? window.length - 1 : 0);
     majors.push_back(window.at(0));
     majors.push_back(window.at(window.length));
     for (unsigned long distance = 1; distance < window.length; ++distance) {
@@ -98,18 +117,18 @@ void listEverySecond(Window const& window, std::vector<long>& majors, std::vecto
 
 void listMultiples(Window const& window, unsigned long step, unsigned int minor,
                    std::vector<long>& majors, std::vector<long>& minors) {
-    unsigned long const first = secondsToMultiple(window.at(0), step);
-    // KEPT(no-major-no-minor): not even those that follow a major before the range.
+    unsigned long const first = secondsToMultiple(window.start, step);
+    // KEPT(no-major-no-minor): without a major there are no minor ticks either.
     if (first > window.length) return;
     unsigned long const count = (window.length - first) / step + 1;
-    majors.reserve(count);
-    minors.reserve((count + 1) * minor);
+    unsigned long const last = first + (count - 1) * step;
+    makeRoom(majors, count, minors, (count + 1) * minor);
 
     for (unsigned long i = 0; i < count; ++i) {
         majors.push_back(window.at(first + i * step));
     }
-    // From a major to the minor ticks that follow it. KEPT(axis-counts-in-floats): the spacing is a
-    // float, and so is each multiple of it.
+    // The seconds from a major to each minor tick after it. KEPT(axis-counts-in-floats): the spacing
+    // is a float, and so is each multiple of it.
     std::array<unsigned long, 4> offsets;
     auto const spacing = static_cast<float>(step) / static_cast<float>(minor + 1);
     for (unsigned int k = 1; k <= minor; ++k) {
@@ -117,15 +136,19 @@ void listMultiples(Window const& window, unsigned long step, unsigned int minor,
     }
     std::span const following(offsets.data(), minor);
 
-    // Those before the first major lie below it, and so below the end.
+    // Before the first major: after the start, and so before the end.
     for (unsigned long const offset : following) {
         if (first + offset > step) minors.push_back(window.at(first + offset - step));
     }
-    for (unsigned long i = 0; i < count; ++i) {
-        unsigned long const major = first + i * step;
+    // Between two majors: an offset is at most about 4/5 of the step, and so lies in the range.
+    for (unsigned long major = first; major < last; major += step) {
         for (unsigned long const offset : following) {
-            if (offset < window.length - major) minors.push_back(window.at(major + offset));
+            minors.push_back(window.at(major + offset));
         }
+    }
+    // After the last major: as far as the range goes.
+    for (unsigned long const offset : following) {
+        if (offset < window.length - last) minors.push_back(window.at(last + offset));
     }
 }
 
@@ -133,46 +156,46 @@ void listMultiples(Window const& window, unsigned long step, unsigned int minor,
 
 void MovingTimeScale(long tMin, long tMax, unsigned int ticks, unsigned long minStep, long& start,
                      long& end, unsigned long& step, unsigned int& minor) {
-    check(tMin, tMax, ticks, "MovingTimeScale - invalid arguments");
+    check(tMin, tMax, ticks, INVALID_SCALE);
     unsigned int const intervals = ticks - 1;
-    auto const write = [&](unsigned long from, TimeStep const& chosen) {
-        start = asSigned(from);
-        end = asSigned(from + chosen.step * intervals);
+    auto const write = [&](long from, TimeStep const& chosen) {
+        start = from;
+        end = timeAfter(from, chosen.step * intervals);  // < 2^49 seconds
         step = chosen.step;
         minor = chosen.minor;
     };
     // KEPT(instant-has-seconds): no row has both this step and these minor ticks.
-    if (tMin == tMax) return write(asUnsigned(tMax), {1, MINOR_OF_OTHERS, 0});
+    if (tMin == tMax) return write(tMax, {1, MINOR_OF_OTHER_STEPS, 0});
 
-    unsigned long const range = asUnsigned(tMax) - asUnsigned(tMin);
+    unsigned long const distance = distanceOf(tMin, tMax);
     for (TimeStep const& row : TIME_TABLE) {
         unsigned long const length = row.step * intervals;  // < 2^49
-        // One that is shorter than the range covers it from nowhere.
-        if (row.step < minStep || length < range) continue;
-        auto const from = startOf(row, length, tMin, tMax);
-        if (from) return write(*from, row);
+        // A scale that is shorter than the range covers it from no start.
+        if (row.step < minStep || length < distance) continue;
+        if (auto const from = startOf(row, length, tMin, tMax)) return write(*from, row);
     }
-    // KEPT(days-in-32-bits): not the whole distance, and the cut before rounding may cost the end.
-    unsigned long const from = multipleBefore(tMin, DAY);
-    auto const distance = static_cast<unsigned int>(asUnsigned(tMax) - from);
-    write(from, {roundUpToDays(distance / intervals), MINOR_OF_OTHERS, 0});
+    // KEPT(days-in-32-bits): not the whole distance; and cut before it is rounded up to days, so that
+    // the scale may end before tMax.
+    long const from = multipleBefore(tMin, DAY);
+    auto const low32Bits = static_cast<unsigned int>(distanceOf(from, tMax));
+    write(from, {roundUpToDays(low32Bits / intervals), MINOR_OF_OTHER_STEPS, 0});
 }
 
 void MovingTimeAxis(long tMin, long tMax, unsigned int ticks, unsigned long& step,
                     unsigned int& minor, std::vector<long>& majors, std::vector<long>& minors) {
-    // KEPT(axis-empties-before-it-checks): unlike the scale, which leaves all as it was.
+    // KEPT(axis-empties-before-it-checks): unlike the scale, which writes nothing when it throws.
     majors.clear();
     minors.clear();
     step = 0;
     minor = 0;
-    check(tMin, tMax, ticks, "MovingTimeAxis - invalid arguments");
+    check(tMin, tMax, ticks, INVALID_AXIS);
 
-    Window const window{asUnsigned(tMin), asUnsigned(tMax) - asUnsigned(tMin)};
-    // KEPT(axis-counts-in-floats): what a float cannot hold of the range is rounded.
+    Window const window{tMin, distanceOf(tMin, tMax)};
+    // KEPT(axis-counts-in-floats): a range beyond 2^24 seconds is rounded.
     float const x = static_cast<float>(window.length) / static_cast<float>(ticks - 1);
     if (x < 1) {
         listEverySecond(window, majors, minors);
-        // KEPT(step-0-fills-every-second): for an instant this wraps.
+        // KEPT(step-0-fills-every-second): -1 for an instant, as an unsigned number.
         minor = static_cast<unsigned int>(window.length - 1);
         return;
     }
