@@ -1,14 +1,16 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <string>
 
-// Digits, written once: whatever this library prints in decimal.
-// All writers take a position in the caller's buffer and give the position after what they wrote.
+// The digits of numbers: what this library writes in decimal or hexadecimal, it writes from here.
+// Each writer takes a position in the caller's buffer and returns the position after its last
+// character.
 namespace com::halvorin::internal {
 
-/// "00", "01" ... "99", one after the other.
+/// "00", "01" ... "99" in a row.
 inline constexpr auto TWO_DIGITS = [] {
     std::array<char, 200> table{};
     for (std::size_t i = 0; i < 100; ++i) {
@@ -17,6 +19,9 @@ inline constexpr auto TWO_DIGITS = [] {
     }
     return table;
 }();
+
+/// The character of each hexadecimal digit, 0 to 15.
+inline constexpr char HEXADECIMAL_DIGITS[] = "0123456789abcdef";
 
 /// Takes  value: 0..99
 inline char* writeTwoDigits(char* out, unsigned value) noexcept {
@@ -29,22 +34,32 @@ inline char* writeFourDigits(char* out, unsigned value) noexcept {
     return writeTwoDigits(writeTwoDigits(out, value / 100), value % 100);
 }
 
-/// A whole number as std::to_string writes it, which takes a third longer for 64 bits: it asks for
-/// the number of digits first.
+/// A whole number as std::to_string writes it. For 64 bits std::to_string takes a third longer,
+/// because it counts the digits first.
 std::string wholeText(long value);
 
-/// The room that `writeGeneral` needs: its longest text is "-1.23457e+308", and it stores eight
-/// characters at once, at the farthest those behind "-0.000".
+/// The bytes that `writeGeneral` needs. Its longest result is "-1.23457e+308". It also stores eight
+/// characters at once, the last of them up to here, after "-0.000".
 inline constexpr std::size_t GENERAL_SIZE = 14;
 
-/// What `printf("%.6g")` writes in the C locale under round-to-nearest; needs GENERAL_SIZE bytes.
+/// Writes what printf writes for "%g" in the "C" locale when it rounds to the nearest.
+/// Takes  out: GENERAL_SIZE bytes
 char* writeGeneral(char* out, double value) noexcept;
 
-/// The same as a text, which a std::string keeps in itself: it is written in place.
+/// The same as a string. A std::string contains so few bytes without the heap; they are written in
+/// place.
 inline std::string generalText(double value) {
     std::string text(GENERAL_SIZE, '\0');
     text.erase(static_cast<std::size_t>(writeGeneral(text.data(), value) - text.data()));
     return text;
 }
+
+/// The bytes that `printGeneral` needs: the decimal point of a C locale may have several bytes.
+inline constexpr std::size_t PRINTED_GENERAL_SIZE = 32;
+
+/// Writes what printf writes for "%g" now, in the C locale and the rounding mode in force.
+/// Takes  out: PRINTED_GENERAL_SIZE bytes; plain: the answer of libcPrintsPlainNumbers(), which a
+///        caller with many numbers asks for once
+char* printGeneral(char* out, double value, bool plain) noexcept;
 
 }  // namespace com::halvorin::internal

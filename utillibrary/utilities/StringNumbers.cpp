@@ -79,10 +79,9 @@ bool strtodEx(std::string const& text, double& value) noexcept {
 }
 
 std::string convertToHex(unsigned int value) {
-    constexpr char DIGITS[] = "0123456789abcdef";
     std::string text = "0x00000000";
     for (std::size_t i = text.size() - 1; i >= 2; --i, value >>= 4)
-        text[i] = DIGITS[value & 0xF];
+        text[i] = HEXADECIMAL_DIGITS[value & 0xF];
     return text;
 }
 
