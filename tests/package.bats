@@ -57,6 +57,7 @@ $(cd "$SOURCE_DIR" && find ./utillibrary -name '*.h' ! -name '*_internal.h' ! -p
 ./lib/libutillibrary.so
 ./lib/libutillibrary.so.1
 ./lib/libutillibrary.so.1.0.0
+./lib/libutillibrary.so.1.0.0-gdb.py
 ./lib/pkgconfig/utillibrary.pc
 END
 }

@@ -35,6 +35,16 @@ set_tests_properties(exports PROPERTIES FIXTURES_REQUIRED library_variants)
 utillibrary_shell_test(package)
 set_tests_properties(package PROPERTIES PROCESSORS 2)
 
+# Where there is no gdb, there is nothing to see.
+find_program(GDB_PROGRAM gdb)
+if(GDB_PROGRAM)
+  utillibrary_shell_test(gdb_printers)
+  set_property(TEST gdb_printers APPEND PROPERTY ENVIRONMENT
+    "GDB=${GDB_PROGRAM}" "BUILD=${PROJECT_BINARY_DIR}")
+else()
+  message(STATUS "gdb is missing, so the test of its printers is left out")
+endif()
+
 utillibrary_shell_test(readme)
 set_tests_properties(readme PROPERTIES FIXTURES_REQUIRED library_variants)
 
