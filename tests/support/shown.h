@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <cxxabi.h>
 #include <exception>
 #include <map>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -13,7 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include <cxxabi.h>
 #include <gtest/gtest.h>
 
 #include <utillibrary/datatypes/ByteStream.h>
@@ -187,11 +188,11 @@ inline void expectOneOf(char const* place, std::string const& expected,
 
 }  // namespace com::halvorin::test
 
-#define EXPECT_SHOWN(place, expected, variable)      \
-    ::com::halvorin::test::expectOneOf(place, expected, \
-                                       {::com::halvorin::test::shown(variable)})
+#define EXPECT_SHOWN(place, expected, variable) \
+    ::com::halvorin::test::expectOneOf(place, expected, {::com::halvorin::test::shown(variable)})
 
-#define EXPECT_RESULT(place, expected, expression, ...) \
-    ::com::halvorin::test::expectOneOf(                 \
-        place, expected,                                \
-        ::com::halvorin::test::results([&]() -> decltype(auto) { return expression; } __VA_OPT__(, ) __VA_ARGS__))
+#define EXPECT_RESULT(place, expected, expression, ...)                                         \
+    ::com::halvorin::test::expectOneOf(place, expected,                                         \
+                                       ::com::halvorin::test::results([&]() -> decltype(auto) { \
+                                           return expression;                                   \
+                                       } __VA_OPT__(, ) __VA_ARGS__))
