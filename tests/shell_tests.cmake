@@ -48,6 +48,9 @@ endif()
 utillibrary_shell_test(readme)
 set_tests_properties(readme PROPERTIES FIXTURES_REQUIRED library_variants)
 
+utillibrary_shell_test(pages)
+set_tests_properties(pages PROPERTIES FIXTURES_REQUIRED library_variants)
+
 utillibrary_shell_test(header_checks)
 set_tests_properties(header_checks PROPERTIES FIXTURES_REQUIRED library_variants)
 
