@@ -3,8 +3,6 @@
 # what leaves is exported_symbols.txt, mangled, in the order of the C locale; scripts/update-exports
 # writes it anew.
 
-VARIANT_NAMES=({gcc,clang}{,-lto}{,-symbolic})
-
 setup_file() {
     : "${SOURCE_DIR:?}" "${VARIANTS:?}" "${NM:?}" "${READELF:?}"
 }
@@ -33,10 +31,10 @@ none() {
 # for_every_variant CHECK: calls it with the name of each.
 for_every_variant() {
     local variant
-    for variant in "${VARIANT_NAMES[@]}"; do
+    while read -r variant; do
         echo "library: $variant"
         "$1" "$variant"
-    done
+    done <"$VARIANTS/names"
 }
 
 exports_are_listed() {

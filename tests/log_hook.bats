@@ -1,7 +1,7 @@
 #!/usr/bin/env bats
-# A host's log hook hears every report of the library, whatever the library and the host were built
-# with; a host without one hears nothing. What is done and what must be heard stands in
-# hook/failure_paths.cpp.
+# A host that defines the log hook receives every report of the library, whatever flags built the
+# library and the host. A host without a hook receives nothing. hook/failure_paths.cpp lists what is
+# done and which report must arrive.
 
 bats_require_minimum_version 1.5.0
 
@@ -84,14 +84,33 @@ every_host_hears() {
     done
 }
 
-@test "gcc"                                { every_host_hears gcc; }
-@test "gcc, symbolic functions"            { every_host_hears gcc-symbolic; }
-@test "gcc with LTO"                       { every_host_hears gcc-lto; }
-@test "gcc with LTO, symbolic functions"   { every_host_hears gcc-lto-symbolic; }
-@test "clang"                              { every_host_hears clang; }
-@test "clang, symbolic functions"          { every_host_hears clang-symbolic; }
-@test "clang with LTO"                     { every_host_hears clang-lto; }
-@test "clang with LTO, symbolic functions" { every_host_hears clang-lto-symbolic; }
+# every_library_reaches_every_host VARIANTS...
+every_library_reaches_every_host() {
+    local variant
+    for variant in "$@"; do
+        every_host_hears "$variant"
+    done
+}
+
+@test "a library of gcc, with every linker and symbolic flag, reports to every host" {
+    every_library_reaches_every_host gcc gcc-{bfd,gold,lld}-{functions,symbolic}
+}
+
+@test "a library of gcc with LTO, with every symbolic flag, reports to every host" {
+    every_library_reaches_every_host gcc-lto gcc-lto-bfd-{functions,symbolic}
+}
+
+@test "a library of clang, with every linker and symbolic flag, reports to every host" {
+    every_library_reaches_every_host clang clang-{bfd,gold,lld}-{functions,symbolic}
+}
+
+@test "a library of clang with LTO, with every symbolic flag, reports to every host" {
+    every_library_reaches_every_host clang-lto clang-lto-lld-{functions,symbolic}
+}
+
+@test "a library whose last linker flag is -Bsymbolic reports to every host" {
+    every_host_hears clang-lld-last
+}
 
 @test "a host that does not export its hook hears nothing when it loads the library" {
     cd "$(host_folder gcc)"
@@ -102,11 +121,19 @@ every_host_hears() {
     [[ $output == *"NOT HEARD"* ]]
 }
 
-@test "the library's calls go through the dynamic symbol table" {
+# library_shows VARIANT READELF_FLAG
+library_shows() {
+    "$READELF" --wide "$2" "$VARIANTS/$1/libutillibrary.so.1"
+}
+
+@test "the library's calls go through the dynamic symbol table, and the library comes last there" {
     local variant
-    for variant in {gcc,clang}{,-lto}{,-symbolic}; do
+    while read -r variant; do
         echo "library: $variant"
-        "$READELF" --wide --relocs "$VARIANTS/$variant/libutillibrary.so.1" |
+        library_shows "$variant" --relocs |
             grep -E '(JUMP_SLO|GLOB_DAT).*_ZN3com8halvorin11application3oru8writelog'
-    done
+        # With this flag the loader would look into the library before it looks into the program.
+        run grep SYMBOLIC <(library_shows "$variant" --dynamic)
+        [[ $status -eq 1 ]]
+    done <"$VARIANTS/names"
 }
