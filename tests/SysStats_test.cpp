@@ -1,6 +1,7 @@
 #include <array>
 #include <chrono>
 #include <fstream>
+#include <pthread.h>
 #include <string>
 #include <sys/statvfs.h>
 #include <type_traits>
@@ -12,7 +13,11 @@
 
 using com::halvorin::internal::cpuLoad;
 using com::halvorin::internal::CpuTotals;
+using com::halvorin::internal::DiskBlocks;
+using com::halvorin::internal::DiskUse;
+using com::halvorin::internal::diskUse;
 using com::halvorin::internal::parseCpuTotals;
+using com::halvorin::internal::percentInUse;
 using com::halvorin::internal::percentOf;
 using com::halvorin::utilities::SysStats;
 
@@ -114,6 +119,54 @@ TEST(PercentOf, RoundsCountsToFloatsAndDividesThemAsDoubles) {
     for (ShareFact const& row : SHARE_FACTS) {
         SCOPED_TRACE(row.fact);
         EXPECT_EQ(percentOf(row.part, row.total), row.percent);
+    }
+}
+
+TEST(PercentInUse, IsAllOfItWithoutAnyTotal) {
+    EXPECT_EQ(percentInUse(0, 0), 100.0F);
+    EXPECT_EQ(percentInUse(5, 0), 100.0F);
+    EXPECT_EQ(percentInUse(0, 1), 0.0F);
+    EXPECT_EQ(percentInUse(1, 1), 100.0F);
+    EXPECT_EQ(percentInUse(1, 4), 25.0F);
+}
+
+struct DiskFact {
+    char const* fact;
+    DiskBlocks blocks;
+    float percent;
+    unsigned long free;
+};
+
+DiskFact const DISK_FACTS[] = {
+    {"with one size for both, used is total less free", {1000, 4096, 250, 4096}, 75.0F, 1024000},
+    {"the total is counted in fragments",
+     {1000, 1024, 10, 4096},
+     96.0F,
+     40960},  // KEPT(two-block-sizes)
+    {"the free space is counted in blocks", {1000, 4096, 100, 1024}, 97.5F, 102400},
+    {"a disk that is all free is 0 percent used", {1000, 512, 1000, 512}, 0.0F, 512000},
+    {"a disk without free blocks is 100 percent used", {1000, 512, 0, 512}, 100.0F, 0},
+    {"a disk of no blocks is 100 percent used", {0, 4096, 0, 4096}, 100.0F, 0},
+    {"a disk of no blocks may have free bytes", {0, 4096, 7, 4096}, 100.0F, 28672},
+    {"a disk of fragments of 0 bytes is 100 percent used", {1000, 0, 7, 4096}, 100.0F, 28672},
+    {"used wraps at 64 bits where free is above the total",
+     {100, 1, 101, 1},
+     0x1p+64F,
+     101},  // KEPT(two-block-sizes)
+    {"the total wraps at 64 bits", {1UL << 63, 2, 7, 1}, 100.0F, 7},
+    {"the free space wraps at 64 bits", {1000, 1, 1UL << 63, 2}, 100.0F, 0},
+    {"counts become floats and are divided as doubles",
+     {27203377, 1, 1148158, 1},
+     0x1.7f1e12p+6F,
+     1148158},
+};
+
+TEST(DiskUse, CountsTheTotalInFragmentsAndTheFreeSpaceInBlocks) {
+    for (DiskFact const& row : DISK_FACTS) {
+        SCOPED_TRACE(row.fact);
+        DiskUse const use = diskUse(row.blocks);
+        EXPECT_EQ(use.percent, row.percent);
+        EXPECT_EQ(use.free, row.free);
     }
 }
 
@@ -261,6 +314,53 @@ TEST(ThisMachine, HasBeenUpSinceItsFileSays) {
     EXPECT_GE(uptime, before - 16.0);
     EXPECT_LE(uptime, after + 16.0);
     EXPECT_GT(uptime, 0.0);
+}
+
+// What a thread has done between a request to cancel it and its end.
+struct Cancelled {
+    bool readEverything = false;
+    bool wentOn = false;
+    Counters counters{};
+    float memory = 0;
+    float uptime = 0;
+    float percent = -1;
+    int diskResult = -1;
+};
+
+void* readWhileCancelled(void* argument) {
+    auto& done = *static_cast<Cancelled*>(argument);
+    pthread_cancel(pthread_self());  // takes effect in the next call that is a cancellation point
+    {
+        SysStats const machine;
+        auto& counters = done.counters;
+        machine.getCPUTotals(counters[0], counters[1], counters[2], counters[3]);
+        done.memory = machine.systemMemory();
+        done.uptime = machine.uptime();
+        unsigned long free = 0;
+        done.diskResult = machine.diskSpace("/", done.percent, free);
+        machine.systemCPU();
+        done.readEverything = true;
+    }
+    pthread_testcancel();
+    done.wentOn = true;
+    return nullptr;
+}
+
+TEST(ThisMachine, IsReadToTheEndByAThreadThatIsBeingCancelled) {
+    Cancelled done;
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, nullptr, readWhileCancelled, &done), 0);
+    void* result = nullptr;
+    ASSERT_EQ(pthread_join(thread, &result), 0);
+    EXPECT_TRUE(done.readEverything);
+    EXPECT_THAT(done.counters, testing::Contains(testing::Gt(0UL)));
+    EXPECT_GT(done.memory, 0.0F);
+    EXPECT_GT(done.uptime, 0.0F);
+    EXPECT_GE(done.percent, 0.0F);
+    EXPECT_EQ(done.diskResult, 0);
+    // The request is still in force after the readings.
+    EXPECT_EQ(result, PTHREAD_CANCELED);
+    EXPECT_FALSE(done.wentOn);
 }
 
 }  // namespace

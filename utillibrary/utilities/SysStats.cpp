@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/statvfs.h>
 #include <sys/sysinfo.h>
 #include <unistd.h>
@@ -15,11 +16,29 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// A label and four numbers of 20 digits end before this.
-using ProcStatStart = std::array<char, 256>;
+// The label and four numbers of 20 digits end before this size.
+constexpr std::size_t STAT_BYTES = 256;
+using StatBuffer = std::array<char, STAT_BYTES>;
 
-// The beginning of a file, through the system's own calls: a stream would allocate.
-std::string_view readStart(char const* path, ProcStatStart& buffer) noexcept {
+// While an object of this class exists, its thread cannot be cancelled: cancellation waits until the
+// reading is complete. Without it, pthread_cancel would unwind the stack from `open`, `read` or
+// `close` through functions that are noexcept, and would end the process.
+class CancellationDelay {
+public:
+    CancellationDelay() noexcept { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous_); }
+    ~CancellationDelay() { pthread_setcancelstate(previous_, nullptr); }
+    CancellationDelay(CancellationDelay const&) = delete;
+    CancellationDelay(CancellationDelay&&) = delete;
+    CancellationDelay& operator=(CancellationDelay const&) = delete;
+    CancellationDelay& operator=(CancellationDelay&&) = delete;
+
+private:
+    int previous_ = PTHREAD_CANCEL_ENABLE;
+};
+
+// The first bytes of a file. It uses system calls, because a stream would allocate.
+std::string_view readStart(char const* path, StatBuffer& buffer) noexcept {
+    CancellationDelay const delay;
     int const file = open(path, O_RDONLY | O_CLOEXEC);
     if (file < 0) return {};
     std::size_t size = 0;
@@ -34,20 +53,22 @@ std::string_view readStart(char const* path, ProcStatStart& buffer) noexcept {
 }
 
 CpuTotals readCpuTotals() noexcept {
-    ProcStatStart buffer;
+    StatBuffer buffer;
     return parseCpuTotals(readStart("/proc/stat", buffer));
 }
 
-// All zero should the call fail, which is not asked.
+// All fields are zero if the call fails; its result is not checked.
 struct sysinfo readSysinfo() noexcept {
+    CancellationDelay const delay;
     struct sysinfo info {};
     sysinfo(&info);
     return info;
 }
 
-// Where there is nothing to use, all of it is in use.
-float percentInUse(unsigned long used, unsigned long total) noexcept {
-    return total == 0 ? 100.0F : percentOf(used, total);
+// Returns 0, or the errno of the call.
+int readDisk(char const* path, struct statvfs& status) noexcept {
+    CancellationDelay const delay;
+    return statvfs(path, &status) == 0 ? 0 : errno;
 }
 
 }  // namespace
@@ -65,11 +86,11 @@ float SysStats::systemMemory() const noexcept {
 int SysStats::diskSpace(std::string const& path, float& percent,
                         unsigned long& free) const noexcept {
     struct statvfs status {};
-    if (statvfs(path.c_str(), &status) != 0) return errno;
-    // KEPT(two-block-sizes): f_frsize for the one, f_bsize for the other.
-    unsigned long const total = status.f_blocks * status.f_frsize;
-    free = status.f_bavail * status.f_bsize;
-    percent = percentInUse(total - free, total);
+    if (int const error = readDisk(path.c_str(), status); error != 0) return error;
+    DiskUse const use =
+        diskUse({status.f_blocks, status.f_frsize, status.f_bavail, status.f_bsize});
+    free = use.free;
+    percent = use.percent;
     return 0;
 }
 

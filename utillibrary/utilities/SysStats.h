@@ -11,8 +11,8 @@ namespace com::halvorin::utilities {
 // Percentages are 0 to 100, but for `diskSpace` where its two block sizes differ. Nothing is
 // logged, thrown or allocated; no locale takes part. An object remembers the previous processor
 // reading, so one object belongs to one thread at a time; all else keeps no state. A copy goes on
-// from the same previous reading. A thread must not be cancelled (pthread_cancel) inside: that ends
-// the process.
+// from the same previous reading. A thread that is being cancelled (pthread_cancel) completes its
+// reading first; its cancellation must be deferred, as it is by default.
 //     SysStats machine;
 //     sleep(1);
 //     float busy = machine.systemCPU();   // of that second

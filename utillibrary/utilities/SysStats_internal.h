@@ -41,6 +41,33 @@ inline float percentOf(unsigned long part, unsigned long total) noexcept {
                               static_cast<double>(static_cast<float>(total)));
 }
 
+/// The used share in percent. Without any total, everything counts as used.
+inline float percentInUse(unsigned long used, unsigned long total) noexcept {
+    return total == 0 ? 100.0F : percentOf(used, total);
+}
+
+/// The fields of statvfs(3) that count.
+struct DiskBlocks {
+    unsigned long fragments;      // f_blocks
+    unsigned long fragmentBytes;  // f_frsize
+    unsigned long available;      // f_bavail, in blocks
+    unsigned long blockBytes;     // f_bsize
+};
+
+struct DiskUse {
+    float percent;
+    unsigned long free;  // bytes
+};
+
+/// The share in use and the free bytes of a file system. All products and differences wrap at 64
+/// bits.
+inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
+    // KEPT(two-block-sizes): the total is in fragments, the free space in blocks.
+    unsigned long const total = blocks.fragments * blocks.fragmentBytes;
+    unsigned long const free = blocks.available * blocks.blockBytes;
+    return {percentInUse(total - free, total), free};
+}
+
 /// The load in percent between two readings, or `previousLoad` where they do not tell.
 inline float cpuLoad(CpuTotals const& previous, CpuTotals const& now, float previousLoad) noexcept {
     // KEPT(no-tick-no-news): neither 0 nor 100 would be true.
