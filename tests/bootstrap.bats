@@ -1,7 +1,6 @@
 #!/usr/bin/env bats
-# scripts/bootstrap on machines that are made up: their commands are the ones in a folder of links,
-# from which some are taken away, beside an apt-get, an id and a sudo that only write down what they
-# are asked.
+# scripts/bootstrap on imitated machines. A machine's commands are links in a folder, from which a test
+# removes some. Its apt-get, id, sudo and sleep are fakes that only write down their arguments.
 # shellcheck disable=SC2016 # the scripts of the fakes expand when they run
 
 bats_require_minimum_version 1.5.0
@@ -13,18 +12,26 @@ setup() {
     : >"$ASKED"
 
     local command
-    for command in bash env cat ln cmake g++ ninja pkg-config clang++ ld.lld readelf xmllint bats \
-        localedef; do
+    for command in bash cat env grep ln sort uname; do
         ln -s "$(command -v "$command")" "$MACHINE/$command"
     done
+    for command in cmake ninja pkg-config clang-format clang-tidy gdb git ld.lld localedef python3 \
+        readelf shellcheck taskset xmllint bats; do
+        ln -s /bin/true "$MACHINE/$command"
+    done
+    fake g++ 'cat >/dev/null'
+    fake clang++ "echo $BATS_TEST_TMPDIR"
+    touch "$BATS_TEST_TMPDIR/libclang_rt."{asan,fuzzer}"-$(uname -m).a"
     fake id 'echo 0'
     fake apt-cache 'exit 0'
     fake apt-get 'echo "apt-get $* [$DEBIAN_FRONTEND]" >>"$ASKED"'
     fake sudo 'echo "sudo" >>"$ASKED"; exec "$@"'
+    fake sleep 'echo "sleep $*" >>"$ASKED"'
 }
 
-# fake COMMAND SCRIPT
+# fake COMMAND SCRIPT: the link goes first, since writing through it would change the real command.
 fake() {
+    rm -f "$MACHINE/$1"
     printf '#!/bin/bash\n%s\n' "$2" >"$MACHINE/$1"
     chmod +x "$MACHINE/$1"
 }
@@ -57,7 +64,7 @@ asked() {
 
 @test "nothing is asked for where nothing is missing" {
     local profile
-    for profile in demo test; do
+    for profile in demo test test-all fuzz bench; do
         bootstrap "$profile"
         [[ $status -eq 0 ]]
         [[ -z $output && -z $stderr ]]
@@ -78,8 +85,8 @@ asked() {
     bootstrap demo
     [[ $status -eq 0 ]]
     asked <<END
-apt-get --quiet --yes update [noninteractive]
-apt-get --quiet --yes install --no-install-recommends cmake ninja-build [noninteractive]
+apt-get --quiet --yes -o DPkg::Lock::Timeout=300 update [noninteractive]
+apt-get --quiet --yes -o DPkg::Lock::Timeout=300 install --no-install-recommends cmake ninja-build [noninteractive]
 END
 }
 
@@ -91,9 +98,9 @@ END
     [[ $status -eq 0 ]]
     asked <<END
 sudo
-apt-get --quiet --yes update [noninteractive]
+apt-get --quiet --yes -o DPkg::Lock::Timeout=300 update [noninteractive]
 sudo
-apt-get --quiet --yes install --no-install-recommends bats [noninteractive]
+apt-get --quiet --yes -o DPkg::Lock::Timeout=300 install --no-install-recommends bats [noninteractive]
 END
 }
 
@@ -127,7 +134,6 @@ END
 }
 
 @test "a header is looked for where the compiler looks" {
-    take_away g++
     fake g++ 'input=$(cat); [[ $input != *gmock* ]]'
     let_apt_bring libgmock-dev
     bootstrap test
@@ -135,24 +141,111 @@ END
     grep -q 'install --no-install-recommends libgmock-dev \[' "$ASKED"
 }
 
+TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats gdb git python3 localedef)
+
 @test "the demonstration needs nothing that only tests need" {
-    take_away clang++ ld.lld readelf xmllint bats localedef
+    take_away "${TEST_COMMANDS[@]}" clang-tidy taskset
     bootstrap demo
     [[ $status -eq 0 ]]
     [[ ! -s $ASKED ]]
 }
 
-@test "each of what tests need is asked for" {
-    take_away clang++ ld.lld readelf xmllint bats localedef
+@test "each command that tests need is asked for" {
+    take_away "${TEST_COMMANDS[@]}"
     bootstrap test
-    grep -q 'install --no-install-recommends clang lld binutils libxml2-utils bats libc-bin \[' "$ASKED"
+    grep -q 'install --no-install-recommends clang clang-format lld shellcheck binutils libxml2-utils bats gdb git python3 libc-bin \[' "$ASKED"
+}
+
+@test "clang-tidy and clang's sanitizers are for the profile test-all alone" {
+    take_away clang-tidy
+    bootstrap test
+    [[ $status -eq 0 ]]
+    fake clang++ 'echo /nowhere'
+    bootstrap test-all
+    grep -q 'install --no-install-recommends clang-tidy libclang-rt-dev \[' "$ASKED"
+}
+
+@test "of two packages the one that the release has is asked for" {
+    fake clang++ 'echo /nowhere'
+    fake apt-cache '[[ $2 == libclang-rt-14-dev ]]'
+    bootstrap fuzz
+    grep -q 'install --no-install-recommends libclang-rt-14-dev \[' "$ASKED"
+}
+
+@test "libraries to compare with are asked for where packages can be installed" {
+    fake pkg-config 'exit 1'
+    bootstrap bench
+    [[ $status -eq 0 ]] # although this apt-get brings none
+    grep -q 'install --no-install-recommends libglib2.0-dev libgtop2-dev qt6-base-dev \[' "$ASKED"
+}
+
+@test "libraries to compare with may be missing where no package can be installed" {
+    fake pkg-config 'exit 1'
+    take_away apt-get
+    bootstrap bench
+    [[ $status -eq 0 ]]
+    [[ -z $stderr ]]
+}
+
+@test "a measurement fails without its own tool where no package can be installed" {
+    take_away apt-get taskset
+    bootstrap bench
+    [[ $status -eq 1 ]]
+    [[ $stderr == "bootstrap: this machine has no apt-get. Please install:
+    the command taskset (Debian: util-linux)" ]]
+}
+
+# An apt-get whose lists of packages are locked for the first NUMBER updates.
+lock_lists() {
+    fake apt-get "echo \"apt-get \${*: -1}\" >>\"\$ASKED\"
+        if [[ \$* == *update ]] && ((\$(grep -c update \"\$ASKED\") <= $1)); then
+            echo 'E: Could not get lock /var/lib/apt/lists/lock. It is held by process 7'
+            exit 100
+        fi
+        if [[ \$* == *install* ]]; then ln -s /bin/true \"\$MACHINE/ninja\"; fi"
+}
+
+@test "an update waits while another apt-get locks the lists of packages" {
+    take_away ninja
+    lock_lists 2
+    bootstrap demo
+    [[ $status -eq 0 ]]
+    asked <<END
+apt-get update
+sleep 5
+apt-get update
+sleep 5
+apt-get update
+apt-get ninja-build
+END
+}
+
+@test "an update gives up after five minutes" {
+    take_away ninja
+    lock_lists 1000
+    bootstrap demo
+    [[ $status -eq 100 ]]
+    [[ $(grep -c sleep "$ASKED") -eq 60 ]]
+    [[ $output == *"Could not get lock"* ]]
+}
+
+@test "--packages prints the packages of a profile and installs nothing" {
+    take_away cmake apt-get
+    bootstrap --packages demo
+    [[ $status -eq 0 ]]
+    [[ $output == "cmake
+g++
+libcairo2-dev
+libcli11-dev
+ninja-build
+pkg-config" ]]
 }
 
 @test "what apt-get did not bring is told" {
     take_away cmake
     bootstrap demo
     [[ $status -eq 1 ]]
-    [[ $stderr == "bootstrap: apt-get has run, and still missing is:
+    [[ $stderr == "bootstrap: apt-get has run, and this is still missing:
     the command cmake (Debian: cmake)" ]]
 }
 
@@ -164,11 +257,12 @@ END
 }
 
 @test "another profile is refused" {
-    local argument
-    for argument in "" both --help; do
-        bootstrap "$argument"
-        [[ $status -eq 1 ]]
-        [[ $stderr == "usage: scripts/bootstrap demo|test|fuzz" ]]
+    local arguments
+    for arguments in "" both --packages "demo test" "--packages both"; do
+        # shellcheck disable=SC2086 # words of their own
+        bootstrap $arguments
+        [[ $status -eq 2 ]]
+        [[ $stderr == "usage: scripts/bootstrap [--packages] demo|test|test-all|fuzz|bench" ]]
         [[ ! -s $ASKED ]]
     done
 }

@@ -59,3 +59,4 @@ add_test(NAME kept COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-kept")
 utillibrary_shell_test(check_kept)
 
 utillibrary_shell_test(bootstrap)
+utillibrary_shell_test(scripts)

@@ -1,0 +1,52 @@
+#!/usr/bin/env bats
+# Every script in scripts/ explains itself and refuses unknown arguments, before it does anything else.
+
+bats_require_minimum_version 1.5.0
+
+setup_file() {
+    : "${SOURCE_DIR:?}"
+}
+
+# A copy of the scripts: one that starts to work does so outside the checkout, and fails there.
+setup() {
+    cp -r "$SOURCE_DIR/scripts" "$BATS_TEST_TMPDIR/"
+    cd "$BATS_TEST_TMPDIR" || return
+}
+
+@test "--help prints a usage text and how long the script takes" {
+    local script
+    for script in scripts/*; do
+        echo "$script"
+        run --separate-stderr timeout 5 "$script" --help
+        [[ $status -eq 0 ]]
+        [[ ${lines[0]} == "usage: $script"* ]]
+        [[ ${#lines[@]} -gt 3 ]]
+        [[ $output == *$'\n'"Time: "* ]]
+        # shellcheck disable=SC2154 # set by run --separate-stderr
+        [[ -z $stderr ]]
+    done
+}
+
+@test "an unknown option is refused with a line of usage and status 2" {
+    local script
+    for script in scripts/*; do
+        echo "$script"
+        run --separate-stderr timeout 5 "$script" --wrong
+        [[ $status -eq 2 ]]
+        [[ -z $output ]]
+        [[ $stderr == "usage: $script"* ]]
+        [[ $stderr != *$'\n'* ]]
+    done
+}
+
+@test "a second argument that a script does not know is refused as well" {
+    local arguments
+    for arguments in "test --all --wrong" "demo wrong" "bench --keep --quick" "update-exports wrong" \
+        "fuzz 1 wrong" "fuzz 0" "fuzz wrong" "check wrong wrong"; do
+        echo "$arguments"
+        # shellcheck disable=SC2086 # words of their own
+        run timeout 5 scripts/$arguments
+        [[ $status -eq 2 ]]
+        [[ ${lines[0]} == "usage: scripts/"* ]]
+    done
+}
