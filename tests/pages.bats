@@ -18,6 +18,7 @@ split_blocks() {
 
 # The links of a page that lead into the checkout, each with its heading. Code has none.
 local_links() {
+    # shellcheck disable=SC2016 # the backquotes are those of the page
     sed '/^```/,/^```$/d' "$1" | grep -oE '\]\([^)]+\)' | sed -E 's/^\]\(//; s/\)$//' | grep -vE '^https?:' | sort -u
 }
 
