@@ -1,26 +1,59 @@
+#include <array>
 #include <cstring>
+#include <locale>
 #include <sstream>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "utillibrary/application/ORUsyslog.h"
 #include "utillibrary/datatypes/Variant.h"
+#include "utillibrary/datatypes/VariantText_internal.h"
 #include "utillibrary/datatypes/Variant_internal.h"
 #include "utillibrary/internal/byte_block.h"
-#include "utillibrary/internal/decimal.h"
-#include "utillibrary/internal/locale.h"
+#include "utillibrary/internal/formatted.h"
 #include "utillibrary/internal/result_codes.h"
-#include "utillibrary/internal/rounding.h"
 
-// A Variant as text. Wide and narrow text are made by the same code: Text is one or the other, and
-// what comes in the other width is converted last.
+// A Variant as a string, narrow or wide.
+namespace com::halvorin::internal {
+
+namespace {
+
+// What `stream << value` does, by its definition. The facet is called here, because the operator would
+// catch std::bad_alloc; and a mask that rethrows it would also throw when a facet sets badbit.
+// Not inlined: a stream needs so many registers that a caller would save them for the fast path too.
+template <typename Value>
+[[gnu::noinline]] std::wstring inserted(Value value) {
+    std::wostringstream stream;
+    runFacet([&stream, value] {
+        auto const& facet = std::use_facet<std::num_put<wchar_t>>(stream.getloc());
+        facet.put(stream, stream, stream.fill(), value);
+    });
+    return stream.str();
+}
+
+}  // namespace
+
+std::wstring insertIntoStream(int value) { return inserted(long{value}); }
+
+std::wstring insertIntoStream(double value) { return inserted(value); }
+
+std::wstring insertIntoStream(bool value) { return inserted(value); }
+
+}  // namespace com::halvorin::internal
+
 namespace com::halvorin::datatypes {
 
 namespace {
 
 using namespace com::halvorin::internal;
 
-// The low bytes of sixteen characters, which each have theirs first.
+constexpr char const* COMPONENT = "Variant::convertToString";
+constexpr char const* UNKNOWN_TYPE = "Cannot convert unknown type";
+
+// ---- from one width to the other
+
+// The low bytes of sixteen characters. The low byte of each character comes first in memory.
 Bytes lowBytes(wchar_t const* from) noexcept {
     return evenBytes(evenBytes(loadBytes(from), loadBytes(from + 4)),
                      evenBytes(loadBytes(from + 8), loadBytes(from + 12)));
@@ -28,8 +61,8 @@ Bytes lowBytes(wchar_t const* from) noexcept {
 
 // Each character narrowed to its low 8 bits.
 std::string narrowed(std::wstring const& wide) {
-    // In variables of their own: a byte written through a char* might otherwise be the source's
-    // size.
+    // In variables of their own, because a byte that is written through a char* might otherwise
+    // change the size of the source.
     std::size_t const size = wide.size();
     wchar_t const* const in = wide.data();
     std::string text(size, '\0');
@@ -44,16 +77,29 @@ std::string narrowed(std::wstring const& wide) {
     return text;
 }
 
-template <typename Text>
-Text fromBytes(std::string_view bytes) {
-    if constexpr (std::is_same_v<Text, std::string>) {
-        return Text(bytes);
+// ---- numbers
+
+template <typename Value>
+std::string narrowNumber(Value value) {
+    std::string text(PLAIN_SIZE, '\0');  // in place, without the heap
+    if (auto const size = writePlain(text.data(), value)) {
+        text.erase(*size);
     } else {
-        return widened(bytes);
+        text = narrowed(insertIntoStream(value));
     }
+    return text;
 }
 
-// A text of its own is given on as it is.
+template <typename Value>
+std::wstring wideNumber(Value value) {
+    std::array<char, PLAIN_SIZE> text{};
+    if (auto const size = writePlain(text.data(), value)) return widened({text.data(), *size});
+    return insertIntoStream(value);
+}
+
+// ---- every type
+
+// `Text` is std::string or std::wstring from here on.
 template <typename Text>
 Text fromNarrow(std::string narrow) {
     if constexpr (std::is_same_v<Text, std::string>) {
@@ -72,68 +118,43 @@ Text fromWide(std::wstring const& wide) {
     }
 }
 
-// The rule itself: what a wide stream made now inserts. Kept out of its callers, as a stream takes
-// many registers.
 template <typename Text, typename Value>
-[[gnu::noinline]] Text inserted(Value value) {
-    std::wostringstream stream;
-    stream.exceptions(std::ios_base::badbit);  // a failed allocation is no cut text
-    stream << value;
-    return fromWide<Text>(stream.str());
-}
-
-std::string plainText(int value) { return std::to_string(value); }
-
-std::string plainText(bool value) { return value ? "1" : "0"; }
-
-std::string plainText(double value) { return generalText(value); }
-
-// The direct road: where the stream would write the C locale's characters, they are written here. A
-// stream prints through libc and so follows the rounding mode; the digits made here do not.
-template <typename Text, typename Value>
-Text printed(Value value) {
-    if (!wideStreamsWritePlainNumbers() ||
-        (std::is_same_v<Value, double> && !decimalsRoundToNearest())) {
-        return inserted<Text>(value);
-    }
+Text fromNumber(Value value) {
     if constexpr (std::is_same_v<Text, std::string>) {
-        return plainText(value);
+        return narrowNumber(value);
     } else {
-        return widened(plainText(value));
+        return wideNumber(value);
     }
 }
 
-void reportUnknownType() {
-    application::oru::writelog("Variant::convertToString", LEVEL_ERROR,
-                               "Cannot convert unknown type", GENERAL_FAILURE);
-}
-
-// Writes each kind of value. An overload for each C++ type: a new one is ambiguous here until it is
-// added.
+// What each type is written as. There is one overload for each C++ type, so that a new one does not
+// compile until it is added.
 template <typename Text>
 struct TextWriter {
-    Text operator()(NoValue) const { return fromBytes<Text>("unknown"); }
-    Text operator()(NullValue) const { return fromBytes<Text>("null"); }
-    Text operator()(UnsupportedType) const {
-        reportUnknownType();
-        return Text();
-    }
-    Text operator()(unsigned char value) const { return printed<Text>(int{value}); }
-    Text operator()(unsigned short value) const { return printed<Text>(int{value}); }
+    Text operator()(unsigned char value) const { return fromNumber<Text>(int{value}); }
+    Text operator()(unsigned short value) const { return fromNumber<Text>(int{value}); }
     // KEPT(uint32-prints-signed): the 32 bits as an int.
-    Text operator()(unsigned int value) const { return printed<Text>(static_cast<int>(value)); }
-    Text operator()(Byte value) const { return printed<Text>(int{value}); }
-    Text operator()(short value) const { return printed<Text>(int{value}); }
-    Text operator()(int value) const { return printed<Text>(value); }
-    Text operator()(float value) const { return printed<Text>(double{value}); }
-    Text operator()(double value) const { return printed<Text>(value); }
-    // KEPT(int64-prints-as-double): six significant digits, of both 64-bit kinds.
-    Text operator()(long value) const { return printed<Text>(static_cast<double>(value)); }
-    Text operator()(unsigned long value) const { return printed<Text>(static_cast<double>(value)); }
-    Text operator()(bool value) const { return printed<Text>(value); }
+    Text operator()(unsigned int value) const { return fromNumber<Text>(static_cast<int>(value)); }
+    Text operator()(Byte value) const { return fromNumber<Text>(int{value}); }
+    Text operator()(short value) const { return fromNumber<Text>(int{value}); }
+    Text operator()(int value) const { return fromNumber<Text>(value); }
+    Text operator()(float value) const { return fromNumber<Text>(double{value}); }
+    Text operator()(double value) const { return fromNumber<Text>(value); }
     Text operator()(std::wstring const& text) const { return fromWide<Text>(text); }
+    // KEPT(int64-prints-as-double): six significant digits, of both 64-bit types.
+    Text operator()(long value) const { return fromNumber<Text>(static_cast<double>(value)); }
+    Text operator()(unsigned long value) const {
+        return fromNumber<Text>(static_cast<double>(value));
+    }
+    Text operator()(bool value) const { return fromNumber<Text>(value); }
     Text operator()(DateTime const& time) const {
         return fromNarrow<Text>(time.variant.timeVal.toString(true, 0, ""));
+    }
+    Text operator()(NullValue) const { return fromNarrow<Text>("null"); }
+    Text operator()(NoValue) const { return fromNarrow<Text>("unknown"); }
+    Text operator()(UnsupportedType) const {
+        application::oru::writelog(COMPONENT, LEVEL_ERROR, UNKNOWN_TYPE, GENERAL_FAILURE);
+        return Text();
     }
 };
 
@@ -144,7 +165,7 @@ Text textOf(Variant const& variant) {
 
 }  // namespace
 
-// KEPT(locale-id-is-ignored): every output is the same for any of them.
+// KEPT(locale-id-is-ignored): every result is the same for any of them.
 std::wstring Variant::convertToString(unsigned int /*localeId*/) const {
     return textOf<std::wstring>(*this);
 }

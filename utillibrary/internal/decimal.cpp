@@ -105,6 +105,14 @@ char* layOut(char* out, SixDigits value) noexcept {
     return fixed ? out : writeExponent(out, value.exponent);
 }
 
+// The number of decimal digits.
+int digitsOf(unsigned value) noexcept {
+    int digits = 1;
+    for (unsigned long limit = 10; value >= limit; limit *= 10)
+        ++digits;
+    return digits;
+}
+
 }  // namespace
 
 std::string wholeText(long value) {
@@ -129,6 +137,25 @@ std::string wholeText(long value) {
     begin -= first < 10 ? 1 : 2;
     *--begin = '-';
     return {minus ? begin : begin + 1, end};
+}
+
+char* writeWhole(char* out, int value) noexcept {
+    bool const minus = value < 0;
+    auto rest = static_cast<unsigned>(value);
+    if (minus) rest = 0 - rest;
+    *out = '-';
+    out += static_cast<int>(minus);
+
+    char* const end = out + digitsOf(rest);
+    char* at = end;
+    for (; rest >= 100; rest /= 100)
+        writeTwoDigits(at -= 2, rest % 100);
+    if (rest >= 10) {
+        writeTwoDigits(out, rest);
+    } else {
+        *out = static_cast<char>('0' + rest);
+    }
+    return end;
 }
 
 char* writeGeneral(char* out, double value) noexcept {

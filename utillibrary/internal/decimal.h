@@ -34,6 +34,9 @@ inline char* writeFourDigits(char* out, unsigned value) noexcept {
     return writeTwoDigits(writeTwoDigits(out, value / 100), value % 100);
 }
 
+/// Writes an int in decimal, in up to 11 bytes.
+char* writeWhole(char* out, int value) noexcept;
+
 /// A whole number as std::to_string writes it. For 64 bits std::to_string takes a third longer,
 /// because it counts the digits first.
 std::string wholeText(long value);

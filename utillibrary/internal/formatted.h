@@ -7,8 +7,23 @@
 // Formatted extraction and insertion that keep what a facet of the host throws inside.
 namespace com::halvorin::internal {
 
-/// Runs `operation`, which reads from or writes to `stream`. Afterwards the caller uses what the
-/// stream then has: the value read so far, the characters written so far.
+/// Runs `operation`, which calls a facet. Afterwards the caller uses what the stream then has: the
+/// value read so far, the characters written so far.
+/// Fails  std::bad_alloc and the cancellation of the thread pass. All else is caught here.
+template <typename Operation>
+void runFacet(Operation operation) {
+    try {
+        operation();
+    } catch (abi::__forced_unwind const&) {
+        throw;  // a thread that is being cancelled must not stop here
+    } catch (std::bad_alloc const&) {
+        throw;
+    } catch (...) {
+        return;
+    }
+}
+
+/// Runs `operation`, which reads from or writes to `stream`, in the same way.
 ///
 /// A stream catches what a facet throws, std::bad_alloc included, and sets badbit. The mask below
 /// makes the stream rethrow, so that a failed allocation never passes for a result.
@@ -18,15 +33,7 @@ namespace com::halvorin::internal {
 template <typename Stream, typename Operation>
 void runFormatted(Stream& stream, Operation operation) {
     stream.exceptions(std::ios_base::badbit);
-    try {
-        operation(stream);
-    } catch (abi::__forced_unwind const&) {
-        throw;  // a thread that is being cancelled must not stop here
-    } catch (std::bad_alloc const&) {
-        throw;
-    } catch (...) {
-        return;
-    }
+    runFacet([&] { operation(stream); });
 }
 
 }  // namespace com::halvorin::internal
