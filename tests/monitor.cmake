@@ -1,35 +1,27 @@
-# examples/monitor: its parts as a unit, and the program as its user meets it.
+# examples/monitor: its units, and the program as a user meets it.
 
 set(monitor_dir "${PROJECT_SOURCE_DIR}/examples/monitor")
-foreach(name IN ITEMS monitor monitor_log)
-  utillibrary_unit_test(${name})
-  target_include_directories(${name}_test PRIVATE "${monitor_dir}")
-  target_sources(${name}_test PRIVATE
-    "${monitor_dir}/averages.cpp"
-    "${monitor_dir}/log_hook.cpp"
-    "${monitor_dir}/option_values.cpp"
-    "${monitor_dir}/output.cpp"
-    "${monitor_dir}/reading.cpp"
-    "${monitor_dir}/reading_line.cpp"
-    "${monitor_dir}/reading_log.cpp"
-    "${monitor_dir}/replay.cpp"
-    "${monitor_dir}/schedule.cpp"
-    "${monitor_dir}/table.cpp")
+
+# One program for all units: the sources are compiled once.
+utillibrary_test_program(monitor_test monitor/averages_test.cpp)
+target_include_directories(monitor_test PRIVATE "${monitor_dir}")
+foreach(unit IN ITEMS chart chart_options history number_text option_values output reading
+    reading_line reading_log replay schedule svg table time_axis)
+  target_sources(monitor_test PRIVATE monitor/${unit}_test.cpp)
 endforeach()
+foreach(source IN ITEMS
+    chart/chart chart/chart_options chart/history chart/time_axis
+    plugins/svg
+    program/log_hook program/option_values program/output program/schedule
+    readings/averages readings/descriptor readings/number_text readings/reading
+    readings/reading_line readings/reading_log readings/replay
+    table)
+  target_sources(monitor_test PRIVATE "${monitor_dir}/${source}.cpp")
+endforeach()
+utillibrary_test_runs(monitor)
 
-utillibrary_unit_test(monitor_chart)
-target_include_directories(monitor_chart_test PRIVATE "${monitor_dir}")
-target_sources(monitor_chart_test PRIVATE
-  "${monitor_dir}/chart.cpp"
-  "${monitor_dir}/history.cpp"
-  "${monitor_dir}/option_values.cpp"
-  "${monitor_dir}/plugins/svg.cpp"
-  "${monitor_dir}/reading.cpp"
-  "${monitor_dir}/reading_line.cpp"
-  "${monitor_dir}/table.cpp"
-  "${monitor_dir}/time_axis.cpp")
-
-# The program is built as a host would: from an installed library, here under a path with blanks.
+# The program is built as a host would build it: from an installed library, here in a path with a
+# space.
 find_program(BATS_PROGRAM bats REQUIRED)
 set(host_dir "${CMAKE_CURRENT_BINARY_DIR}/monitor host")
 add_test(NAME monitor.install
@@ -50,17 +42,27 @@ utillibrary_monitor_build(monitor.build
   "-DCMAKE_CXX_FLAGS=${CMAKE_CXX_FLAGS}")
 set_tests_properties(monitor.build PROPERTIES FIXTURES_SETUP built_monitor)
 
-add_test(NAME monitor.program COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor.bats")
-set_tests_properties(monitor.program PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300
-  ENVIRONMENT "MONITOR=${host_dir}/monitor.build/monitor;LIBRARY_VERSION=${PROJECT_VERSION};TZ=Pacific/Kiritimati")
-
 add_subdirectory(monitor_plugins)
-add_test(NAME monitor.chart
-  COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor_chart.bats")
-set_tests_properties(monitor.chart PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300
-  ENVIRONMENT "MONITOR=${host_dir}/monitor.build/monitor;PLUGINS=${CMAKE_CURRENT_BINARY_DIR}/monitor_plugins;NM=${CMAKE_NM};CXX=${CMAKE_CXX_COMPILER};SOURCE_DIR=${PROJECT_SOURCE_DIR};TZ=Pacific/Kiritimati;${leak_options}")
 
-# Both compilers find nothing to warn of. A sanitized library needs a host that is sanitized alike.
+# tests/monitor/NAME.bats
+set(monitor_environment
+  "MONITOR=${host_dir}/monitor.build/monitor"
+  "PLUGINS=${CMAKE_CURRENT_BINARY_DIR}/monitor_plugins"
+  "LIBRARY_VERSION=${PROJECT_VERSION}"
+  "SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+  "NM=${CMAKE_NM}"
+  "CXX=${CMAKE_CXX_COMPILER}"
+  "TZ=Pacific/Kiritimati"
+  "${leak_options}")
+foreach(name IN ITEMS averages chart ending log options plugins progress replay table)
+  add_test(NAME monitor.${name}
+    COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor/${name}.bats")
+  set_tests_properties(monitor.${name} PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300
+    ENVIRONMENT "${monitor_environment}")
+endforeach()
+
+# Both compilers give no warning. A host of a sanitized library must be sanitized too, so this needs
+# an ordinary one.
 if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
   foreach(compiler IN ITEMS g++ clang++)
     utillibrary_monitor_build("monitor.warnings.${compiler}" -DCMAKE_CXX_COMPILER=${compiler}

@@ -1,26 +1,22 @@
-// Watches this machine: a host program of utillibrary, from readings to a table.
+// Watches this machine: a host program of utillibrary. Readings become a table, a log and a chart.
 #include <exception>
-#include <memory>
 #include <optional>
 #include <string>
 #include <unistd.h>
-#include <utility>
 #include <variant>
 
 #include <utillibrary/datatypes/Variant.h>
 #include <utillibrary/datatypes/xtime.h>
 
-#include "averages.h"
-#include "chart_file.h"
-#include "interruption.h"
-#include "options.h"
-#include "output.h"
-#include "reading.h"
-#include "reading_line.h"
-#include "reading_log.h"
-#include "replay.h"
-#include "schedule.h"
-#include "table.h"
+#include "display.h"
+#include "program/interruption.h"
+#include "program/options.h"
+#include "program/output.h"
+#include "program/watch.h"
+#include "readings/reading.h"
+#include "readings/reading_line.h"
+#include "readings/reading_log.h"
+#include "readings/replay.h"
 
 namespace {
 
@@ -31,84 +27,57 @@ using namespace monitor;
 constexpr int FAILED = 1;
 constexpr int WRONG_OPTIONS = 2;
 
-std::string progressText(unsigned long done, unsigned long count) {
-    std::string const of = count == 0 ? "" : " of " + std::to_string(count);
-    return "readings: " + std::to_string(done) + of + "; Ctrl-C ends";
-}
-
-// Null where no chart is asked for.
-std::unique_ptr<ChartFile> chartFor(Options const& options) {
-    if (options.chart.file.empty()) return nullptr;
-    return std::make_unique<ChartFile>(options.chart, options.offsetSeconds);
-}
-
-// Until all readings are taken or a signal comes. A row that has no room is held until there is.
-void watch(Options const& options) {
+// Shows readings of this machine, and appends them to the log if there is one.
+void showMachine(Options const& options) {
     std::optional<ReadingLog> log;
     if (!options.logPath.empty()) log.emplace(options.logPath);
-    auto const chart = chartFor(options);
     Interruption const interruption;
-    Sampler const sampler(options.path);
-    int diskError = 0;
-    auto const take = [&] {
-        Reading reading = sampler.read();
-        std::string const news = errorNews(options.path, diskError, reading.diskError);
-        if (!news.empty()) say(news);
-        diskError = reading.diskError;
-        return reading;
-    };
-    auto const show = [&](std::string const& line) {
+    Display display(options, [&](std::string const& row) {
         if (interruption.waitForRoom(STDOUT_FILENO)) return false;
         eraseProgress();
-        print(line);
+        print(row);
         return true;
+    });
+    Watcher const watcher = {
+        [&](Reading const& first) { return display.begin(first.free); },
+        [&](Reading const& reading, std::chrono::nanoseconds span) {
+            if (!display.showRow(reading)) return false;
+            if (log && !interruption.waitForRoom(log->descriptor())) log->append(toLine(reading));
+            display.add(reading, span);
+            display.drawChart();
+            return true;
+        },
     };
-
-    // The first reading is not shown: its processor load is of no interval.
-    Clock::time_point deadline = Clock::now();
-    Table const table(options.offsetSeconds, byteUnitFor(take().free));
-    Averages averages(options.averageNames);
-    Clock::time_point taken = Clock::now();
-    if (!show(table.header())) return;
-    for (unsigned long done = 0; options.count == 0 || done < options.count; ++done) {
-        showProgress(progressText(done, options.count));
-        deadline = deadlineAfter(deadline, options.interval, Clock::now());
-        if (interruption.waitUntil(deadline)) break;
-        Clock::time_point const before = std::exchange(taken, Clock::now());
-        Reading const reading = take();
-        if (!show(table.row(reading))) break;
-        if (log && !interruption.waitForRoom(log->descriptor())) log->append(toLine(reading));
-        averages.add(reading, taken - before);
-        if (chart) {
-            chart->add(reading);
-            chart->draw();
-        }
-    }
-    if (!averages.empty()) show(table.averageRow(averages.mean(), averages.span()));
+    watch(options, interruption, watcher);
+    display.end();
     eraseProgress();
 }
 
-// The readings of a log, in place of live ones. A line's reading covers the time since the one before.
+// Shows the readings of a log. A reading covers the time since the reading of the line before.
+// Gives the exit status.
 int showLog(Options const& options) {
-    auto const chart = chartFor(options);
-    std::optional<Table> table;
-    std::optional<xtime_t> before;
-    Averages averages(options.averageNames);
-    auto const begin = [&](Variant const& free) {
-        table.emplace(options.offsetSeconds, byteUnitFor(free));
-        print(table->header());
-    };
-    unsigned long const malformed = replay(options.replayPath, [&](Reading const& reading) {
-        if (!table) begin(reading.free);
-        print(table->row(reading));
-        averages.add(reading,
-                     reading.time.toTime_point() - before.value_or(reading.time).toTime_point());
-        before = reading.time;
-        if (chart) chart->add(reading);
+    Display display(options, [](std::string const& row) {
+        print(row);
+        return true;
     });
-    if (chart) chart->draw();
-    if (!table) begin(Variant());
-    if (!averages.empty()) print(table->averageRow(averages.mean(), averages.span()));
+    std::optional<xtime_t> before;
+    unsigned long malformed = 0;
+    replay(
+        options.replayPath,
+        [&](Reading const& reading) {
+            if (!display.hasBegun()) display.begin(reading.free);
+            display.showRow(reading);
+            display.add(reading,
+                        reading.time.toTime_point() - before.value_or(reading.time).toTime_point());
+            before = reading.time;
+        },
+        [&](unsigned long line, Malformed const& wrong) {
+            say(options.replayPath + ":" + std::to_string(line) + ": " + wrong.reason);
+            ++malformed;
+        });
+    display.drawChart();
+    if (!display.hasBegun()) display.begin(Variant());
+    display.end();
     return malformed == 0 ? 0 : FAILED;
 }
 
@@ -124,7 +93,7 @@ int run(int argc, char** argv) {
     }
     auto const& options = std::get<Options>(commandLine);
     if (!options.replayPath.empty()) return showLog(options);
-    watch(options);
+    showMachine(options);
     return 0;
 }
 

@@ -1,10 +1,11 @@
 #include "table.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string_view>
 
 #include <utillibrary/utilities/StringUtilities.h>
+
+#include "readings/number_text.h"
 
 namespace monitor {
 
@@ -19,9 +20,6 @@ constexpr ByteUnit GIB = {"GiB", MIB * 1024};
 
 constexpr long SECONDS_PER_DAY = 86400;
 
-// A whole number of 100000 and above takes all six significant digits that Variant shows.
-constexpr double DECIMAL_ENDS = 100000;
-
 // Each column ends where its heading ends.
 constexpr std::string_view PROCESSOR = "cpu %";
 constexpr std::string_view MEMORY = "memory %";
@@ -30,18 +28,16 @@ constexpr std::string_view FREE = "free ";  // the unit follows
 constexpr std::string_view UPTIME = "uptime d+hh:mm:ss";
 constexpr std::size_t UNIT_SIZE = 3;
 
-// Two blanks, then the text at the right of the width; a longer text has the width it needs.
+// Two spaces, then the text, right-aligned. A text that is longer than the width is not cut.
 std::string cell(std::string_view text, std::size_t width) {
     std::size_t const padding = text.size() < width ? width - text.size() : 0;
     return std::string(2 + padding, ' ').append(text);
 }
 
-// A value that is not there: "null", or nothing where none was asked for.
-std::string missing(Variant const& value) { return value.isNull() ? value.toString() : ""; }
-
-// Days, and the rest as the time of day that it is in UTC after 1970 began.
+// "1+02:03:04": days, then the remaining seconds as a time of day. The library writes that time for
+// the same number of seconds since 1970.
 std::string daysAndTime(Variant const& seconds) {
-    if (!isKnown(seconds)) return missing(seconds);
+    if (!isKnown(seconds)) return missingText(seconds);
     xtime_t const sinceZero(seconds.toInt64());
     Variant const days(sinceZero.getDateTime() / SECONDS_PER_DAY);
     std::string const text = sinceZero.toString(false, 0, "I");
@@ -57,14 +53,6 @@ ByteUnit byteUnitFor(Variant const& bytes) {
     if (amount < GIB.bytes * 1024) return GIB;
     if (amount < GIB.bytes * 1024 * 1024) return {"TiB", GIB.bytes * 1024};
     return {"PiB", GIB.bytes * 1024 * 1024};
-}
-
-std::string oneDecimal(Variant const& number, double unit) {
-    if (!isKnown(number)) return missing(number);
-    double const rounded = std::round(number.toDouble() / unit * 10) / 10;
-    std::string text = Variant(rounded).toString();
-    if (std::abs(rounded) < DECIMAL_ENDS && text.find('.') == std::string::npos) text += ".0";
-    return text;
 }
 
 Table::Table(int offsetSeconds, ByteUnit freeUnit)
@@ -86,7 +74,7 @@ std::string Table::row(Reading const& reading) const {
 
 std::string Table::averageRow(Reading const& mean, std::chrono::duration<double> span) const {
     double const seconds = span.count();
-    // From a day on a fraction tells nothing, and would not fit.
+    // From a day on the fraction is of no interest, and has no room.
     std::string row =
         "average over " + to_string(seconds, seconds < SECONDS_PER_DAY ? "%.3f" : "%.0f") + " s";
     row.resize(std::max(row.size(), timeText(xtime_t()).size()), ' ');

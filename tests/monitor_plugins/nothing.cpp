@@ -1,4 +1,4 @@
-// An entry that offers nothing.
-#include "chart_plugin.h"
+// A plugin whose entry returns a null pointer.
+#include "chart/chart_plugin.h"
 
 MonitorChartWriter const* monitorChartWriter() { return nullptr; }

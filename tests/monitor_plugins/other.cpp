@@ -1,2 +1,2 @@
-// A shared object of another trade.
+// A shared object that is no chart plugin.
 extern "C" int answer() { return 42; }

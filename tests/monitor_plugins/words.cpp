@@ -1,7 +1,7 @@
-// A chart as words: what a scene holds.
+// A plugin that writes the texts of a scene.
 #include <string>
 
-#include "chart_plugin.h"
+#include "chart/chart_plugin.h"
 
 #ifndef PLUGIN_ABI
 #define PLUGIN_ABI MONITOR_CHART_ABI
@@ -18,7 +18,7 @@ char const* write(MonitorChartScene const* scene, MonitorChartSink sink, void* c
     std::string words = std::string(THEMES[scene->theme]) + "\n" + scene->description + "\n";
     for (size_t i = 0; i < scene->textCount; ++i)
         words += scene->texts[i].text + std::string("\n");
-    // In two parts, as a plugin may.
+    // A plugin may call the sink several times.
     if (sink(context, words.data(), 3) != 0 ||
         sink(context, words.data() + 3, words.size() - 3) != 0) {
         return "not taken";

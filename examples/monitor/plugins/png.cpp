@@ -1,12 +1,12 @@
-// Charts as PNG, painted by cairo: for what shows pictures and no SVG.
+// Writes charts as PNG by cairo, for viewers that do not show SVG.
 #include <cairo.h>
 #include <memory>
 
-#include "chart_plugin.h"
+#include "chart/chart_plugin.h"
 
 namespace {
 
-// Pixels to a unit, so that the picture is sharp on screens of today.
+// Pixels per unit. Two make the picture sharp on a screen of high resolution.
 constexpr int SCALE = 2;
 
 struct Destroy {
@@ -52,7 +52,7 @@ public:
         cairo_set_font_size(cairo_, text.size);
         cairo_text_extents_t extents;
         cairo_text_extents(cairo_, text.text, &extents);
-        // Half a width, or a whole one, lies before the place.
+        // The part of the width that is to the left of the place: none, half or all of it.
         constexpr double WHOLE = static_cast<double>(MONITOR_CHART_END);
         double const before = extents.x_advance * text.anchor / WHOLE;
         cairo_move_to(cairo_, text.place.x - before, text.place.y);
@@ -71,7 +71,7 @@ private:
 
     void follow(MonitorChartPoint const* points, size_t count) noexcept {
         for (size_t i = 0; i < count; ++i)
-            cairo_line_to(cairo_, points[i].x, points[i].y);  // the first begins a path
+            cairo_line_to(cairo_, points[i].x, points[i].y);  // the first call begins a path
     }
 
     cairo_t* cairo_;
@@ -90,7 +90,7 @@ cairo_status_t receive(void* closure, unsigned char const* bytes, unsigned int c
 }
 
 char const* write(MonitorChartScene const* scene, MonitorChartSink sink, void* context) noexcept {
-    // A surface or context that failed says so in the end, and ignores what is asked of it till then.
+    // After a failure cairo ignores all calls, and its status tells the reason in the end.
     std::unique_ptr<cairo_surface_t, Destroy> const surface(
         cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(scene->width * SCALE),
                                    static_cast<int>(scene->height * SCALE)));

@@ -1,14 +1,14 @@
-// Charts as SVG: text that scales, is read aloud, and follows the reader's theme.
+// Writes charts as SVG, which scales, can be read aloud, and can follow the viewer's theme.
 #include <charconv>
 #include <exception>
 #include <string>
 #include <string_view>
 
-#include "chart_plugin.h"
+#include "chart/chart_plugin.h"
 
 namespace {
 
-// The classes of the roles, in their order.
+// The CSS classes of the roles, in the order of the roles.
 constexpr char const* CLASSES[MONITOR_CHART_ROLES] = {"background", "grid",      "axis",   "ink",
                                                       "muted",      "processor", "memory", "disk"};
 constexpr char const* ANCHORS[] = {"start", "middle", "end"};
@@ -19,7 +19,7 @@ constexpr char const* STYLE =
     "path{fill:none;stroke:currentColor;stroke-linecap:round;stroke-linejoin:round}\n"
     ".area{fill:currentColor;stroke:none}\n";
 
-// Text between tags or quotes. A control character has no place in XML, nor has it a shape.
+// A text as XML. XML does not allow control characters, so each becomes a space.
 std::string escaped(std::string_view text) {
     std::string result;
     for (char const c : text) {
@@ -43,7 +43,7 @@ std::string escaped(std::string_view text) {
     return result;
 }
 
-// Two decimals at most: a hundredth of a unit is not seen.
+// A number with at most two decimals: nobody sees a hundredth of a unit.
 std::string number(double value) {
     char text[32];
     auto const end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 2);

@@ -1,0 +1,329 @@
+#include "chart/chart.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "chart/time_axis.h"
+#include "readings/number_text.h"
+
+namespace monitor {
+
+using com::halvorin::datatypes::Variant;
+
+namespace {
+
+// ---- places and looks
+
+constexpr double WIDTH = 960;
+constexpr double HEIGHT = 400;
+constexpr double LEFT = 64;
+constexpr double RIGHT = 760;
+constexpr double TOP = 84;
+constexpr double BOTTOM = 336;
+
+constexpr double TITLE_SIZE = 20;
+constexpr double SUBTITLE_SIZE = 13;
+constexpr double VALUE_SIZE = 14;
+constexpr double VALUE_SPACING = 24;
+constexpr double HALF_A_DIGIT =
+    0.36;  // of the font's size: from the middle of a digit to its lower end
+
+constexpr double NAME_LEFT = 804;
+constexpr double VALUE_RIGHT = 940;
+
+constexpr double AREA_OPACITY = 0.1;
+constexpr double BAND_OPACITY = 0.25;
+
+constexpr Drawing::Stroke THIN = {1, 0, 0};
+constexpr Drawing::Stroke DOT = {7, 0, 0};
+
+struct SeriesLook {
+    char const* name;
+    MonitorChartRole role;
+    Drawing::Stroke stroke;
+    Variant Reading::*value;
+};
+
+constexpr std::array<SeriesLook, SERIES_COUNT> LOOKS = {{
+    {"cpu", MONITOR_CHART_PROCESSOR, {2.2, 0, 0}, &Reading::processor},
+    {"memory", MONITOR_CHART_MEMORY, {2.2, 7, 5}, &Reading::memory},
+    {"disk", MONITOR_CHART_DISK, {2.8, 0, 5.5}, &Reading::disk},
+}};
+
+// ---- parts of the picture
+
+double heightOf(double percent) noexcept {
+    return BOTTOM - std::clamp(percent, 0.0, 100.0) / 100 * (BOTTOM - TOP);
+}
+
+// Turns times into x coordinates. The window ends at the right edge.
+class TimeScale {
+public:
+    TimeScale(double end, double window) : end_(end), unitsPerSecond_((RIGHT - LEFT) / window) {}
+    double unitsPerSecond() const noexcept { return unitsPerSecond_; }
+    double place(double time) const noexcept { return RIGHT - (end_ - time) * unitsPerSecond_; }
+
+private:
+    double end_;
+    double unitsPerSecond_;
+};
+
+std::string counted(long number, char const* unit) {
+    return std::to_string(number) + " " + unit + (number == 1 ? "" : "s");
+}
+
+// A window in the largest unit that gives a whole number: "90 minutes".
+std::string windowText(std::chrono::seconds window) {
+    long const seconds = window.count();
+    if (seconds % 86400 == 0) return counted(seconds / 86400, "day");
+    if (seconds % 3600 == 0) return counted(seconds / 3600, "hour");
+    if (seconds % 60 == 0) return counted(seconds / 60, "minute");
+    return counted(seconds, "second");
+}
+
+std::string zoneText(int offsetSeconds) {
+    if (offsetSeconds == 0) return "UTC";
+    int const minutes = std::abs(offsetSeconds) / 60;
+    auto const twoDigits = [](int number) {
+        return std::string(number < 10 ? "0" : "") + std::to_string(number);
+    };
+    return std::string(offsetSeconds < 0 ? "UTC-" : "UTC+") + twoDigits(minutes / 60) + ":" +
+           twoDigits(minutes % 60);
+}
+
+void drawHeading(Drawing& drawing, std::string const& subtitle) {
+    drawing.texts.push_back(
+        {MONITOR_CHART_INK, MONITOR_CHART_START, true, TITLE_SIZE, {24, 36}, drawing.title});
+    drawing.texts.push_back(
+        {MONITOR_CHART_MUTED, MONITOR_CHART_START, false, SUBTITLE_SIZE, {24, 58}, subtitle});
+}
+
+void drawPercentAxis(Drawing& drawing) {
+    for (int const percent : {0, 25, 50, 75, 100}) {
+        double const y = heightOf(percent);
+        auto const role = percent == 0 ? MONITOR_CHART_AXIS : MONITOR_CHART_GRID;
+        drawing.lines.push_back({role, THIN, {{LEFT, y}, {RIGHT, y}}});
+        drawing.texts.push_back({MONITOR_CHART_MUTED,
+                                 MONITOR_CHART_END,
+                                 false,
+                                 AXIS_FONT_SIZE,
+                                 {LEFT - 10, y + AXIS_FONT_SIZE * HALF_A_DIGIT},
+                                 std::to_string(percent) + " %"});
+    }
+}
+
+void drawTimeAxis(Drawing& drawing, TimeAxis const& axis, TimeScale const& scale) {
+    auto const text = [&](MonitorChartRole role, double x, double y, std::string const& label) {
+        if (label.empty()) return;
+        drawing.texts.push_back({role, MONITOR_CHART_MIDDLE, false, AXIS_FONT_SIZE, {x, y}, label});
+    };
+    for (long const time : axis.minors) {
+        double const x = scale.place(static_cast<double>(time));
+        drawing.lines.push_back({MONITOR_CHART_AXIS, THIN, {{x, BOTTOM}, {x, BOTTOM + 4}}});
+    }
+    for (MajorTick const& tick : axis.majors) {
+        double const x = scale.place(static_cast<double>(tick.time));
+        drawing.lines.push_back({MONITOR_CHART_GRID, THIN, {{x, TOP}, {x, BOTTOM}}});
+        drawing.lines.push_back({MONITOR_CHART_AXIS, THIN, {{x, BOTTOM}, {x, BOTTOM + 8}}});
+        text(MONITOR_CHART_INK, x, BOTTOM + 24, tick.label);
+        text(MONITOR_CHART_MUTED, x, BOTTOM + 42, tick.context);
+    }
+}
+
+// ---- the lines
+
+// The longest time between two moments that a line still connects. Readings come at about equal
+// times, so it is 2.5 times the median: a line also connects the neighbours of a single missing
+// reading.
+double longestStep(std::deque<Moment> const& moments) {
+    std::vector<double> steps;
+    for (std::size_t i = 1; i < moments.size(); ++i)
+        steps.push_back(moments[i].time - moments[i - 1].time);
+    if (steps.empty()) return 0;
+    auto const middle = steps.begin() + static_cast<long>(steps.size() / 2);
+    std::nth_element(steps.begin(), middle, steps.end());
+    return *middle * 2.5;
+}
+
+// Consecutive moments that a line connects. Each has a value of the series.
+using Run = std::vector<Moment const*>;
+
+std::vector<Run> runsOf(std::deque<Moment> const& moments, Series series) {
+    double const longest = longestStep(moments);
+    std::vector<Run> runs;
+    Moment const* previous = nullptr;
+    for (Moment const& moment : moments) {
+        bool const has = moment.values[series].count > 0;
+        bool const follows = previous != nullptr && moment.time - previous->time <= longest;
+        if (has && !follows) runs.emplace_back();
+        if (has) runs.back().push_back(&moment);
+        previous = has ? &moment : nullptr;
+    }
+    return runs;
+}
+
+// The line of a run: the mean of each moment. It ends at the last value, which the text beside it
+// shows.
+std::vector<Point> pathOf(Run const& run, Series series, TimeScale const& scale) {
+    std::vector<Point> path;
+    for (Moment const* const moment : run) {
+        Values const& values = moment->values[series];
+        path.push_back(
+            {scale.place(moment->time), heightOf(values.sum / static_cast<double>(values.count))});
+    }
+    path.back().y = heightOf(run.back()->values[series].last);
+    return path;
+}
+
+// The polygon between the highest and the lowest values; empty if they are the same everywhere.
+std::vector<Point> bandOf(Run const& run, Series series, TimeScale const& scale) {
+    std::vector<Point> band;
+    bool isWide = false;
+    for (Moment const* const moment : run) {
+        band.push_back({scale.place(moment->time), heightOf(moment->values[series].high)});
+        isWide = isWide || moment->values[series].low < moment->values[series].high;
+    }
+    if (!isWide) return {};
+    for (auto moment = run.rbegin(); moment != run.rend(); ++moment)
+        band.push_back({scale.place((*moment)->time), heightOf((*moment)->values[series].low)});
+    return band;
+}
+
+// Draws a line with its band and area. Gives the point where the line ends.
+Point drawRun(Drawing& drawing, Series series, Run const& run, TimeScale const& scale) {
+    SeriesLook const& look = LOOKS[series];
+    std::vector<Point> path = pathOf(run, series, scale);
+    Point const end = path.back();
+    if (path.size() == 1) {  // a line through one point is invisible, so draw a dot
+        drawing.lines.push_back({look.role, DOT, {end, end}});
+        return end;
+    }
+    drawing.lines.push_back({look.role, look.stroke, path});
+    auto band = bandOf(run, series, scale);
+    if (!band.empty()) drawing.areas.push_back({look.role, BAND_OPACITY, std::move(band)});
+    // The processor's line jumps up and down. An area below it makes it easier to follow.
+    if (series == PROCESSOR) {
+        path.push_back({path.back().x, BOTTOM});
+        path.push_back({path.front().x, BOTTOM});
+        drawing.areas.push_back({look.role, AREA_OPACITY, std::move(path)});
+    }
+    return end;
+}
+
+// ---- the last values
+
+// Moves heights apart: they keep their order, are at least VALUE_SPACING apart, and stay in the
+// chart.
+std::array<double, SERIES_COUNT> spreadOut(std::array<double, SERIES_COUNT> heights) {
+    std::array<std::size_t, SERIES_COUNT> order = {PROCESSOR, MEMORY, DISK};
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return heights[a] < heights[b]; });
+    double least = TOP;
+    for (std::size_t const series : order) {
+        heights[series] = std::max(heights[series], least);
+        least = heights[series] + VALUE_SPACING;
+    }
+    double most = BOTTOM;
+    for (auto series = order.rbegin(); series != order.rend(); ++series) {
+        heights[*series] = std::min(heights[*series], most);
+        most = heights[*series] - VALUE_SPACING;
+    }
+    return heights;
+}
+
+void drawLastValues(Drawing& drawing, Reading const& latest,
+                    std::array<std::optional<Point>, SERIES_COUNT> const& ends) {
+    std::array<double, SERIES_COUNT> wanted{};
+    for (std::size_t i = 0; i < SERIES_COUNT; ++i)
+        wanted[i] = ends[i] ? ends[i]->y : BOTTOM;
+    auto const heights = spreadOut(wanted);
+    for (std::size_t i = 0; i < SERIES_COUNT; ++i) {
+        SeriesLook const& look = LOOKS[i];
+        double const y = heights[i];
+        double const start = ends[i] ? ends[i]->y : y;
+        drawing.lines.push_back({look.role,
+                                 look.stroke,
+                                 {{RIGHT + 9, start}, {RIGHT + 16, start}, {NAME_LEFT - 8, y}}});
+        if (ends[i] && ends[i]->x == RIGHT) {
+            drawing.lines.push_back({look.role, DOT, {*ends[i], *ends[i]}});
+        }
+        Variant const& value = latest.*look.value;
+        std::string const text = oneDecimal(value) + (isKnown(value) ? " %" : "");
+        double const foot = y + VALUE_SIZE * HALF_A_DIGIT;
+        drawing.texts.push_back({MONITOR_CHART_INK,
+                                 MONITOR_CHART_START,
+                                 false,
+                                 VALUE_SIZE,
+                                 {NAME_LEFT, foot},
+                                 look.name});
+        drawing.texts.push_back(
+            {MONITOR_CHART_INK, MONITOR_CHART_END, true, VALUE_SIZE, {VALUE_RIGHT, foot}, text});
+    }
+}
+
+// ---- the description
+
+std::string describe(History const& history, int offsetSeconds) {
+    auto const& moments = history.moments();
+    unsigned long readings = 0;
+    for (Moment const& moment : moments)
+        readings += moment.readings;
+    std::string text = "A line chart of " + counted(static_cast<long>(readings), "reading") +
+                       ", the last at " + history.latest().time.toString(true, offsetSeconds, "") +
+                       ", over " + windowText(history.window()) + ". In percent:";
+    for (std::size_t i = 0; i < SERIES_COUNT; ++i) {
+        Values all;
+        for (Moment const& moment : moments) {
+            Values const& values = moment.values[i];
+            if (values.count == 0) continue;
+            all.low = all.count == 0 ? values.low : std::min(all.low, values.low);
+            all.high = all.count == 0 ? values.high : std::max(all.high, values.high);
+            all.count += values.count;
+        }
+        text += std::string(i == 0 ? " " : "; ") + LOOKS[i].name;
+        if (all.count == 0) {
+            text += " without a value";
+            continue;
+        }
+        text += " from " + oneDecimal(all.low) + " to " + oneDecimal(all.high) + ", last " +
+                oneDecimal(history.latest().*LOOKS[i].value);
+    }
+    return text + ".";
+}
+
+}  // namespace
+
+Drawing drawChart(History const& history, int offsetSeconds) {
+    Drawing drawing;
+    drawing.width = WIDTH;
+    drawing.height = HEIGHT;
+    drawing.title = "Processor, memory and disk in use";
+    drawPercentAxis(drawing);
+    if (history.moments().empty()) {
+        drawing.description = "A line chart without a reading.";
+        drawHeading(drawing, "no readings");
+        return drawing;
+    }
+
+    double const end = history.moments().back().time;
+    double const window = static_cast<double>(history.window().count());
+    TimeScale const scale(end, window);
+    auto const last = static_cast<long>(std::floor(end));
+    auto const first = static_cast<long>(std::ceil(end - window));
+    drawTimeAxis(drawing, timeAxis(first, last, scale.unitsPerSecond(), offsetSeconds), scale);
+    drawHeading(drawing, windowText(history.window()) + " to " + timeOfDay(last, offsetSeconds) +
+                             " " + zoneText(offsetSeconds));
+    std::array<std::optional<Point>, SERIES_COUNT> ends;
+    for (Series const series : {DISK, MEMORY, PROCESSOR}) {
+        for (Run const& run : runsOf(history.moments(), series))
+            ends[series] = drawRun(drawing, series, run, scale);
+    }
+    drawLastValues(drawing, history.latest(), ends);
+    drawing.description = describe(history, offsetSeconds);
+    return drawing;
+}
+
+}  // namespace monitor

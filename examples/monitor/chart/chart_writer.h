@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include <utillibrary/datatypes/Library.h>
+
+#include "chart/chart_options.h"
+#include "chart/chart_plugin.h"
+#include "chart/drawing.h"
+
+namespace monitor {
+
+// A plugin that writes drawings in one format. It is loaded for as long as this object lives.
+class ChartWriter {
+public:
+    /// Loads "monitor-chart-FORMAT.so" from a folder.
+    /// Fails    with std::runtime_error that says what is wrong with the plugin. If the loader
+    ///          refuses it, `Library` reports the loader's reason first.
+    ChartWriter(std::string const& folder, std::string const& format);
+
+    /// Writes a drawing.
+    /// Gives    the bytes of the picture.
+    /// Fails    with std::runtime_error that has the plugin's reason, and with std::bad_alloc.
+    std::string write(Drawing const& drawing, Theme theme) const;
+
+private:
+    com::halvorin::datatypes::Library plugin_;
+    MonitorChartWriter const* writer_ = nullptr;
+};
+
+/// The folder of the plugins: "plugins", beside the program.
+/// Fails    with std::filesystem::filesystem_error if the program's own path cannot be read.
+std::string pluginFolder();
+
+}  // namespace monitor

@@ -1,0 +1,80 @@
+#!/usr/bin/env bats
+# The replay: what --replay shows of a log.
+# shellcheck disable=SC2016,SC2153,SC2154 # common.bash says why
+
+load common
+
+setup() {
+    cd "$BATS_TEST_TMPDIR" || return
+}
+
+# replays STATUS NAME LOG OPTIONS...: compares the table and the messages with files of that name.
+replays() {
+    local status=$1 name=$2
+    shift 2
+    run --separate-stderr "-$status" "$MONITOR" --replay "$@"
+    diff "$DATA/$name.table" - <<<"$output"
+    if [ "$status" -eq 0 ]; then
+        [ "$stderr" = "" ]
+    else
+        diff "$DATA/$name.messages" - <<<"$stderr"
+    fi
+}
+
+@test "the recorded log is replayed" {
+    cd "$SOURCE_DIR/examples/monitor/data"
+    replays 0 recorded recorded.log --average cpu,memory,disk,free,uptime --offset +01:00
+}
+
+@test "malformed lines are reported by number, and the others are shown" {
+    cd "$DATA"
+    replays 1 damaged damaged.log --average cpu,disk
+}
+
+@test "README.md shows a log and its replay" {
+    grep '^time=' "$PAGE" >readings.log
+    run -0 "$MONITOR" --replay readings.log --average cpu,free
+    [[ $(<"$PAGE") == *$'--average cpu,free\n'"$output"$'\n```'* ]]
+}
+
+@test "a replay reads a pipe" {
+    cd "$DATA"
+    run --separate-stderr -1 bash -c \
+        'cat damaged.log | "$1" --replay /dev/stdin --average cpu,disk' bash "$MONITOR"
+    diff damaged.table - <<<"$output"
+    diff <(sed 's,damaged.log,/dev/stdin,' damaged.messages) - <<<"$stderr"
+}
+
+@test "a replay of an empty log is a header" {
+    run --separate-stderr -0 "$MONITOR" --replay /dev/null --average cpu
+    [ "$stderr" = "" ]
+    [ "$output" = "time                      cpu %  memory %  disk %  free GiB  uptime d+hh:mm:ss" ]
+}
+
+@test "a log that cannot be read is reported" {
+    mkdir folder
+    run --separate-stderr -1 "$MONITOR" --replay folder
+    [ "$output" = "" ]
+    [ "$stderr" = "monitor: cannot read folder: Is a directory" ]
+    run --separate-stderr -1 "$MONITOR" --replay nowhere
+    [ "$stderr" = "monitor: cannot read nowhere: No such file or directory" ]
+}
+
+@test "a log of 4 GiB is refused" {
+    truncate -s 4G log
+    run --separate-stderr -1 "$MONITOR" --replay log
+    [ "$output" = "" ]
+    [ "$stderr" = "monitor: cannot read log: 4 GiB and more are too large" ]
+}
+
+@test "a replay to a closed pipe or a full disk ends with status 1" {
+    cd "$DATA"
+    run --separate-stderr -1 bash -c '"$1" --replay damaged.log >/dev/full' bash "$MONITOR"
+    [ "$stderr" = "monitor: cannot write to standard output: No space left on device" ]
+}
+
+@test "a replay shows no progress" {
+    cd "$DATA"
+    run -1 on_terminal '"$MONITOR" --replay damaged.log'
+    [[ $output != *readings* ]]
+}
