@@ -21,7 +21,7 @@ TEST(ByteClasses, AreThoseOfTheFunctions) {
         LowerCase const lower;
         for (int byte = -128; byte < 128; ++byte) {
             auto const c = static_cast<char>(byte);
-            EXPECT_EQ(classes.isBlank(c), called.isBlank(c)) << locale << ' ' << byte;
+            EXPECT_EQ(classes.isWhitespace(c), called.isWhitespace(c)) << locale << ' ' << byte;
             EXPECT_EQ(classes.isGraphic(c), called.isGraphic(c)) << locale << ' ' << byte;
             EXPECT_EQ(classes.isHexDigit(c), called.isHexDigit(c)) << locale << ' ' << byte;
             EXPECT_EQ(static_cast<char>(lower(c)), static_cast<char>(calledLower(c)))

@@ -3,15 +3,14 @@
 #include <cctype>
 #include <cstdio>
 
-// Bytes as the calling thread's C locale classifies them. Each byte is taken as a signed char, so
-// that 0xFF is -1, which is libc's EOF: of no class, and its own lower case, whatever the locale
-// says of the character 255. KEPT(byte-ff-is-eof)
+// The classes of bytes under the C locale of the calling thread. Each byte is taken as a signed
+// char, so that 0xFF is -1, which is libc's EOF. EOF is of no class and its own lower case, whatever
+// the locale says of the character 255. KEPT(byte-ff-is-eof)
 namespace com::halvorin::internal {
 
-// ---- the rule itself: libc's functions, for every libc
+// ---- general path: the functions that every libc has
 
-// They take EOF or an unsigned char, and a signed char other than EOF has the class of the unsigned
-// one.
+// Their argument is EOF or the value of an unsigned char.
 inline int characterOf(char c) noexcept {
     auto const value = static_cast<signed char>(c);
     return value == EOF ? EOF : static_cast<unsigned char>(c);
@@ -19,13 +18,13 @@ inline int characterOf(char c) noexcept {
 
 class CalledClasses {
 public:
-    // NOLINTBEGIN(readability-convert-member-functions-to-static): as the class with tables has it.
-    bool isBlank(char c) const noexcept { return std::isspace(characterOf(c)) != 0; }
+    // NOLINTBEGIN(readability-convert-member-functions-to-static): as in the class with tables.
+    bool isWhitespace(char c) const noexcept { return std::isspace(characterOf(c)) != 0; }
     bool isGraphic(char c) const noexcept { return std::isgraph(characterOf(c)) != 0; }
     bool isHexDigit(char c) const noexcept { return std::isxdigit(characterOf(c)) != 0; }
     // NOLINTEND(readability-convert-member-functions-to-static)
 
-    /// Whether the bytes from '!' to '~' are all graphic.
+    /// True if all bytes from '!' to '~' are graphic.
     bool asciiIsGraphic() const noexcept {
         bool all = true;
         for (int c = '!'; c <= '~'; ++c)
@@ -33,7 +32,7 @@ public:
         return all;
     }
 
-    /// Whether any other byte is. There are character sets with letters among the control bytes.
+    /// True if any other byte is graphic. Some character sets have letters among the control bytes.
     bool othersAreGraphic() const noexcept {
         bool any = isGraphic(0x7F);
         for (int c = -128; c <= ' '; ++c)
@@ -41,7 +40,7 @@ public:
         return any;
     }
 
-    /// Whether the first are and no others, as in "C" and the locales of UTF-8.
+    /// True if exactly the bytes from '!' to '~' are graphic, as in "C" and the locales of UTF-8.
     bool graphicIsUsual() const noexcept { return asciiIsGraphic() && !othersAreGraphic(); }
 };
 
@@ -52,18 +51,18 @@ public:
 
 #ifdef __GLIBC__
 
-// ---- glibc's own tables, which stand behind those functions there
+// ---- fast path: the tables from which glibc's functions read
 
-// <ctype.h> promises an entry for every signed char and for EOF. Fetched once, they spare a call a
-// byte.
+// glibc's <ctype.h> promises an entry for every signed char and for EOF. A table is fetched once,
+// where the functions are called for each byte.
 
 class TabledClasses {
 public:
-    bool isBlank(char c) const noexcept { return has(c, _ISspace); }
+    bool isWhitespace(char c) const noexcept { return has(c, _ISspace); }
     bool isGraphic(char c) const noexcept { return has(c, _ISgraph); }
     bool isHexDigit(char c) const noexcept { return has(c, _ISxdigit); }
 
-    // Both without a branch, so that the compiler looks at many entries at once.
+    // The next two have no branch in the loop, so that the compiler can use vectors.
     bool asciiIsGraphic() const noexcept {
         unsigned short inAll = _ISgraph;
         for (int c = '!'; c <= '~'; ++c)

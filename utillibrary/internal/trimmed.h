@@ -6,12 +6,12 @@
 
 namespace com::halvorin::internal {
 
-/// `trim` without the copy: the stretch of the text between its blank ends.
+/// `trim` without a copy: the part of the string between the whitespace at its ends.
 inline std::string_view trimmed(std::string_view text) noexcept {
     ByteClasses const classes;
-    while (!text.empty() && classes.isBlank(text.front()))
+    while (!text.empty() && classes.isWhitespace(text.front()))
         text.remove_prefix(1);
-    while (!text.empty() && classes.isBlank(text.back()))
+    while (!text.empty() && classes.isWhitespace(text.back()))
         text.remove_suffix(1);
     return text;
 }
