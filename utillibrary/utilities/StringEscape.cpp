@@ -6,20 +6,22 @@
 
 #include "utillibrary/internal/byte_block.h"
 #include "utillibrary/internal/byte_class.h"
+#include "utillibrary/internal/decimal.h"
 #include "utillibrary/utilities/StringEscape_internal.h"
 #include "utillibrary/utilities/StringUtilities.h"
 
-// The escaped form of texts, written. StringUnescape.cpp reads it.
+// escapeString. StringUnescape.cpp has the other direction.
 namespace com::halvorin::internal {
 
 namespace {
 
-// ---- writing
+// ---- what each byte becomes, under any locale
 
-// What one byte becomes, one to six characters, in a word that is stored whole: the characters from
-// its low end on, as a little-endian processor stores them, and their number in the top byte.
+// One to six characters, as a word that is stored whole: the characters in the low bytes, which a
+// little-endian processor stores first, and their number in the top byte.
 using Escape = std::uint64_t;
 using EscapeTable = std::array<Escape, 256>;
+static_assert(std::endian::native == std::endian::little);
 
 constexpr Escape makeEscape(std::string_view characters) noexcept {
     Escape escape = characters.size();
@@ -32,63 +34,37 @@ constexpr Escape makeEscape(std::string_view characters) noexcept {
 
 constexpr std::size_t sizeOf(Escape escape) noexcept { return escape >> 56; }
 
-// The letter that names a byte after a backslash, or 0.
-constexpr char letterOf(unsigned byte) noexcept {
-    switch (byte) {
-        case '\\':
-            return '\\';
-        case '\f':
-            return 'f';
-        case '\n':
-            return 'n';
-        case '\r':
-            return 'r';
-        case '\t':
-            return 't';
-        case '"':
-            return '"';
-        case '\b':
-            return 'b';
-        default:
-            return 0;
-    }
-}
+// What a result begins with where the string contains a backslash.
+constexpr std::string_view START_OVER = "\\\\";
+constexpr Escape BACKSLASH_ESCAPE = makeEscape(START_OVER);
 
-constexpr Escape escapeOf(unsigned byte) noexcept {
-    constexpr char DIGITS[] = "0123456789abcdef";
-    if (char const letter = letterOf(byte); letter != 0) {
+constexpr Escape escapeOf(unsigned char byte) noexcept {
+    for (auto const& [named, letter] : LETTER_ESCAPES) {
+        if (byte != static_cast<unsigned char>(named)) continue;
         char const characters[] = {'\\', letter};
         return makeEscape({characters, sizeof characters});
     }
     // KEPT(escape-widens-by-sign): the upper digits repeat the byte's sign.
     char const sign = byte < 0x80 ? '0' : 'f';
-    char const characters[] = {'\\', 'u', sign, sign, DIGITS[byte >> 4], DIGITS[byte & 0xF]};
+    char const high = HEXADECIMAL_DIGITS[byte >> 4];
+    char const low = HEXADECIMAL_DIGITS[byte & 0xF];
+    char const characters[] = {'\\', 'u', sign, sign, high, low};
     return makeEscape({characters, sizeof characters});
 }
 
-// What each byte becomes in a locale whose graphic bytes are known.
+// What each byte becomes where `isGraphic` says which bytes are graphic.
 template <typename IsGraphic>
 constexpr EscapeTable makeTable(bool keepSpace, IsGraphic isGraphic) noexcept {
     EscapeTable table{};
-    for (unsigned byte = 0; byte < table.size(); ++byte) {
+    for (unsigned i = 0; i < table.size(); ++i) {
+        auto const byte = static_cast<unsigned char>(i);
         auto const c = static_cast<char>(byte);
-        bool const plain = (c != '"' && c != '\\' && isGraphic(c)) || (c == ' ' && keepSpace);
-        table[byte] = plain ? makeEscape({&c, 1}) : escapeOf(byte);
+        bool const stays = (c != '"' && c != '\\' && isGraphic(c)) || (c == ' ' && keepSpace);
+        table[i] = stays ? makeEscape({&c, 1}) : escapeOf(byte);
     }
     return table;
 }
 
-// The tables of a locale whose graphic bytes are the usual ones.
-constexpr bool isGraphicAscii(char c) noexcept { return c > ' ' && c < 0x7F; }
-
-constexpr EscapeTable USUAL_TABLE = makeTable(false, isGraphicAscii);
-constexpr EscapeTable USUAL_TABLE_KEEPING_SPACE = makeTable(true, isGraphicAscii);
-
-constexpr EscapeTable const& usualTable(bool keepSpace) noexcept {
-    return keepSpace ? USUAL_TABLE_KEEPING_SPACE : USUAL_TABLE;
-}
-
-// The rule itself: the table of the locale in force, whatever it has graphic.
 EscapeTable tableInForce(bool keepSpace) noexcept {
     return makeTable(keepSpace, [classes = ByteClasses()](char c) { return classes.isGraphic(c); });
 }
@@ -99,20 +75,21 @@ char* writeOne(char* out, char c, EscapeTable const& table) noexcept {
     return out + sizeOf(escape);
 }
 
-// For texts with a backslash anywhere. Each byte is stored with a whole word's room.
-char* writeShort(char* out, std::string_view text, EscapeTable const& table) noexcept {
+// Writes into `escapedRoom` bytes.
+char* writeWithRoom(char* out, std::string_view text, EscapeTable const& table) noexcept {
     char* const start = out;
     for (char const c : text) {
-        // KEPT(backslash-starts-over): what was written before it is written over.
+        // KEPT(backslash-starts-over): its own escape replaces what was written before it.
         if (c == '\\') out = start;
         out = writeOne(out, c, table);
     }
     return out;
 }
 
-// For texts without one, of any length. Eight bytes are read at once, so that no store keeps the
-// next byte waiting; the last seven of them are written without a word's room.
-void writeLong(char* out, std::string_view text, EscapeTable const& table) noexcept {
+// Writes a string without a backslash, and nothing after its escapes. For the last seven bytes there
+// may be no room for whole words. Eight bytes are read at once: otherwise the compiler reads each
+// byte after the store of the one before it, which might have changed it.
+void writeExactly(char* out, std::string_view text, EscapeTable const& table) noexcept {
     constexpr std::size_t STEP = sizeof(std::uint64_t);
     for (; text.size() >= 2 * STEP; text.remove_prefix(STEP)) {
         std::uint64_t bytes = 0;
@@ -137,68 +114,46 @@ std::size_t sizeByTable(std::string_view text, EscapeTable const& table) noexcep
     return size;
 }
 
-// ---- the usual table, on sixteen bytes at once
+// ---- what each byte becomes where exactly the bytes from '!' to '~' are graphic
 
-// Which bytes stay as they are, of bytes without a backslash.
-Bytes plainBytes(Bytes bytes, bool keepSpace) noexcept {
-    return between(bytes, keepSpace ? ' ' : '!', '~') & ~equal(bytes, '"');
+constexpr bool isUsualGraphic(char c) noexcept { return c >= '!' && c <= '~'; }
+
+constexpr EscapeTable USUAL_TABLE = makeTable(false, isUsualGraphic);
+constexpr EscapeTable USUAL_TABLE_KEEPING_SPACE = makeTable(true, isUsualGraphic);
+
+constexpr EscapeTable const& usualTable(bool keepSpace) noexcept {
+    return keepSpace ? USUAL_TABLE_KEEPING_SPACE : USUAL_TABLE;
 }
 
-bool allPlain(Bytes bytes, bool keepSpace) noexcept {
-    return !any(~plainBytes(bytes, keepSpace) | equal(bytes, '\\'));
+// As `staysAsUsual`, the next two take one byte or a block of them, and none may be a backslash.
+
+template <typename Byte>
+constexpr Byte hasLetter(Byte bytes) noexcept {
+    return static_cast<Byte>((between(bytes, '\b', '\r') & ~equal(bytes, '\v')) |
+                             equal(bytes, '"'));
 }
 
-// The first word of a text and the last, which may overlap, over and over.
-template <typename Word>
-Bytes endsOf(std::string_view text) noexcept {
-    std::array<Word, sizeof(Bytes) / sizeof(Word)> words;
-    std::memcpy(words.data(), text.data(), sizeof(Word));
-    std::memcpy(words.data() + 1, text.data() + text.size() - sizeof(Word), sizeof(Word));
-    for (std::size_t i = 2; i < words.size(); ++i)
-        words[i] = words[0];
-    return std::bit_cast<Bytes>(words);
+// Six characters; five fewer for a byte that stays, four fewer for one that has a letter.
+template <typename Byte>
+constexpr Byte usualSizes(Byte bytes, bool keepSpace) noexcept {
+    return static_cast<Byte>(6 - (staysAsUsual(bytes, keepSpace) & 5) - (hasLetter(bytes) & 4));
 }
 
-// Whether all bytes of a text stay as they are.
-bool isPlain(std::string_view text, bool keepSpace) noexcept {
-    constexpr std::size_t BLOCK = sizeof(Bytes);
-    std::size_t const size = text.size();
-    if (size >= BLOCK) {
-        for (std::size_t i = 0; i + BLOCK < size; i += BLOCK) {
-            if (!allPlain(loadBytes(&text[i]), keepSpace)) return false;
-        }
-        return allPlain(loadBytes(&text[size - BLOCK]), keepSpace);
+// The predicates decide how much is allocated, and the table decides how much is written.
+constexpr bool predicatesAgreeWithTheTable(bool keepSpace) noexcept {
+    for (unsigned i = 0; i < 256; ++i) {
+        auto const byte = static_cast<unsigned char>(i);
+        Escape const escape = usualTable(keepSpace)[i];
+        bool const stays = staysAsUsual(byte, keepSpace) != 0;
+        bool const agree = byte == '\\' ? escape == BACKSLASH_ESCAPE
+                                        : usualSizes(byte, keepSpace) == sizeOf(escape) &&
+                                              stays == (sizeOf(escape) == 1);
+        if (!agree) return false;
     }
-    if (size >= 8) return allPlain(endsOf<std::uint64_t>(text), keepSpace);
-    if (size >= 4) return allPlain(endsOf<std::uint32_t>(text), keepSpace);
-    if (size >= 2) return allPlain(endsOf<std::uint16_t>(text), keepSpace);
-    return size == 0 || allPlain(endsOf<std::uint8_t>(text), keepSpace);
-}
-
-// Owns plain texts of one to two words, which are copied. False is no answer.
-template <typename Word>
-bool copyPlain(char* out, std::string_view text, bool keepSpace) noexcept {
-    if (text.size() < sizeof(Word) || text.size() > 2 * sizeof(Word)) return false;
-    if (!allPlain(endsOf<Word>(text), keepSpace)) return false;
-    std::size_t const last = text.size() - sizeof(Word);
-    std::memcpy(out, text.data(), sizeof(Word));
-    std::memcpy(out + last, text.data() + last, sizeof(Word));
     return true;
 }
-
-// How many bytes from the front stay as they are, in whole steps.
-std::size_t plainSize(std::string_view text, bool keepSpace) noexcept {
-    constexpr std::size_t STEP = 4 * sizeof(Bytes);
-    std::size_t size = 0;
-    for (; size + STEP <= text.size(); size += STEP) {
-        Bytes plain = ~Bytes{};
-        for (std::size_t i = 0; i < STEP; i += sizeof(Bytes)) {
-            plain &= plainBytes(loadBytes(&text[size + i]), keepSpace);
-        }
-        if (any(~plain)) break;
-    }
-    return size;
-}
+static_assert(predicatesAgreeWithTheTable(false) && predicatesAgreeWithTheTable(true),
+              "staysAsUsual and hasLetter must say of each byte what the table says");
 
 // `sizeByTable` for a usual table.
 std::size_t usualSize(std::string_view text, bool keepSpace) noexcept {
@@ -208,79 +163,89 @@ std::size_t usualSize(std::string_view text, bool keepSpace) noexcept {
     while (text.size() - done >= sizeof(Bytes)) {
         std::size_t const end = std::min(done + STEP, text.size());
         Bytes sizes{};
-        for (; done + sizeof(Bytes) <= end; done += sizeof(Bytes)) {
-            Bytes const bytes = loadBytes(&text[done]);
-            Bytes const named =
-                (between(bytes, '\b', '\r') & ~equal(bytes, '\v')) | equal(bytes, '"');
-            // Six characters, five less for a plain byte, four less for a named one.
-            sizes += 6 - (plainBytes(bytes, keepSpace) & 5) - (named & 4);
-        }
+        for (; done + sizeof(Bytes) <= end; done += sizeof(Bytes))
+            sizes += usualSizes(loadBytes(&text[done]), keepSpace);
         size += sum(sizes);
     }
     return size + sizeByTable(text.substr(done), usualTable(keepSpace));
 }
 
-// ---- whole texts
+// How many bytes at the front of a string without a backslash stay as they are, in whole steps.
+std::size_t plainSize(std::string_view text, bool keepSpace) noexcept {
+    constexpr std::size_t STEP = 4 * sizeof(Bytes);
+    std::size_t size = 0;
+    for (; size + STEP <= text.size(); size += STEP) {
+        Bytes stay = ~Bytes{};
+        for (std::size_t i = 0; i < STEP; i += sizeof(Bytes))
+            stay &= staysAsUsual(loadBytes(&text[size + i]), keepSpace);
+        if (any(~stay)) break;
+    }
+    return size;
+}
 
-// What remains of a text of which only what stands behind the last backslash counts.
-struct Remainder {
-    std::string_view start;  // what the result begins with
-    std::string_view text;
+// ---- whole strings
+
+// Strings of up to this size are copied when all is plain, else written to the stack first. Longer
+// ones are looked at from the end, for a backslash.
+constexpr std::size_t SHORT_SIZE = 64;
+
+// What a result consists of: two pieces as they are, then the escapes of the third.
+struct Pieces {
+    std::string_view start;
+    std::string_view plain;
+    std::string_view rest;  // without a backslash
 };
 
 // KEPT(backslash-starts-over): all before the last backslash would be written and dropped.
-Remainder afterLastBackslash(std::string_view text) noexcept {
+Pieces afterLastBackslash(std::string_view text) noexcept {
     void const* const found = memrchr(text.data(), '\\', text.size());
-    if (found == nullptr) return {{}, text};
+    if (found == nullptr) return {{}, {}, text};
     auto const position = static_cast<std::size_t>(static_cast<char const*>(found) - text.data());
-    return {"\\\\", text.substr(position + 1)};
+    return {START_OVER, {}, text.substr(position + 1)};
 }
 
-// A text of which the first bytes stay as they are, and the rest takes `size` by a table.
-std::string assembled(Remainder const& remainder, std::size_t plain, std::size_t size,
-                      EscapeTable const& table) {
-    auto const [start, text] = remainder;
-    std::string result(start.size() + plain + size, '\0');
-    char* const out = std::copy(start.begin(), start.end(), result.data());
-    std::memcpy(out, text.data(), plain);
-    writeLong(out + plain, text.substr(plain), table);
+std::string assembled(Pieces const& pieces, std::size_t restSize, EscapeTable const& table) {
+    auto const& [start, plain, rest] = pieces;
+    std::size_t const copied = start.size() + plain.size();
+    std::string result;
+    result.reserve(copied + restSize);
+    result.append(start).append(plain).resize(copied + restSize);
+    writeExactly(&result[copied], rest, table);
     return result;
 }
 
-// Owns the usual table.
-std::string escapedAsUsual(Remainder const& remainder, bool keepSpace) {
-    auto const [start, text] = remainder;
-    std::size_t const plain = plainSize(text, keepSpace);
-    if (plain == text.size() && start.empty()) return std::string(text);
-    std::size_t const size = usualSize(text.substr(plain), keepSpace);
-    return assembled(remainder, plain, size, usualTable(keepSpace));
-}
-
-std::string escapedLong(std::string_view text, Escaping const& escaping) {
-    Remainder const remainder = afterLastBackslash(text);
-    if (escaping.usual) return escapedAsUsual(remainder, escaping.keepSpace);
-    EscapeTable const table = tableInForce(escaping.keepSpace);
-    return assembled(remainder, 0, sizeByTable(remainder.text, table), table);
-}
-
-constexpr std::size_t SHORT = 64;  // what is written on the stack first
-
 }  // namespace
 
-char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept {
-    bool const keepSpace = escaping.keepSpace;
-    if (!escaping.usual) return writeShort(out, text, tableInForce(keepSpace));
-    if (copyPlain<std::uint64_t>(out, text, keepSpace) ||
-        copyPlain<std::uint32_t>(out, text, keepSpace)) {
-        return out + text.size();
+std::string escapeByLocale(std::string_view text, bool keepSpace) {
+    EscapeTable const table = tableInForce(keepSpace);
+    Pieces const pieces = afterLastBackslash(text);
+    return assembled(pieces, sizeByTable(pieces.rest, table), table);
+}
+
+std::string escapeAsUsual(std::string_view text, bool keepSpace) {
+    if (text.size() <= SHORT_SIZE) {
+        std::array<char, escapedRoom(SHORT_SIZE)> result;
+        return {result.data(), writeWithRoom(result.data(), text, usualTable(keepSpace))};
     }
-    return writeShort(out, text, usualTable(keepSpace));
+    Pieces pieces = afterLastBackslash(text);
+    std::size_t const plain = plainSize(pieces.rest, keepSpace);
+    if (plain == text.size()) return std::string(text);
+    pieces.plain = pieces.rest.substr(0, plain);
+    pieces.rest.remove_prefix(plain);
+    return assembled(pieces, usualSize(pieces.rest, keepSpace), usualTable(keepSpace));
 }
 
 std::string escaped(std::string_view text, Escaping const& escaping) {
-    if (text.size() > SHORT || !escaping.usual) return escapedLong(text, escaping);
-    std::array<char, escapedRoom(SHORT)> result;
-    return {result.data(), writeShort(result.data(), text, usualTable(escaping.keepSpace))};
+    if (!escaping.usual) return escapeByLocale(text, escaping.keepSpace);
+    return escapeAsUsual(text, escaping.keepSpace);
+}
+
+char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept {
+    bool const keepSpace = escaping.keepSpace;
+    if (!escaping.usual) return writeWithRoom(out, text, tableInForce(keepSpace));
+    if (auto const end = copyPlain<std::uint64_t>(out, text, keepSpace)) return *end;
+    if (auto const end = copyPlain<std::uint32_t>(out, text, keepSpace)) return *end;
+    return writeWithRoom(out, text, usualTable(keepSpace));
 }
 
 }  // namespace com::halvorin::internal
@@ -291,8 +256,9 @@ std::string escapeString(std::string const& text, bool keepSpace) {
     using namespace internal;
     ByteClasses const classes;
     bool const asciiIsGraphic = classes.asciiIsGraphic();
-    // What a plain text is made of is known now; the rest of the question takes as long as a copy.
-    if (asciiIsGraphic && text.size() <= SHORT && isPlain(text, keepSpace)) return text;
+    // Whether a short string is plain is known now. To ask about the other bytes takes as long again.
+    bool const shortAndPlain = text.size() <= SHORT_SIZE && isPlain(text, keepSpace);
+    if (shortAndPlain && asciiIsGraphic) return text;
     return escaped(text, {keepSpace, asciiIsGraphic && !classes.othersAreGraphic()});
 }
 
