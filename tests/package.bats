@@ -46,7 +46,7 @@ prints_what_it_should() {
     LD_LIBRARY_PATH="${2-}" "$1" | diff - "$SOURCE_DIR/tests/package/host_output.txt"
 }
 
-@test "the package is the library, its public headers, and two descriptions" {
+@test "the package is the library, its public headers, two descriptions, and a page" {
     diff <(cd "$MOVED/lib" && find . ! -type d | sort) - <<END
 $(cd "$SOURCE_DIR" && find ./utillibrary -name '*.h' ! -name '*_internal.h' ! -path '*/internal/*' |
         sed 's,^\.,./include,' | sort)
@@ -59,6 +59,7 @@ $(cd "$SOURCE_DIR" && find ./utillibrary -name '*.h' ! -name '*_internal.h' ! -p
 ./lib/libutillibrary.so.1.0.0
 ./lib/libutillibrary.so.1.0.0-gdb.py
 ./lib/pkgconfig/utillibrary.pc
+./share/doc/utillibrary/kept.md
 END
 }
 
