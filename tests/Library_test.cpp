@@ -231,7 +231,7 @@ struct RefusalFact {
     char const* message;
 };
 
-// The blanks at the ends are KEPT(reports-end-in-a-blank), the names KEPT(reports-use-other-names).
+// The blanks at the ends are KEPT(reports-end-in-a-space), the names KEPT(reports-use-other-names).
 RefusalFact const REFUSAL_FACTS[] = {
     {"no name", false, "", 0x80070057, "Invalid argument (NULL == Name). "},
     {"no name, and open already", true, "", 0x80070057, "Invalid argument (NULL == Name). "},
@@ -382,7 +382,7 @@ struct SymbolFact {
     char const* message;
 };
 
-// The blanks at the ends are KEPT(reports-end-in-a-blank).
+// The blanks at the ends are KEPT(reports-end-in-a-space).
 SymbolFact const SYMBOL_FACTS[] = {
     {"a function", true, "pluginAnswer", SUCCESS, nullptr},
     {"a value", true, "pluginValue", SUCCESS, nullptr},

@@ -2,9 +2,9 @@
 
 namespace com::halvorin::application::oru {
 
-// KEPT(hook-is-empty): a report belongs to the host; a default that printed would speak in the
-// host's name. It stands alone in this file so that no caller can be compiled together with it, and
-// the linker is told to leave it replaceable.
+// KEPT(hook-is-empty): a report belongs to the host, so the library prints nothing.
+// The function is alone in this file, so that no caller is compiled together with it. The build
+// also keeps it out of link-time optimisation and of the linker's symbolic binding.
 void writelog(std::string const& /*component*/, int /*level*/, std::string const& /*message*/,
               unsigned int /*code*/) {}
 

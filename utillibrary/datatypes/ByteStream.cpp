@@ -8,8 +8,8 @@
 #include "utillibrary/application/ORUsyslog.h"
 #include "utillibrary/internal/result_codes.h"
 
-// The block is a bare pointer: a class to own it would bring a heavy header to every host. Between
-// a block's making and its storing nothing can throw.
+// The block is a plain pointer, because a class that owns it would need a heavy header in every host.
+// Nothing can throw after a block is made and before it is stored.
 // NOLINTBEGIN(cppcoreguidelines-owning-memory)
 namespace com::halvorin::datatypes {
 
@@ -17,18 +17,13 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// KEPT(reports-use-other-names): hosts compare the texts.
-constexpr char const* NO_POINTER = "NULL == V";
-constexpr char const* NO_BYTES = "0 == Sz";
-constexpr char const* PAST_THE_SOURCE = "SrcStart+Num > Src.size()";
-
-[[noreturn]] void refuse(char const* reason) {
-    application::oru::writelog("ByteStream::copy", LEVEL_ERROR, reason, INVALID_ARGUMENT);
-    // KEPT(throws-a-long): hosts catch the number; it is positive in 64 bits.
+[[noreturn]] void refuse(char const* message) {
+    application::oru::writelog(BYTESTREAM_COPY, LEVEL_ERROR, message, INVALID_ARGUMENT);
+    // KEPT(throws-a-long): a plain number, positive in 64 bits, and no exception object.
     throw static_cast<long>(INVALID_ARGUMENT);
 }
 
-// Of two 32-bit numbers, so that it does not wrap.
+// The sum in 64 bits, which cannot wrap.
 constexpr unsigned long sumOf(unsigned int left, unsigned int right) noexcept {
     return static_cast<unsigned long>(left) + right;
 }
@@ -45,33 +40,33 @@ unsigned int ByteStream::allocate(unsigned int size) {
     if (size == size_) {
         zeroMemory();
     } else {
-        // KEPT(allocate-frees-first): the old bytes are of no use, and two blocks might not fit.
+        // KEPT(allocate-frees-first): no old byte is kept, and memory may not suffice for two blocks.
         clear();
-        // KEPT(zero-length-is-not-empty): a block even for 0.
+        // KEPT(zero-length-is-not-empty): size 0 gets a block too.
         replace(new char[size](), size);
     }
     return size;
 }
 
 unsigned int ByteStream::resize(unsigned int size) {
-    // KEPT(resize-to-nothing-throws): `clear` is there for that. Its length may be 0 already.
-    if (buffer_ != nullptr && size == 0) refuse(NO_BYTES);
+    // KEPT(resize-to-nothing-throws): before any comparison of sizes, as a block may have length 0.
+    if (buffer_ != nullptr && size == 0) refuse(ZERO_SIZE);
     if (size < size_) {
-        become(buffer_, size);
+        copyGeneral(buffer_, size);
     } else if (size > size_) {
         extend(size, size);
     }
     return size;
 }
 
-void ByteStream::become(char const* bytes, unsigned int size) {
-    if (size != 0 && bytes == nullptr) refuse(NO_POINTER);
-    // KEPT(zero-length-is-not-empty): what a block of length 0 comes to.
-    if (size == 0 && bytes != nullptr) refuse(NO_BYTES);
+void ByteStream::copyGeneral(char const* bytes, unsigned int size) {
+    if (size != 0 && bytes == nullptr) refuse(NULL_BYTES);
+    // KEPT(zero-length-is-not-empty): this refuses a stream that has a block of length 0.
+    if (size == 0 && bytes != nullptr) refuse(ZERO_SIZE);
     if (size == 0) {
         clear();
     } else if (size == size_) {
-        // KEPT(copy-onto-itself-zeroes): unlike assignment, which asks for itself first.
+        // KEPT(copy-onto-itself-zeroes): assignment tests for itself first; this does not.
         zeroMemory();
     } else {
         auto* const block = new char[size];
@@ -82,14 +77,14 @@ void ByteStream::become(char const* bytes, unsigned int size) {
 
 unsigned int ByteStream::copy(ByteStream& source, unsigned int sourceStart, unsigned int start,
                               unsigned int count) {
-    if (sumOf(sourceStart, count) > source.size_) refuse(PAST_THE_SOURCE);
-    // KEPT(zero-counts-the-rest): no shortcut for 0.
+    if (sumOf(sourceStart, count) > source.size_) refuse(PAST_SOURCE_END);
+    // KEPT(zero-counts-the-rest): no early return for 0.
     if (count == 0) count = source.size_ - sourceStart;
 
     unsigned long const end = sumOf(start, count);
     if (end > UINT_MAX) throw std::bad_alloc();
     if (end > size_) extend(static_cast<unsigned int>(end), start);
-    // Only now is the source looked at: it may be this stream, whose block has moved.
+    // Read the source only now: it may be this stream, which may have a new block.
     if (count != 0) std::memmove(buffer_ + start, source.buffer_ + sourceStart, count);
     return count;
 }
@@ -100,8 +95,8 @@ void ByteStream::replace(char* block, unsigned int size) noexcept {
     size_ = size;
 }
 
-// Moves the bytes to a longer block, in which zero bytes follow them up to `zeroEnd`. What lies
-// behind is the caller's to write.
+// Moves the bytes to a longer block and sets the bytes after them to zero, up to `zeroEnd`. The caller
+// writes the bytes from `zeroEnd` on.
 void ByteStream::extend(unsigned int size, unsigned int zeroEnd) {
     auto* const block = new char[size];
     if (buffer_ != nullptr) std::memcpy(block, buffer_, size_);

@@ -2,46 +2,68 @@
 
 #include <utillibrary/export.h>
 
+// A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
 namespace com::halvorin::datatypes {
 
-// A block of raw bytes of an exact length, owned by its stream: no spare capacity, no position.
-//
-// Lengths, offsets and counts are of 32 bits. One object belongs to one thread at a time. Copies
-// are deep, and there is no moving form.
-//     ByteStream frame(4);              // 00 00 00 00
-//     frame.buffer()[0] = 7;            // 07 00 00 00
-//     ByteStream body("abc", 3);
-//     frame.copy(body, 0, 4, 0);        // 07 00 00 00 'a' 'b' 'c'
-//
-// An empty stream has no block, and a null pointer. A block of length 0 is not empty: `allocate(0)`
-// leaves one where there were bytes, and a stream that holds one cannot be copied.
-// KEPT(zero-length-is-not-empty)
-//
-// A wrong argument is reported ("ByteStream::copy", level 3, a text, 0x80070057); then a bare
-// `long` of that value, 2147942487, is thrown. KEPT(throws-a-long) The texts call the arguments V,
-// Sz, Src, SrcStart and Num. KEPT(reports-use-other-names) Where memory fails, std::bad_alloc is
-// thrown. Nothing has changed in either case, save that `allocate` has freed its block.
+/// A block of bytes of an exact length, owned by this object. It has no spare capacity and no
+/// read or write position.
+///
+/// Lengths, offsets and counts have 32 bits. A copy has its own block; moving copies. One object
+/// belongs to one thread at a time.
+///     ByteStream frame(4);              // 00 00 00 00
+///     frame.buffer()[0] = 7;
+///     frame                             // 07 00 00 00
+///     ByteStream body("abc", 3);        // 61 62 63
+///     frame.copy(body, 0, 4, 0)         // 3
+///     frame                             // 07 00 00 00 61 62 63
+///
+/// An empty stream has no block: its pointer is null and its size is 0. A block of length 0 is
+/// something else: `allocate(0)` makes one from a stream that had bytes. Its pointer is not null,
+/// and it cannot be copied.
+///
+/// A wrong argument is reported first: component "ByteStream::copy", level 3, code 0x80070057 and
+/// one of three messages. Then a `long` of the value 2147942487 (0x80070057) is thrown.
+///
+/// | message                     | cause                                                  |
+/// |-----------------------------|--------------------------------------------------------|
+/// | "NULL == V"                 | a null pointer with a size other than 0                |
+/// | "0 == Sz"                   | a pointer that is not null with size 0                 |
+/// | "SrcStart+Num > Src.size()" | the part to copy reaches past the end of its source    |
+///
+/// The object is unchanged after this exception. It is also unchanged after std::bad_alloc, except
+/// in `allocate`.
+/// Kept     zero-length-is-not-empty, throws-a-long, reports-use-other-names
 // NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): moves are copies.
 class UTILLIBRARY_EXPORT ByteStream {
 public:
-    /// Empty.
+    /// Makes an empty stream.
+    /// Fails    never.
     ByteStream() noexcept;
 
-    /// That many zero bytes; empty for 0.
+    /// Makes a stream of `size` zero bytes; an empty stream for 0.
+    /// Fails    std::bad_alloc.
     // NOLINTNEXTLINE(google-explicit-constructor): a length may stand for so many zero bytes.
     ByteStream(unsigned int size);
 
-    /// A copy of `size` bytes.
-    /// Fails    as `copy` of the same arguments does.
-    UTILLIBRARY_INLINE ByteStream(char const* bytes, unsigned int size) { become(bytes, size); }
+    /// Makes a stream that contains a copy of `size` bytes.
+    /// Takes    bytes and size: null and 0 make an empty stream.
+    /// Fails    as `copy(bytes, size)`.
+    UTILLIBRARY_INLINE ByteStream(char const* bytes, unsigned int size) {
+        copyGeneral(bytes, size);
+    }
 
-    /// Fails    as `copy` of the other's bytes does: for a block of length 0 too.
-    UTILLIBRARY_INLINE ByteStream(ByteStream const& other) { become(other.buffer_, other.size_); }
+    /// Makes a copy of another stream.
+    /// Fails    as `copy` of its bytes: "0 == Sz" if `other` has a block of length 0.
+    UTILLIBRARY_INLINE ByteStream(ByteStream const& other) {
+        copyGeneral(other.buffer_, other.size_);
+    }
 
+    /// Frees the block.
     UTILLIBRARY_INLINE ~ByteStream() { delete[] buffer_; }
 
-    /// Copies the other's bytes; from itself, it changes nothing, unlike `copy`.
-    /// Fails    as `copy` of the other's bytes does: for a block of length 0 too.
+    /// Replaces the bytes by a copy of those of another stream. Assigning a stream to itself
+    /// changes nothing, unlike `copy`.
+    /// Fails    as `copy` of its bytes: "0 == Sz" if `other` has a block of length 0.
     UTILLIBRARY_INLINE ByteStream& operator=(ByteStream const& other) {
         if (this != &other) copy(other.buffer_, other.size_);
         return *this;
@@ -49,93 +71,118 @@ public:
 
     // ---- questions
 
-    /// The block, to be read and written; null when the stream is empty. Good until the next change
-    /// of length. Two names and a conversion give one pointer. KEPT(three-names-for-one-pointer)
+    /// The first byte of the block, to read and to write; null if the stream is empty.
+    /// Gives    a pointer that is valid until the next change of length.
+    /// Fails    never.
+    /// Kept     three-names-for-one-pointer
     UTILLIBRARY_INLINE char* buffer() const noexcept { return buffer_; }
-    // KEPT(three-names-for-one-pointer): hosts use each of them.
+
+    /// The same pointer as `buffer()`.
+    /// Fails    never.
+    /// Kept     three-names-for-one-pointer
+    // KEPT(three-names-for-one-pointer): a host may use any of the three.
     UTILLIBRARY_INLINE char* data() const noexcept { return buffer_; }
+
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wignored-qualifiers"
-    // The second const is part of the conversion's name among the exports, and nothing else.
+    /// The same pointer as `buffer()`, to read only.
+    /// Fails    never.
+    /// Kept     three-names-for-one-pointer
+    // The second const is part of the exported name, and has no other effect.
     // NOLINTNEXTLINE(google-explicit-constructor, readability-const-return-type)
     UTILLIBRARY_INLINE operator char const* const() const noexcept { return buffer_; }
 #pragma GCC diagnostic pop
 
-    /// The block's length in bytes.
+    /// The length of the block in bytes.
+    /// Fails    never.
     UTILLIBRARY_INLINE unsigned int size() const noexcept { return size_; }
 
     // ---- changes
 
-    /// Frees the block: the stream is empty.
+    /// Frees the block. The stream is empty afterwards.
+    /// Fails    never.
     void clear() noexcept;
 
-    /// Makes the block `size` zero bytes long; the old bytes are never kept.
-    /// Gives    size. A block of that length already is zeroed in place; so 0 leaves an empty
-    ///          stream empty, and makes any other block one of length 0.
-    ///          KEPT(zero-length-is-not-empty)
-    /// Fails    with std::bad_alloc; the stream is empty then, as the old block is freed before the
-    ///          new one is made, unlike in `copy` and `resize`. KEPT(allocate-frees-first)
+    /// Makes the block `size` zero bytes long. No old byte is kept.
+    /// Gives    size. If the block already has this length, its bytes become zero in place. So
+    ///          `allocate(0)` leaves an empty stream empty, and gives any other stream a block of
+    ///          length 0.
+    /// Fails    std::bad_alloc; the stream is then empty, because the old block is freed first.
+    ///          `copy` and `resize` keep the old block in that case.
+    /// Kept     zero-length-is-not-empty, allocate-frees-first
     unsigned int allocate(unsigned int size);
 
-    /// Makes the block `size` bytes long and keeps what fits of the old bytes; new ones are zero.
+    /// Makes the block `size` bytes long. Old bytes are kept as far as they fit; new bytes are zero.
     /// Gives    size.
-    /// Fails    for 0, unless the stream is empty: "0 == Sz" is reported and the long thrown.
-    ///          KEPT(resize-to-nothing-throws)
-    /// Cost     one new block, even to shrink; none for the length that it has.
+    /// Fails    "0 == Sz" for size 0, unless the stream is empty; std::bad_alloc.
+    /// Cost     one new block, also for a smaller size; no new block for an equal size.
+    /// Kept     resize-to-nothing-throws
     unsigned int resize(unsigned int size);
 
-    /// Zeroes all bytes.
+    /// Sets all bytes to zero.
+    /// Fails    never.
     UTILLIBRARY_INLINE void zeroMemory() noexcept {
         if (buffer_ != nullptr) __builtin_memset(buffer_, 0, size_);
     }
 
-    /// Makes the block a copy of `size` bytes.
-    /// Takes    bytes: they may lie within the own block. The whole own block is zeroed before it
-    ///          is copied onto itself, and so becomes zero. KEPT(copy-onto-itself-zeroes)
-    /// Gives    size; null and 0 empty the stream.
-    /// Fails    with "NULL == V" for null and a size, with "0 == Sz" for a pointer and 0: reported,
-    ///          and the long thrown.
-    /// Cost     one new block; none for the length that it has.
+    /// Replaces the block by a copy of `size` bytes.
+    /// Takes    bytes: may point into this object's block. But to copy the whole block onto itself
+    ///          sets all its bytes to zero.
+    /// Gives    size. Null and 0 make the stream empty.
+    /// Fails    "NULL == V" for null with a size; "0 == Sz" for a pointer with size 0;
+    ///          std::bad_alloc.
+    /// Cost     one new block; no new block for an equal size.
+    /// Kept     copy-onto-itself-zeroes
     UTILLIBRARY_INLINE unsigned int copy(char const* bytes, unsigned int size) {
-        // Others' bytes that just fill the block, as those of one frame after another do.
+        // The usual case of one frame after another: foreign bytes of the same length.
         bool const fill = size == size_ && size != 0 && bytes != nullptr && bytes != buffer_;
         if (fill) {
             __builtin_memcpy(buffer_, bytes, size);
         } else {
-            become(bytes, size);
+            copyGeneral(bytes, size);
         }
         return size;
     }
 
-    /// Makes the block a copy of another stream's; `copy(source.buffer(), source.size())`.
-    /// Takes    source: a variable, though it is not written; a constant one, or a number that
-    ///          would turn into a stream of zero bytes, does not fit. KEPT(source-is-a-variable)
+    /// Replaces the block by a copy of another stream's: `copy(source.buffer(), source.size())`.
+    /// Takes    source: a non-const reference, though `source` is only read. A const stream does
+    ///          not compile, nor does a number, which would convert to a stream of zero bytes.
+    /// Gives    source.size().
+    /// Fails    as `copy(bytes, size)`.
+    /// Kept     source-is-a-variable
     UTILLIBRARY_INLINE unsigned int copy(ByteStream& source) {
-        // KEPT(source-is-a-variable): a constant reference would take a number for a stream of zero
-        // bytes.
+        // KEPT(source-is-a-variable): a const reference would take a number for a stream.
         return copy(source.buffer_, source.size_);
     }
 
-    /// Writes part of a stream over this one from byte `start` on, and lengthens this one as
-    /// needed; it never gets shorter. Bytes between the old end and `start` become zero.
-    /// Takes    count: 0 for all that follows `sourceStart`. KEPT(zero-counts-the-rest) source: may
-    ///          be this stream, and its part overlap the bytes written. KEPT(source-is-a-variable)
-    /// Gives    the bytes copied, at times 0.
-    /// Fails    with "SrcStart+Num > Src.size()" where the part passes the source's end: reported,
-    ///          and the long thrown. With std::bad_alloc, too, where the new length passes 32 bits.
+    /// Writes a part of `source` over this stream, from byte `start` on. This stream becomes longer
+    /// if necessary, and never shorter. Bytes between its old end and `start` become zero.
+    /// Takes    source: may be this stream; the part may overlap the bytes that are written.
+    ///          sourceStart: index of the first byte to copy. start: index that it gets here.
+    ///          count: bytes to copy; 0 copies all bytes from `sourceStart` to the end.
+    /// Gives    the number of bytes copied; 0 if `sourceStart` is the end of `source`.
+    /// Fails    "SrcStart+Num > Src.size()" if the part reaches past the end of `source`;
+    ///          std::bad_alloc, also if the new length needs more than 32 bits.
     /// Cost     one new block if the length changes.
-    /// Example  4 bytes from 0 of "abcd" to 6 in "wxyz" give "wxyz", 00 00, "abcd"
+    /// Example  ByteStream text("wxyz", 4);
+    ///          ByteStream source("abcd", 4);
+    ///          text.copy(source, 0, 6, 4)              // 4
+    ///          text                                    // 77 78 79 7a 00 00 61 62 63 64
+    ///          text.copy(source, 2, 0, 0)              // 2
+    ///          text                                    // 63 64 79 7a 00 00 61 62 63 64
+    ///          text.copy(source, 5, 0, 0)              // throws long 2147942487
+    /// Kept     zero-counts-the-rest, source-is-a-variable
     unsigned int copy(ByteStream& source, unsigned int sourceStart, unsigned int start,
                       unsigned int count);
 
 private:
-    // `copy` of all bytes but others' that just fill the block.
-    void become(char const* bytes, unsigned int size);
+    // `copy` for every argument; `copy` itself only handles foreign bytes of an equal length.
+    void copyGeneral(char const* bytes, unsigned int size);
     UTILLIBRARY_LOCAL void replace(char* block, unsigned int size) noexcept;
     UTILLIBRARY_LOCAL void extend(unsigned int size, unsigned int zeroEnd);
 
-    char* buffer_ = nullptr;  // from array new; null when empty
-    unsigned int size_ = 0;   // 0 when null
+    char* buffer_ = nullptr;  // from array new; null when the stream is empty
+    unsigned int size_ = 0;   // bytes; 0 when `buffer_` is null
 };
 
 }  // namespace com::halvorin::datatypes

@@ -4,36 +4,62 @@
 
 #include <utillibrary/export.h>
 
+// A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
 namespace com::halvorin::datatypes {
 
-// One shared object, loaded at run time and closed with its owner.
-//
-// The platform's loader does the work, with its own rules of search and of counting: a file that is
-// opened twice is loaded once. An object owns its handle, so it is neither copied nor moved, and
-// belongs to one thread at a time.
-//     Library plugin("./libplugin.so");
-//     auto const start = reinterpret_cast<int (*)()>(plugin.procAddress("start"));
-//     if (start != nullptr) start();
-//
-// Every failure is reported through the log hook, at level 3, before the caller learns of it. Most
-// of the texts end in a blank, and in them an empty name is NULL, called Name or EntryPoint.
-// KEPT(reports-end-in-a-blank) KEPT(reports-use-other-names)
-//
-// A zero byte ends a name, as libc reads it. Where memory fails, std::bad_alloc is thrown, and the
-// object is as it was. An exception that escapes from the shared object's own constructors or
-// destructors cannot pass the loader: it ends the process.
+/// One shared library, loaded at run time and closed together with this object.
+///
+/// The platform's loader does the work by its own rules: where it searches, and that a file which
+/// is opened twice is loaded once. An object owns its handle, so it can be neither copied nor
+/// moved. One object belongs to one thread at a time.
+///     Library math;
+///     math.open("./missing.so")                // 3974733678
+///     math.open("libm.so.6")                   // 0
+///     auto const cosine = reinterpret_cast<double (*)(double)>(math.procAddress("cos"));
+///     cosine(0.0)                              // 1
+///     math.close()                             // 0
+///
+/// The constructor throws the code instead of returning it:
+///     unsigned int code = 0;
+///     try {
+///         Library const plugin("./missing.so");
+///     } catch (unsigned int thrown) {
+///         code = thrown;
+///     }
+///     code                                     // 3974733678
+///
+/// Each failure is reported through the log hook at level 3, and then the caller gets its code:
+///
+/// | component              | message                                           | code       |
+/// |------------------------|---------------------------------------------------|------------|
+/// | "Library::open"        | "Invalid argument (NULL == Name). "               | 0x80070057 |
+/// | "Library::open"        | "Must call Close because library is already open" | 0x80004005 |
+/// | "Library::open"        | "Error calling dlopen. Reason: " and a reason     | 0xECE99F6E |
+/// | "Library::open"        | "Error calling dlopen. "                          | 0xECE99F6E |
+/// | "Library::procAddress" | "Library is not open. "                           | 0x80070057 |
+/// | "Library::procAddress" | "NULL == EntryPoint. "                            | 0x80070057 |
+/// | "Library::procAddress" | "Error calling dlsym. "                           | 0xECE99F6F |
+///
+/// A zero byte ends a name. After std::bad_alloc the object is unchanged.
+///
+/// Loading runs code of the file, so open only files that you trust. The loader checks little:
+/// it waits at a FIFO until somebody writes to it, and a file that was cut off in the middle may
+/// end the process with SIGBUS or SIGSEGV. An exception that leaves a constructor or destructor of
+/// the file's own static objects ends the process.
+/// Kept     reports-end-in-a-space, reports-use-other-names
 class UTILLIBRARY_EXPORT Library {
 public:
-    /// Closed, without a name.
+    /// Makes a closed object without a name.
+    /// Fails    never.
     Library() noexcept;
 
-    /// Opens a shared object.
-    /// Fails    with the code that `open` returns, thrown as a bare `unsigned int`.
-    ///          KEPT(constructor-throws-a-number)
+    /// Opens a shared library, as `open(name)`.
+    /// Fails    throws the code of `open` as an `unsigned int`, after the report; std::bad_alloc.
+    /// Kept     constructor-throws-a-number
     // NOLINTNEXTLINE(google-explicit-constructor): a name may stand for the library of that name.
     Library(std::string const& name);
 
-    /// Closes, without a report if there is nothing to close.
+    /// Closes the library if it is open. It reports nothing.
     ~Library();
 
     Library(Library const&) = delete;
@@ -43,54 +69,61 @@ public:
 
     // ---- questions
 
-    /// Whether there is a handle.
+    /// True if a library is open.
+    /// Fails    never.
     UTILLIBRARY_INLINE bool isOpen() const noexcept { return module_ != nullptr; }
 
-    /// The name given to the last `open` that succeeded; `close` leaves it.
-    /// KEPT(name-outlives-close)
+    /// The name that the last successful `open` was given; empty before. `close` does not change it.
+    /// Fails    std::bad_alloc.
+    /// Kept     name-outlives-close
     std::string name() const;
 
-    /// The loader's handle; null when closed.
+    /// The loader's handle; null if no library is open.
+    /// Fails    never.
     UTILLIBRARY_INLINE void* module() const noexcept { return module_; }
 
-    /// The address of a symbol.
-    /// Takes    name: as it stands in the symbol table, C++ names mangled.
-    /// Fails    with null and a report, "Library::procAddress": not open, "Library is not open. ",
-    ///          0x80070057; an empty name, "NULL == EntryPoint. ", 0x80070057; not found, "Error
-    ///          calling dlsym. ", 0xECE99F6F. A symbol whose value is null counts as not found.
-    ///          KEPT(null-symbol-is-missing)
+    /// Finds the address of a symbol.
+    /// Takes    name: as in the symbol table; names of C++ functions are mangled.
+    /// Gives    the address; null after a failure.
+    /// Fails    reports "Library is not open. ", "NULL == EntryPoint. " for an empty name, or "Error
+    ///          calling dlsym. " for a symbol that is missing or whose value is null. std::bad_alloc
+    ///          for the report.
+    /// Source   POSIX dlsym
+    /// Kept     null-symbol-is-missing
     void* procAddress(std::string const& name) const;
 
     // ---- changes
 
-    /// Loads a shared object; its functions are bound as they are called (RTLD_LAZY).
-    /// Takes    name: given to the loader as it stands: a path if there is a slash in it, else a
-    ///          file that the loader searches for.
-    /// Gives    0.
-    /// Fails    with a code and a report, "Library::open": an empty name, 0x80070057, "Invalid
-    ///          argument (NULL == Name). "; open already, 0x80004005, "Must call Close because
-    ///          library is already open"; not loaded, 0xECE99F6E, "Error calling dlopen. Reason: "
-    ///          and the loader's own reason, which `dlerror` does not give again. What is open
-    ///          stays open, what is closed stays closed, and the name stays.
+    /// Loads a shared library. Its functions are bound when they are first called (RTLD_LAZY).
+    /// Takes    name: given to the loader unchanged. With a slash it is a path; otherwise the
+    ///          loader searches its folders.
+    /// Gives    0; after a failure the code that the class's table lists.
+    /// Fails    reports an empty name, a library that is already open, or that the loader failed,
+    ///          with the reason of `dlerror`. The object is unchanged then. std::bad_alloc.
     /// Source   POSIX dlopen
     unsigned int open(std::string const& name);
 
-    /// The same with a mode of the host's choice.
-    /// Takes    flags: for `dlopen`, unchanged, such as RTLD_NOW | RTLD_GLOBAL.
-    /// Fails    likewise; but where the loader fails, the text is "Error calling dlopen. ", and the
-    ///          reason is left for the host to ask `dlerror`. KEPT(reason-without-flags-only)
+    /// Loads a shared library with flags of the caller's choice.
+    /// Takes    name: as for `open(name)`. flags: for `dlopen`, unchanged: RTLD_LAZY or RTLD_NOW,
+    ///          perhaps with RTLD_GLOBAL and others.
+    /// Gives    0; after a failure the code that the class's table lists.
+    /// Fails    as `open(name)`, but if the loader fails, the message is "Error calling dlopen. ";
+    ///          the caller can then ask `dlerror` for the reason.
+    /// Source   POSIX dlopen
+    /// Kept     reason-without-flags-only
     unsigned int open(std::string const& name, unsigned int flags);
 
-    /// Gives the shared object back to the loader.
-    /// Gives    0, whatever the loader answers. KEPT(close-always-succeeds)
-    /// Fails    never. Where nothing is open it gives 0 as well, after a notice: "Library::close",
-    ///          level 7, "Library is not open", code 0. KEPT(closed-twice-is-a-notice)
+    /// Closes the library. The name stays.
+    /// Gives    0, also if `dlclose` fails and if no library is open.
+    /// Fails    never if a library is open. Otherwise it reports component "Library::close", level 7,
+    ///          message "Library is not open", code 0; std::bad_alloc for the report.
+    /// Kept     close-always-succeeds, closed-twice-is-a-notice
     unsigned int close();
 
 private:
     UTILLIBRARY_LOCAL bool load(std::string const& name, int mode);
 
-    std::string name_;
+    std::string name_;        // of the last successful open; empty before
     void* module_ = nullptr;  // the loader's handle; null when closed
 };
 

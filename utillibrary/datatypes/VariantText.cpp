@@ -48,9 +48,6 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-constexpr char const* COMPONENT = "Variant::convertToString";
-constexpr char const* UNKNOWN_TYPE = "Cannot convert unknown type";
-
 // ---- from one width to the other
 
 // The low bytes of sixteen characters. The low byte of each character comes first in memory.
@@ -153,7 +150,8 @@ struct TextWriter {
     Text operator()(NullValue) const { return fromNarrow<Text>("null"); }
     Text operator()(NoValue) const { return fromNarrow<Text>("unknown"); }
     Text operator()(UnsupportedType) const {
-        application::oru::writelog(COMPONENT, LEVEL_ERROR, UNKNOWN_TYPE, GENERAL_FAILURE);
+        application::oru::writelog(VARIANT_CONVERT_TO_STRING, LEVEL_ERROR, UNKNOWN_TYPE,
+                                   GENERAL_FAILURE);
         return Text();
     }
 };

@@ -34,7 +34,7 @@ struct Weights {
 Weights weightsOf(float averageDuration, float sampleDuration) {
     // KEPT(nan-duration-is-silent): asked this way round, NaN is no invalid duration.
     if (sampleDuration <= 0 || averageDuration < 0) {
-        application::oru::writelog("StringNVP::averageNVP", LEVEL_ERROR, "Invalid duration", 0);
+        application::oru::writelog(NVP_AVERAGE, LEVEL_ERROR, INVALID_DURATION, NO_CODE);
         return {1, 0};  // KEPT(invalid-duration-goes-on): no return to the host here
     }
     float const average = averageDuration / (averageDuration + sampleDuration);

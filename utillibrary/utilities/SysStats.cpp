@@ -75,11 +75,11 @@ int readDisk(char const* path, struct statvfs& status) noexcept {
 
 SysStats::SysStats() noexcept { getCPUTotals(user_, nice_, system_, idle_); }
 
-// NOLINTBEGIN(readability-convert-member-functions-to-static): hosts ask an object, whatever it reads.
+// NOLINTBEGIN(readability-convert-member-functions-to-static): members by contract.
 
 float SysStats::systemMemory() const noexcept {
     struct sysinfo const info = readSysinfo();
-    // KEPT(cache-counts-as-used): freeram alone; the unit of both cancels.
+    // KEPT(cache-counts-as-used): only freeram is free. The unit of both numbers cancels.
     return percentInUse(info.totalram - info.freeram, info.totalram);
 }
 

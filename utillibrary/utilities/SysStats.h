@@ -4,69 +4,86 @@
 
 #include <utillibrary/export.h>
 
+// A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
 namespace com::halvorin::utilities {
 
-// Cheap readings of the Linux machine that the host runs on.
-//
-// Percentages are 0 to 100, but for `diskSpace` where its two block sizes differ. Nothing is
-// logged, thrown or allocated; no locale takes part. An object remembers the previous processor
-// reading, so one object belongs to one thread at a time; all else keeps no state. A copy goes on
-// from the same previous reading. A thread that is being cancelled (pthread_cancel) completes its
-// reading first; its cancellation must be deferred, as it is by default.
-//     SysStats machine;
-//     sleep(1);
-//     float busy = machine.systemCPU();   // of that second
+/// Readings of the Linux machine that the program runs on: memory, disk space, processor load and
+/// time since boot.
+///
+/// Nothing is reported, thrown or allocated, and no locale matters. Percentages are from 0 to 100;
+/// `diskSpace` can exceed 100. An object remembers the last processor reading, and its copy starts
+/// from the same reading. One object belongs to one thread at a time. A thread that is being
+/// cancelled (pthread_cancel) completes its reading first; its cancellation must be deferred, as it
+/// is by default.
+///     SysStats machine;
+///     float percent = 0;
+///     unsigned long free = 0;
+///     machine.diskSpace("/", percent, free)      // 0
+///     machine.systemMemory() <= 100              // true
+///     machine.systemCPU() <= 100                 // true
+///     machine.uptime() > 0                       // true
 class UTILLIBRARY_EXPORT SysStats {
 public:
     /// Takes the first processor reading, from which `systemCPU` measures.
+    /// Fails    never.
     SysStats() noexcept;
 
-    /// RAM in use.
-    /// Gives    percent; memory that the kernel uses as buffer and cache counts as used.
-    ///          KEPT(cache-counts-as-used) 100 where the kernel reports no memory at all.
-    /// Fails    with 100 should the kernel not answer.
+    /// The share of RAM in use.
+    /// Gives    percent. Memory that the kernel uses for buffers and cache counts as used. 100 if
+    ///          the kernel reports no memory.
+    /// Fails    never; 100 if the kernel does not answer.
     /// Source   sysinfo(2)
+    /// Kept     cache-counts-as-used
     float systemMemory() const noexcept;
 
-    /// Space on the file system that holds a path.
-    /// Takes    path: any file or directory there; a zero byte ends it.
-    /// Gives    0; percent in use, and free: the bytes open to an unprivileged user.
-    ///          The total is counted in fragments and the free space in blocks of the file system's
-    ///          preferred size, as the fields stand. KEPT(two-block-sizes) Should free come out
-    ///          above the total, their difference wraps, and percent is far above 100. 100 percent
-    ///          where the file system reports no blocks.
-    /// Fails    with the errno of statvfs, such as ENOENT; percent and free are untouched then.
+    /// The space in use and the free space on a file system.
+    /// Takes    path: any file or directory there; a zero byte ends it. percent and free: written.
+    /// Gives    0. percent: the share in use, 100 if the file system reports no blocks. free: the
+    ///          bytes that an unprivileged user may write.
+    ///
+    ///          | value   | computed in 64 bits, which wrap |
+    ///          |---------|---------------------------------|
+    ///          | total   | f_blocks * f_frsize             |
+    ///          | free    | f_bavail * f_bsize              |
+    ///          | percent | (total - free) / total * 100    |
+    ///
+    ///          If `f_bsize` is larger than `f_frsize`, free can exceed the total. Then total - free
+    ///          wraps, and percent is far above 100.
+    /// Fails    returns the errno of statvfs, such as ENOENT; percent and free are unchanged.
     /// Source   statvfs(3)
+    /// Kept     two-block-sizes
     int diskSpace(std::string const& path, float& percent, unsigned long& free) const noexcept;
 
-    /// The machine's processor time since boot, in clock ticks, summed over its processors.
-    /// Gives    the first four counters of "/proc/stat": user, nice, system, idle. What the line
-    ///          says after them (iowait, irq ...) is left out. KEPT(first-four-counters)
-    /// Fails    with 0 in every counter that could not be read, and in those after it.
+    /// The processor time since boot, summed over all processors.
+    /// Gives    four counters in clock ticks: the first four of the line "cpu" in "/proc/stat". The
+    ///          columns after them (iowait, irq and more) do not count.
+    /// Fails    never; a counter that cannot be read is 0, and so are those after it.
     /// Source   proc(5)
+    /// Kept     first-four-counters
     void getCPUTotals(unsigned long& user, unsigned long& nice, unsigned long& system,
                       unsigned long& idle) const noexcept;
 
-    /// Processor load since the previous call, or since construction.
-    /// Gives    percent of user, nice and system time in all four; the previous result again where
-    ///          no tick has passed or a counter went backwards. KEPT(no-tick-no-news) The reading
-    ///          becomes the previous one in every case.
-    /// Fails    never; an unreadable "/proc/stat" is a reading of four zeros, so that the call
-    ///          after it measures from boot.
+    /// The processor load since the previous call, or since construction.
+    /// Gives    percent: user, nice and system ticks as a share of these three and idle ticks. The
+    ///          previous result if no tick has passed or a counter went backwards; 0 if there is
+    ///          none. In every case the next call measures from this reading.
+    /// Fails    never; if "/proc/stat" cannot be read, its counters are 0. The next call then
+    ///          measures from boot.
+    /// Kept     no-tick-no-news, first-four-counters
     float systemCPU() const noexcept;
 
-    /// Seconds since boot, suspended time included.
-    /// Gives    whole seconds as a float, rounded up by the kernel.
-    /// Fails    with 0 should the kernel not answer.
+    /// The seconds since boot, including suspended time.
+    /// Gives    whole seconds, rounded up by the kernel, as a float.
+    /// Fails    never; 0 if the kernel does not answer.
     /// Source   sysinfo(2)
     float uptime() const noexcept;
 
 private:
-    mutable unsigned long user_ = 0;  // the previous reading
-    mutable unsigned long nice_ = 0;
-    mutable unsigned long system_ = 0;
-    mutable unsigned long idle_ = 0;
-    mutable float cpu_ = 0;  // the previous result
+    mutable unsigned long user_ = 0;    // clock ticks at the last processor reading
+    mutable unsigned long nice_ = 0;    // clock ticks
+    mutable unsigned long system_ = 0;  // clock ticks
+    mutable unsigned long idle_ = 0;    // clock ticks
+    mutable float cpu_ = 0;             // percent: the last result of systemCPU
 };
 
 }  // namespace com::halvorin::utilities

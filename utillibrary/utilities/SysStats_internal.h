@@ -3,9 +3,10 @@
 #include <charconv>
 #include <string_view>
 
-// What SysStats makes of the plain data that it reads at the system's rim.
+// What SysStats computes from the numbers and the text that the system gives it.
 namespace com::halvorin::internal {
 
+/// Processor time since boot in clock ticks.
 struct CpuTotals {
     unsigned long user = 0;
     unsigned long nice = 0;
@@ -13,20 +14,21 @@ struct CpuTotals {
     unsigned long idle = 0;
 };
 
-/// The first four counters of "/proc/stat".
-/// Takes  text: its beginning; a word, which is skipped, and numbers, with white space between.
-/// Gives  0 for the first counter that is not a number of 64 bits, and for all after it.
+/// Reads the first four counters of "/proc/stat".
+/// Takes    text: the start of the file: a word, which is skipped, then numbers. Whitespace is
+///          between them.
+/// Gives    0 for the first counter that is not a decimal number of 64 bits, and for all after it.
 inline CpuTotals parseCpuTotals(std::string_view text) noexcept {
-    constexpr std::string_view BLANKS = " \t\n\v\f\r";
+    constexpr std::string_view WHITESPACE = " \t\n\v\f\r";
     auto const skipTo = [&text](std::size_t position) {
         text.remove_prefix(position < text.size() ? position : text.size());
     };
-    skipTo(text.find_first_not_of(BLANKS));
-    skipTo(text.find_first_of(BLANKS));
+    skipTo(text.find_first_not_of(WHITESPACE));
+    skipTo(text.find_first_of(WHITESPACE));
 
     CpuTotals totals;
     for (unsigned long* counter : {&totals.user, &totals.nice, &totals.system, &totals.idle}) {
-        skipTo(text.find_first_not_of(BLANKS));
+        skipTo(text.find_first_not_of(WHITESPACE));
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), *counter);
         if (error != std::errc()) break;
         skipTo(static_cast<std::size_t>(end - text.data()));
@@ -34,8 +36,8 @@ inline CpuTotals parseCpuTotals(std::string_view text) noexcept {
     return totals;
 }
 
-/// A share in percent. Each count becomes a float first; the rest is done in double.
-/// Takes  total: not 0
+/// A share in percent. Each count is converted to float first; product and quotient are double.
+/// Takes    total: not 0.
 inline float percentOf(unsigned long part, unsigned long total) noexcept {
     return static_cast<float>(static_cast<double>(static_cast<float>(part)) * 100.0 /
                               static_cast<double>(static_cast<float>(total)));
@@ -68,13 +70,14 @@ inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
     return {percentInUse(total - free, total), free};
 }
 
-/// The load in percent between two readings, or `previousLoad` where they do not tell.
+/// The load in percent between two readings; `previousLoad` if no tick has passed between them or a
+/// counter went backwards.
 inline float cpuLoad(CpuTotals const& previous, CpuTotals const& now, float previousLoad) noexcept {
-    // KEPT(no-tick-no-news): neither 0 nor 100 would be true.
+    // KEPT(no-tick-no-news): without ticks there is no new figure.
     bool const backwards = previous.user > now.user || previous.nice > now.nice ||
                            previous.system > now.system || previous.idle > now.idle;
     if (backwards) return previousLoad;
-    // KEPT(first-four-counters): waiting for a disk is neither busy nor idle here.
+    // KEPT(first-four-counters): time that waits for a disk counts as neither busy nor idle.
     unsigned long const busy =
         now.user + now.nice + now.system - (previous.user + previous.nice + previous.system);
     unsigned long const total = busy + (now.idle - previous.idle);
