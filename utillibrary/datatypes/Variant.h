@@ -23,8 +23,8 @@ using VariantType = int;
 //     std::string text = v.toString();    // "3.7"
 //
 // Conversions exist twice, as a named member and as an operator that does the same. They never
-// check a range and never throw, save std::bad_alloc where text is made, or where text that is more
-// than a sign and 18 digits is read as an integer.
+// check a range and never throw, save std::bad_alloc where text is made, or where text is read as an
+// integer under a global C++ locale that is not the classic one.
 // NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): a copy normalises, so moves are copies.
 class UTILLIBRARY_EXPORT Variant {
 public:
@@ -168,9 +168,7 @@ public:
     //   String     formatted extraction of a long under the global C++ locale, in base ten: blanks
     //              and a sign first, then digits; the rest is ignored. No digits give 0; beyond 64
     //              bits the nearer end counts, for unsigned long too. KEPT(text-is-read-as-int64)
-    //              Then its low N bits. A sign and up to 18 digits, which every locale of the
-    //              system reads alike, are read so whatever facets a host has made.
-    //              KEPT(plain-digits)
+    //              Then its low N bits.
     //   Null       0
     //   no value (type 0, or a number outside 0 to 14)
     //              0, after one line on standard output:

@@ -26,20 +26,20 @@ bool widensNumbersToThemselves(std::ctype<wchar_t> const& facet) {
                       [](wchar_t left, char right) { return left == static_cast<wchar_t>(right); });
 }
 
-// Takes  NumberFacet: the facet that reads or writes. It takes the separators from numpunct, and
-//        the digits from ctype.
+// Takes  NumberFacet: num_get or num_put. Either takes its separators from numpunct, and its digits
+//        from ctype.
 template <typename NumberFacet>
-bool hasStandardFacets(std::locale const& locale) {
+std::optional<StandardFacets> standardFacets(std::locale const& locale) {
     using Punctuation = std::numpunct<wchar_t>;
     using Characters = std::ctype<wchar_t>;
-    if (!isStandard(std::use_facet<NumberFacet>(locale))) return false;
-    if (!isStandard<Punctuation, std::numpunct_byname<wchar_t>>(
-            std::use_facet<Punctuation>(locale))) {
-        return false;
-    }
-    auto const& characters = std::use_facet<Characters>(locale);
-    return isStandard<Characters, std::ctype_byname<wchar_t>>(characters) &&
-           widensNumbersToThemselves(characters);
+    StandardFacets const facets{std::use_facet<Punctuation>(locale),
+                                std::use_facet<Characters>(locale)};
+    bool const areStandard =
+        isStandard(std::use_facet<NumberFacet>(locale)) &&
+        isStandard<Punctuation, std::numpunct_byname<wchar_t>>(facets.punctuation) &&
+        isStandard<Characters, std::ctype_byname<wchar_t>>(facets.characters) &&
+        widensNumbersToThemselves(facets.characters);
+    return areStandard ? std::optional(facets) : std::nullopt;
 }
 
 }  // namespace
@@ -50,14 +50,23 @@ char singleDecimalPoint() noexcept {
     return point[0] != '\0' && point[1] != '\0' ? '\0' : point[0];
 }
 
-bool readsByStandardFacets(std::locale const& locale) {
-    return hasStandardFacets<std::num_get<wchar_t>>(locale);
+wchar_t wideDecimalPoint() noexcept {
+    // For this item glibc gives the character itself, in the first bytes of the pointer.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): as above
+    char const* const item = nl_langinfo(_NL_NUMERIC_DECIMAL_POINT_WC);
+    wchar_t point = L'\0';
+    std::memcpy(&point, &item, sizeof point);
+    return point;
+}
+
+std::optional<StandardFacets> standardReadingFacets(std::locale const& locale) {
+    return standardFacets<std::num_get<wchar_t>>(locale);
 }
 
 bool writesPlainNumbers(std::locale const& locale) {
-    if (!hasStandardFacets<std::num_put<wchar_t>>(locale)) return false;
-    auto const& punctuation = std::use_facet<std::numpunct<wchar_t>>(locale);
-    return punctuation.decimal_point() == L'.' && punctuation.grouping().empty();
+    auto const facets = standardFacets<std::num_put<wchar_t>>(locale);
+    return facets && facets->punctuation.decimal_point() == L'.' &&
+           facets->punctuation.grouping().empty();
 }
 
 }  // namespace com::halvorin::internal

@@ -1,163 +1,168 @@
 #pragma once
 
-#include <array>
 #include <bit>
+#include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
+#include <cwctype>
 #include <limits>
-#include <string>
+#include <optional>
 #include <string_view>
 
-#include "utillibrary/internal/locale.h"
+#include "utillibrary/internal/digits.h"
 #include "utillibrary/internal/power_of_ten.h"
 #include "utillibrary/internal/rounding.h"
 
-// The direct road from text to floating numbers, narrow and wide.
+// The fast path from strings to floating numbers, narrow and wide. The general path is libc's strtof,
+// strtod or wcstod.
+//
+// gcc 12 returns a std::optional through memory, which takes as long as the reading of three digits.
+// So the functions that return one are inlined always.
 namespace com::halvorin::internal {
 
-template <typename Character>
-constexpr bool isDecimalDigit(Character c) noexcept {
-    return c >= '0' && c <= '9';
-}
-
-inline constexpr long MOST_DIGITS = 19;  // below 2^64
-
-// A sign, digits with a point among them, "e", a sign and two digits.
-inline constexpr long LONGEST_NUMBER = MOST_DIGITS + 6;
-
-// What stands at a place of a text, and where it ends.
-template <typename Character, typename Value>
-struct Taken {
-    Value value;
-    Character const* end;
-};
-
-// What stands for a sign: true for a minus, and no step for neither.
-template <typename Character>
-constexpr Taken<Character, bool> takeSign(Character const* at, Character const* end) noexcept {
-    if (at == end) return {false, at};
-    bool const minus = *at == '-';
-    bool const plus = *at == '+';
-    // Without a branch, as nobody can foretell a sign.
-    return {minus, at + static_cast<int>(minus | plus)};
-}
-
-// Where digits end at the latest. A view needs to be told; behind a whole text stands a zero, which
-// is no digit.
-template <typename Character>
-constexpr Character const* endOfDigits(std::basic_string_view<Character> text) noexcept {
-    return text.data() + text.size();
-}
-
-template <typename Character>
-constexpr auto endOfDigits(std::basic_string<Character> const& /*text*/) noexcept {
-    return std::unreachable_sentinel;
-}
-
-// Digits, put behind those of `value`; what does not fit 64 bits is lost.
-template <typename Character, typename End>
-constexpr Taken<Character, unsigned long> takeDigits(Character const* at, End end,
-                                                     unsigned long value = 0) noexcept {
-    for (; at != end && isDecimalDigit(*at); ++at)
-        value = 10 * value + static_cast<unsigned long>(*at - '0');
-    return {value, at};
-}
-
-// What a plain number says: digits * 10^exponent.
+/// digits * 10^exponent, negative if `minus`.
 struct PlainNumber {
     unsigned long digits;
     int exponent;
     bool minus;
 };
 
-// Reads an optional sign, digits with at most one point among them, and an optional exponent of up
-// to two digits, to the end of the text.
-template <typename Text, typename PointIsDot>
-bool readPlainNumber(Text const& text, PointIsDot pointIsDot, PlainNumber& number) noexcept {
+/// A sign, digits with a point among them, "e", a sign and two digits.
+inline constexpr long LONGEST_NUMBER = MOST_DIGITS + 6;
+
+/// True if the C locale says that c is whitespace, which libc skips. No locale may say so of a
+/// digit, but one may say so of "-" or ".".
+inline bool isSkipped(char c) noexcept { return std::isspace(static_cast<unsigned char>(c)) != 0; }
+inline bool isSkipped(wchar_t c) noexcept {
+    return std::iswspace(static_cast<std::wint_t>(c)) != 0;
+}
+
+/// Reads a string that is an optional sign, 1 to 19 digits with at most one point among them, and an
+/// optional exponent: "e", an optional sign, and up to two digits.
+/// Takes  decimalPoint: gives libc's decimal point, or a zero if libc's is longer than one
+///        character. It is called once at most, for a string with a "." or an "e".
+/// Gives  false for any other string, and `number` as it was.
+template <typename Text, typename DecimalPoint>
+bool parsePlainNumber(Text const& text, DecimalPoint decimalPoint, PlainNumber& number) noexcept {
     auto const* const end = text.data() + text.size();
     auto const stop = endOfDigits(text);
-    if (end - text.data() > LONGEST_NUMBER) return false;
+    if (text.empty() || end - text.data() > LONGEST_NUMBER) return false;
+    if (!isDecimalDigit(text.front()) && isSkipped(text.front())) return false;
+
     auto const [minus, first] = takeSign(text.data(), end);
     auto [digits, at] = takeDigits(first, stop);
-    long count = at - first;
+    auto const wholeDigits = at - first;
+    if (at == end) {
+        if (wholeDigits == 0 || wholeDigits > MOST_DIGITS) return false;
+        number = PlainNumber{digits, 0, minus};
+        return true;
+    }
+
+    if (*at != '.' && *at != 'e') return false;
+    auto const point = decimalPoint();
     long places = 0;
-    if (at != end && *at == '.' && pointIsDot()) {
+    if (*at == '.') {
+        if (point != '.') return false;
         auto const fraction = takeDigits(at + 1, stop, digits);
         digits = fraction.value;
         places = fraction.end - at - 1;
         at = fraction.end;
     }
-    count += places;
+    long const count = wholeDigits + places;
     if (count == 0 || count > MOST_DIGITS) return false;
-    number = {digits, -static_cast<int>(places), minus};
-    if (at == end) return true;
+    int const exponent = -static_cast<int>(places);
+    if (at == end) {
+        number = PlainNumber{digits, exponent, minus};
+        return true;
+    }
 
-    if (*at != 'e') return false;
+    // An "e" may be the decimal point, too.
+    if (*at != 'e' || point == 'e' || point == '\0') return false;
     auto const [down, firstOfExponent] = takeSign(at + 1, end);
-    // libc ignores an "e" without digits, which comes to the same.
+    // libc ignores an "e" without digits. Here the exponent is then 0, which is the same.
     auto const shift = takeDigits(firstOfExponent, stop);
     if (shift.end != end || end - firstOfExponent > 2) return false;
-    number.exponent += down ? -static_cast<int>(shift.value) : static_cast<int>(shift.value);
+    auto const distance = static_cast<int>(shift.value);
+    number = PlainNumber{digits, exponent + (down ? -distance : distance), minus};
     return true;
 }
 
-// The powers of ten that are exact: 5^10 is below 2^24, and 5^22 below 2^53.
-inline constexpr auto EXACT_POWERS_OF_TEN = [] {
-    std::array<double, 23> table{};
-    table[0] = 1;
-    for (std::size_t i = 1; i < table.size(); ++i)
-        table[i] = table[i - 1] * 10;
-    return table;
-}();
-
-// digits * 10^exponent to the nearest, by the leading bits of the power. Declines where these do
-// not tell it from halfway, and where libc may report a number out of range: outside the normal
-// numbers, and on the least of them, to which a smaller one may have been rounded.
+/// digits * 10^exponent, rounded to the nearest, from the leading bits of the power.
+/// Takes  digits: not 0
+/// Declines if these bits do not tell on which side of a halfway point the number is, and if libc
+/// may report the number out of range: outside the normal numbers, and at the smallest of them, to
+/// which a smaller number may have been rounded. All floating operations here are exact. So they
+/// raise no flag, and the mode of the arithmetic does not matter.
 template <typename Floating>
-bool scaleToNearest(unsigned long digits, int exponent, Floating& nearest) noexcept {
+[[gnu::always_inline]] inline std::optional<Floating> scaledToNearest(unsigned long digits,
+                                                                      int exponent) noexcept {
     int const zeros = std::countl_zero(digits);
     Scaled const product = scaled(digits << zeros, -zeros, exponent);
     int const leadingZeros = product.bits >> 63 == 0 ? 1 : 0;
     int const places = 64 - std::numeric_limits<Floating>::digits - leadingZeros;
-    if (mayBeHalfway(product.bits, places, SCALED_ERROR)) return false;
+    if (mayBeHalfway(product.bits, places, SCALED_ERROR)) return std::nullopt;
     auto const power = static_cast<std::uint64_t>(product.exponent + places + 1023) << 52;
     double const value =
         static_cast<double>(rounded(product.bits, places)) * std::bit_cast<double>(power);
     bool const inRange = value > std::numeric_limits<Floating>::min() &&
                          value <= std::numeric_limits<Floating>::max();
-    if (inRange) nearest = static_cast<Floating>(value);
-    return inRange;
+    if (!inRange) return std::nullopt;
+    return static_cast<Floating>(value);
 }
 
-/// Reads the number that the whole text is, as `strtof` and `strtod`, or `wcstod`, read it. Owns
-/// plain decimals: an optional sign, up to 19 digits, a point among them where libc has it so, a
-/// short exponent. Anything else: false, and the number stays as it was.
-/// Takes  text: a std::string, a std::wstring, or a view; pointIsDot: answers whether libc has it
-///        so, asked once, for a text with a point.
+/// value * 10^power, or value / 10^-power, rounded as libc rounds it.
+/// Takes  value: exact; power: of EXACT_POWERS_OF_TEN, if it is exact in Floating, or its negative
+/// Declines if arithmetic may round in another direction than libc.
 ///
-/// Digits and a power of ten that are both exact give a product, or a quotient, that is rounded
-/// once, in the mode in force, as libc rounds. For others the leading bits are enough, but for few.
-template <typename Floating, typename Text, typename PointIsDot>
-bool readPlain(Text const& text, PointIsDot pointIsDot, Floating& number) noexcept {
+/// The reverse operation on a result r tells: if r is too small, it gives less than the value, and
+/// rounded down still less. So under a mode that is not to the nearest it gives the value only if r
+/// is exact. To ask for the mode of the arithmetic takes longer on some processors. Both operations
+/// are exact if r is. So they raise FE_INEXACT only if libc does.
+template <typename Floating>
+[[gnu::always_inline]] inline std::optional<Floating> scaledByArithmetic(Floating value,
+                                                                         int power) noexcept {
+    auto const scale = static_cast<Floating>(
+        EXACT_POWERS_OF_TEN[static_cast<std::size_t>(power < 0 ? -power : power)]);
+    Floating const result = power < 0 ? value / scale : value * scale;
+    if (decimalsRoundToNearest()) {
+        Floating const restored = power < 0 ? result * scale : result / scale;
+        if (restored != value) return std::nullopt;
+    } else if (!arithmeticRoundsAsDecimals()) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+/// The number as strtof, strtod or wcstod gives it, under the rounding words in force.
+template <typename Floating>
+[[gnu::always_inline]] inline std::optional<Floating> toFloating(
+    PlainNumber const& plain) noexcept {
     constexpr unsigned long EXACT = 1UL << std::numeric_limits<Floating>::digits;
     constexpr int EXACT_POWER = sizeof(Floating) == sizeof(float) ? 10 : 22;
-    PlainNumber plain;
-    if (!readPlainNumber(text, pointIsDot, plain)) return false;
-
-    int const power = plain.exponent < 0 ? -plain.exponent : plain.exponent;
-    if (plain.digits <= EXACT && power <= EXACT_POWER) {
+    if (plain.digits <= EXACT) {
         auto const digits = static_cast<Floating>(plain.digits);
-        auto const scale =
-            static_cast<Floating>(EXACT_POWERS_OF_TEN[static_cast<std::size_t>(power)]);
         Floating const value = plain.minus ? -digits : digits;
-        number = plain.exponent < 0 ? value / scale : value * scale;
-        return true;
+        if (plain.exponent == 0 || plain.digits == 0) return value;
+        if (plain.exponent >= -EXACT_POWER && plain.exponent <= EXACT_POWER) {
+            if (auto const result = scaledByArithmetic(value, plain.exponent)) return *result;
+        }
     }
-    if (plain.digits == 0 || !roundsToNearest()) return false;
-    if (!scaleToNearest(plain.digits, plain.exponent, number)) return false;
-    if (plain.minus) number = -number;
-    return true;
+    if (!decimalsRoundToNearest()) return std::nullopt;
+    auto const magnitude = scaledToNearest<Floating>(plain.digits, plain.exponent);
+    if (!magnitude) return std::nullopt;
+    return plain.minus ? -*magnitude : *magnitude;
+}
+
+/// The number that the whole string is, as strtof, strtod or wcstod gives it. Declines a string that
+/// is no plain number, and the few numbers that only libc rounds.
+/// Takes  Floating: float or double; text: a std::string, a std::wstring, or a std::string_view;
+///        decimalPoint: as for `parsePlainNumber`
+template <typename Floating, typename Text, typename DecimalPoint>
+[[gnu::always_inline]] inline std::optional<Floating> readPlain(
+    Text const& text, DecimalPoint decimalPoint) noexcept {
+    PlainNumber number;
+    if (!parsePlainNumber(text, decimalPoint, number)) return std::nullopt;
+    return toFloating<Floating>(number);
 }
 
 }  // namespace com::halvorin::internal

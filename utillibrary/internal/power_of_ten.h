@@ -48,6 +48,17 @@ static_assert(leadingBitsOf(-1) == 0xCCCCCCCCCCCCCCCC && binaryExponentOf(-1) ==
 static_assert(leadingBitsOf(313) == 0xD94AD8B1C7380874 && binaryExponentOf(313) == 1039);
 static_assert(leadingBitsOf(-307) == 0x8FD0C16206306BAB && binaryExponentOf(-307) == -1020);
 
+/// The powers of ten that a double contains exactly, from 10^0 on: 5^22 is below 2^53. The first
+/// eleven are exact in a float as well: 5^10 is below 2^24.
+inline constexpr auto EXACT_POWERS_OF_TEN = [] {
+    std::array<double, 23> table{};
+    table[0] = 1;
+    for (std::size_t i = 1; i < table.size(); ++i)
+        table[i] = table[i - 1] * 10;
+    return table;
+}();
+static_assert(EXACT_POWERS_OF_TEN.back() == 1e22);
+
 /// bits * 2^exponent. The bits are those of a number rounded down, and less than SCALED_ERROR too
 /// small.
 struct Scaled {

@@ -14,19 +14,27 @@ namespace com::halvorin::internal {
 
 #ifdef __x86_64__
 
-/// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
-inline bool decimalsRoundToNearest() noexcept {
-    constexpr unsigned short X87_ROUNDING_BITS = 0x0C00;  // both zero: to the nearest
+/// The two bits of the x87 control word that libc obeys. Both zero: to the nearest.
+inline unsigned decimalRounding() noexcept {
     unsigned short word = 0;
     // Volatile: the word may change between two calls, which the compiler does not know.
     __asm__ volatile("fnstcw %0" : "=m"(word));
-    return (word & X87_ROUNDING_BITS) == 0;
+    return word >> 10 & 3U;
 }
 
+/// The two bits of the SSE word that arithmetic obeys. They mean the same as those above.
+inline unsigned arithmeticRounding() noexcept { return __builtin_ia32_stmxcsr() >> 13 & 3U; }
+
+/// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
+inline bool decimalsRoundToNearest() noexcept { return decimalRounding() == 0; }
+
 /// True if sums, products and conversions of float and double round to the nearest.
-inline bool arithmeticRoundsToNearest() noexcept {
-    constexpr unsigned int SSE_ROUNDING_BITS = 0x6000;  // both zero: to the nearest
-    return (__builtin_ia32_stmxcsr() & SSE_ROUNDING_BITS) == 0;
+inline bool arithmeticRoundsToNearest() noexcept { return arithmeticRounding() == 0; }
+
+/// True if libc and arithmetic round in the same direction. Then an operation on exact operands
+/// gives what libc gives, since both round the same exact result once.
+inline bool arithmeticRoundsAsDecimals() noexcept {
+    return decimalRounding() == arithmeticRounding();
 }
 
 #else
@@ -36,6 +44,9 @@ inline bool decimalsRoundToNearest() noexcept { return std::fegetround() == FE_T
 
 /// True if sums, products and conversions of float and double round to the nearest.
 inline bool arithmeticRoundsToNearest() noexcept { return decimalsRoundToNearest(); }
+
+/// True, because there is one word.
+inline bool arithmeticRoundsAsDecimals() noexcept { return true; }
 
 #endif
 

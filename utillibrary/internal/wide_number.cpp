@@ -1,9 +1,9 @@
 #include "utillibrary/internal/wide_number.h"
 
-#include <algorithm>
 #include <cwchar>
 #include <sstream>
 
+#include "utillibrary/internal/digits.h"
 #include "utillibrary/internal/formatted.h"
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/plain_number.h"
@@ -12,54 +12,77 @@ namespace com::halvorin::internal {
 
 namespace {
 
-// The rule itself.
+using Characters = std::ctype<wchar_t>;
+
+// True for what streams skip in the classic locale. They ask its facet; ASCII is known.
+bool isClassicWhitespace(wchar_t c) {
+    bool const isAscii = c >= 0 && c <= 0x7F;
+    if (isAscii) return c == L' ' || (c >= L'\t' && c <= L'\r');
+    return std::use_facet<Characters>(std::locale::classic()).is(Characters::space, c);
+}
+
+bool isPartOfIntegers(wchar_t c) noexcept { return isDecimalDigit(c) || isSign(c); }
+
+// Every locale but the classic one. Kept out of the path of the classic one, which needs fewer
+// registers.
+[[gnu::noinline]] long readUnderNamedLocale(std::wstring const& text, std::locale const& locale) {
+    if (auto const value = readStandardInt64(text, locale)) return *value;
+    return extractInt64(text);
+}
+
+}  // namespace
+
 long extractInt64(std::wstring const& text) {
+    if (text.empty()) return 0;
     std::wistringstream stream(text);
     long value = 0;
     runFormatted(stream, [&value](std::wistream& in) { in >> std::dec >> value; });
     return value;
 }
 
-// Reads a sign, if there is one, and digits. Gives what follows, or null where there are more digits
-// than are sure to fit.
-wchar_t const* readInteger(std::wstring const& text, wchar_t const* at, long& number) noexcept {
-    constexpr long SURE_DIGITS = 18;  // 19 may pass 64 bits
-    auto const [minus, first] = takeSign(at, text.data() + text.size());
-    auto const digits = takeDigits(first, endOfDigits(text));
-    if (digits.end - first > SURE_DIGITS) return nullptr;
-    number = static_cast<long>(digits.value);
-    if (minus) number = -number;
-    return digits.end;
+long readClassicInt64(std::wstring const& text) {
+    wchar_t const* at = text.c_str();
+    while (isClassicWhitespace(*at))  // the zero after the string is none
+        ++at;
+    return takeInteger(at).value;
 }
 
-// Owns plain digits with or without a sign. No standard locale reads those differently, and no
-// digits are 0 in all of them.
-// KEPT(plain-digits): a host's own facets are not asked for: that takes longer than reading.
-bool readWhole(std::wstring const& text, long& number) noexcept {
-    return readInteger(text, text.data(), number) == text.data() + text.size();
-}
+// The separator and the decimal point take precedence over the digit or the sign that they also are.
+// Whether digits are grouped at all is not asked: without groups the separator has no effect, and
+// declining is right as well.
+std::optional<long> readStandardInt64(std::wstring const& text, std::locale const& locale) {
+    auto const facets = standardReadingFacets(locale);
+    if (!facets) return std::nullopt;
+    wchar_t const separator = facets->punctuation.thousands_sep();
+    wchar_t const point = facets->punctuation.decimal_point();
+    if (isPartOfIntegers(separator) || isPartOfIntegers(point)) return std::nullopt;
 
-// Owns whatever stands before and behind them in the classic locale, where nothing is a group. What
-// blanks there are beyond ASCII is not known here.
-bool readClassic(std::wstring const& text, long& number) noexcept {
-    std::size_t const start = std::min(text.find_first_not_of(L" \t\n\v\f\r"), text.size());
-    bool const isAscii = static_cast<unsigned>(text.c_str()[start]) <= 0x7F;
-    if (!isAscii || !globalLocaleIsClassic()) return false;
-    return readInteger(text, text.data() + start, number) != nullptr;
+    wchar_t const* first = text.c_str();
+    wchar_t const* const end = first + text.size();
+    // A digit is whitespace in no locale. A sign may be.
+    if (!isDecimalDigit(*first)) first = facets->characters.scan_not(Characters::space, first, end);
+    auto const integer = takeInteger(first);
+    if (integer.end != end && *integer.end == separator) return std::nullopt;
+    return integer.value;
 }
-
-}  // namespace
 
 long wideTextToInt64(std::wstring const& text) {
-    long value = 0;
-    if (readWhole(text, value) || readClassic(text, value)) return value;
-    return extractInt64(text);
+    std::locale const global;
+    if (isClassic(global)) return readClassicInt64(text);
+    return readUnderNamedLocale(text, global);
 }
 
-double wideTextToDouble(std::wstring const& text) {
-    double value = 0;
-    if (readPlain(text, decimalPointIsDot, value)) return value;
+double convertDouble(std::wstring const& text) noexcept {
     return std::wcstod(text.c_str(), nullptr);
+}
+
+std::optional<double> readDouble(std::wstring const& text) noexcept {
+    return readPlain<double>(text, wideDecimalPoint);
+}
+
+double wideTextToDouble(std::wstring const& text) noexcept {
+    if (auto const value = readPlain<double>(text, wideDecimalPoint)) return *value;
+    return convertDouble(text);
 }
 
 }  // namespace com::halvorin::internal

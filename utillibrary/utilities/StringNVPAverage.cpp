@@ -64,16 +64,15 @@ struct NumberText {
 class Numbers {
 public:
     float read(std::string_view value) const {
-        auto const pointIsDot = [this] { return pointIsDot_; };
-        float number = 0;
-        return readPlain(value, pointIsDot, number) ? number : convert(std::string(value));
+        auto const number = readPlain<float>(value, [this] { return point_; });
+        return number ? *number : convert(std::string(value));
     }
 
     // As `to_string(number, "%g")`.
     NumberText write(float number) const noexcept {
         NumberText text;
         char* const out = text.characters.data();
-        if (pointIsDot_ && nearest_) {
+        if (point_ == '.' && nearest_) {
             text.size = static_cast<std::size_t>(writeGeneral(out, number) - out);
         } else {
             text.size = static_cast<std::size_t>(
@@ -83,7 +82,7 @@ public:
     }
 
 private:
-    bool pointIsDot_ = decimalPointIsDot();
+    char point_ = singleDecimalPoint();
     bool nearest_ = decimalsRoundToNearest();
 };
 

@@ -75,12 +75,8 @@ std::string to_string(double const& value, std::string const& format) {
 }
 
 bool strtodEx(std::string const& text, double& value) noexcept {
-    double plain = 0;
-    if (readPlain(text, decimalPointIsDot, plain)) {
-        value = plain;
-        return true;
-    }
-    auto const number = readWithLibc(text);
+    auto number = readPlain<double>(text, singleDecimalPoint);
+    if (!number) number = readWithLibc(text);
     if (number) value = *number;  // KEPT(number-at-the-front): the rest is not looked at
     return number.has_value();
 }
