@@ -1,0 +1,23 @@
+# Every operation whose result depends on its arguments alone, run for its results, in threads, and
+# for long.
+
+find_package(Threads REQUIRED)
+add_library(test_operations STATIC operations/operations.cpp)
+target_compile_features(test_operations PUBLIC cxx_std_20)
+target_include_directories(test_operations PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+target_link_libraries(test_operations PUBLIC utillibrary::utillibrary)
+
+foreach(program IN ITEMS golden_vectors threads endurance)
+  add_executable(${program} operations/${program}.cpp)
+  target_link_libraries(${program} PRIVATE test_operations Threads::Threads)
+endforeach()
+
+# The hashes are the same on every processor and for every compiler.
+add_test(NAME golden_vectors
+  COMMAND golden_vectors "${CMAKE_CURRENT_SOURCE_DIR}/operations/hashes.txt")
+add_test(NAME threads COMMAND threads 2)
+set_tests_properties(threads PROPERTIES PROCESSORS 2)
+# A sanitizer keeps freed memory, so the program compares nothing there.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_test(NAME endurance COMMAND endurance 100000)
+endif()
