@@ -6,34 +6,36 @@
 
 namespace com::halvorin::datatypes {
 
-// A holder of one text, read and replaced by calling it.
-//
-// A plain value: copies are deep, moves take the text along. One object belongs to one thread at a
-// time.
-//     String greeting("hello");
-//     greeting();                   // "hello"
-//     greeting("good morning");     // "good morning", from now on
+/// An object that contains one string: a call reads it, and a call with a string replaces it.
+///
+/// A plain value: a copy has its own string, and a move takes the string. One object belongs to one
+/// thread at a time.
+///     String greeting("hello");
+///     greeting();                   // "hello"
+///     greeting("good morning");     // "good morning"
+///     greeting();                   // "good morning"
 class UTILLIBRARY_EXPORT String {
 public:
-    /// An empty text.
+    /// Contains an empty string.
+    /// Fails    never.
     String() noexcept;
 
-    /// A copy of the text, zero bytes included; implicit, so that a text may stand where a holder
-    /// is wanted.
-    /// Fails    never, but for std::bad_alloc.
-    // NOLINTNEXTLINE(google-explicit-constructor): hosts write `String s = text;`.
-    String(std::string const& text);
+    /// Contains a copy of `text`. The constructor is implicit: a std::string converts to a String.
+    /// Takes    text: a zero byte is like any other.
+    /// Fails    with std::bad_alloc alone.
+    String(std::string const& text);  // NOLINT(google-explicit-constructor): `String s = text;`
 
-    /// A copy of the held text.
-    /// Fails    never, but for std::bad_alloc.
+    /// Returns a copy of the string.
+    /// Fails    with std::bad_alloc alone.
     std::string operator()() const;
 
-    /// Replaces the held text by a copy of another one, and gives a copy of the new text.
-    /// Fails    never, but for std::bad_alloc; the held text is then the old or the new one, whole.
+    /// Replaces the string by a copy of `text`, and returns a copy of the new string.
+    /// Takes    text: a zero byte is like any other.
+    /// Fails    with std::bad_alloc alone; the string is then the old one or all of `text`.
     std::string operator()(std::string const& text);
 
 private:
-    std::string value_;
+    std::string value_;  // what a call returns
 };
 
 }  // namespace com::halvorin::datatypes

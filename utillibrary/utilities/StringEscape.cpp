@@ -86,8 +86,8 @@ char* writeWithRoom(char* out, std::string_view text, EscapeTable const& table) 
     return out;
 }
 
-// Writes a string without a backslash, and nothing after its escapes. For the last seven bytes there
-// may be no room for whole words. Eight bytes are read at once: otherwise the compiler reads each
+// Writes a string without a backslash, and nothing after its escapes: for the last seven bytes there
+// may be no room for whole words. Eight bytes are read at once. Otherwise the compiler reads each
 // byte after the store of the one before it, which might have changed it.
 void writeExactly(char* out, std::string_view text, EscapeTable const& table) noexcept {
     constexpr std::size_t STEP = sizeof(std::uint64_t);
@@ -256,7 +256,7 @@ std::string escapeString(std::string const& text, bool keepSpace) {
     using namespace internal;
     ByteClasses const classes;
     bool const asciiIsGraphic = classes.asciiIsGraphic();
-    // Whether a short string is plain is known now. To ask about the other bytes takes as long again.
+    // A plain string needs no answer about the other bytes, which would take as long again.
     bool const shortAndPlain = text.size() <= SHORT_SIZE && isPlain(text, keepSpace);
     if (shortAndPlain && asciiIsGraphic) return text;
     return escaped(text, {keepSpace, asciiIsGraphic && !classes.othersAreGraphic()});

@@ -5,7 +5,7 @@
 
 #include "utillibrary/utilities/StringUtilities_internal.h"
 
-// Searching and comparing. StringEscape.cpp, StringUnescape.cpp and StringNumbers.cpp have the rest.
+// Searching and comparing. StringUtilities.h says which sources have the rest.
 namespace com::halvorin::internal {
 
 namespace {
@@ -15,8 +15,8 @@ namespace {
 // Finds the first element that contains `text`.
 template <typename List>
 auto findContaining(List& list, std::string const& text) noexcept {
-    // std::string looks for the first byte and then compares. That is the fastest for what is usually
-    // looked for, but may take the product of both lengths. memmem takes their sum.
+    // std::string looks for the first byte and then compares. That is the fastest for short strings,
+    // but may take the product of both lengths. memmem takes their sum.
     constexpr std::size_t LONG_SIZE = 64;
     if (text.size() < LONG_SIZE) {
         return std::find_if(list.begin(), list.end(), [&text](std::string const& element) {
