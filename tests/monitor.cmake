@@ -5,15 +5,16 @@ set(monitor_dir "${PROJECT_SOURCE_DIR}/examples/monitor")
 # One program for all units: the sources are compiled once.
 utillibrary_test_program(monitor_test monitor/averages_test.cpp)
 target_include_directories(monitor_test PRIVATE "${monitor_dir}")
-foreach(unit IN ITEMS chart chart_options history number_text option_values output reading
-    reading_line reading_log replay schedule svg table time_axis)
+foreach(unit IN ITEMS chart chart_options history line_reader number_text option_values output
+    printable reading reading_line reading_log replay schedule svg table time_axis)
   target_sources(monitor_test PRIVATE monitor/${unit}_test.cpp)
 endforeach()
 foreach(source IN ITEMS
     chart/chart chart/chart_options chart/history chart/time_axis
     plugins/svg
-    program/log_hook program/option_values program/output program/schedule
-    readings/averages readings/descriptor readings/number_text readings/reading
+    program/log_hook program/option_values program/output program/printable program/schedule
+    readings/averages readings/descriptor readings/line_reader readings/number_text
+    readings/reading
     readings/reading_line readings/reading_log readings/replay
     table)
   target_sources(monitor_test PRIVATE "${monitor_dir}/${source}.cpp")

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <variant>
 
 #include <utillibrary/datatypes/Variant.h>
@@ -53,6 +54,31 @@ void showMachine(Options const& options) {
     eraseProgress();
 }
 
+// Reports malformed lines: each of the first ones, and the number of the others.
+class MalformedLines {
+public:
+    explicit MalformedLines(std::string path) : path_(std::move(path)) {}
+
+    void add(unsigned long line, Malformed const& wrong) {
+        if (++count_ > MOST_MESSAGES) return;
+        say(path_ + ":" + std::to_string(line) + ": " + wrong.reason);
+    }
+
+    void end() const {
+        if (count_ <= MOST_MESSAGES) return;
+        unsigned long const more = count_ - MOST_MESSAGES;
+        say(path_ + ": " + std::to_string(more) + " more malformed line" + (more == 1 ? "" : "s"));
+    }
+
+    unsigned long count() const noexcept { return count_; }
+
+private:
+    static constexpr unsigned long MOST_MESSAGES = 20;
+
+    std::string path_;
+    unsigned long count_ = 0;
+};
+
 // Shows the readings of a log. A reading covers the time since the reading of the line before.
 // Gives the exit status.
 int showLog(Options const& options) {
@@ -61,7 +87,7 @@ int showLog(Options const& options) {
         return true;
     });
     std::optional<xtime_t> before;
-    unsigned long malformed = 0;
+    MalformedLines malformed(options.replayPath);
     replay(
         options.replayPath,
         [&](Reading const& reading) {
@@ -71,20 +97,18 @@ int showLog(Options const& options) {
                         reading.time.toTime_point() - before.value_or(reading.time).toTime_point());
             before = reading.time;
         },
-        [&](unsigned long line, Malformed const& wrong) {
-            say(options.replayPath + ":" + std::to_string(line) + ": " + wrong.reason);
-            ++malformed;
-        });
+        [&](unsigned long line, Malformed const& wrong) { malformed.add(line, wrong); });
+    malformed.end();
     display.drawChart();
     if (!display.hasBegun()) display.begin(Variant());
     display.end();
-    return malformed == 0 ? 0 : FAILED;
+    return malformed.count() == 0 ? 0 : FAILED;
 }
 
 int run(int argc, char** argv) {
     auto const commandLine = parseCommandLine(argc, argv);
     if (auto const* const refusal = std::get_if<Refusal>(&commandLine)) {
-        say(refusal->reason + "\nTry monitor --help.");
+        sayWithUsage(refusal->reason);
         return WRONG_OPTIONS;
     }
     if (auto const* const answer = std::get_if<Answer>(&commandLine)) {

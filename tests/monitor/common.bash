@@ -59,7 +59,7 @@ refuses() {
     run --separate-stderr -2 timeout 10 "$MONITOR" "$@"
     echo "$stderr"
     [ "$output" = "" ]
-    [ "$stderr" = "monitor: $reason"$'\n'"Try monitor --help." ]
+    [ "$stderr" = "monitor: $reason"$'\n'"Usage: monitor [OPTIONS]. See monitor --help." ]
 }
 
 # fails MESSAGES OPTIONS...: the monitor ends with status 1 and these messages alone.

@@ -59,6 +59,10 @@ load common
     refuses '--path: a value is missing' --path= --help
 }
 
+@test "control bytes of an option are shown as numbers" {
+    refuses '--count: "\x1B[31m" is not a whole number from 0 to 1000000000' --count $'\e[31m'
+}
+
 @test "an option given twice is refused" {
     refuses '--count: At Most 1 required but received 2' --count 1 --count 2
 }

@@ -113,3 +113,33 @@ monitor: not a chart plugin: $PLUGINS/monitor-chart-other.so:\
         --chart chart.failing --plugins "$PLUGINS"
     [ ! -e chart.failing ]
 }
+
+@test "the reason of a plugin is shown without control bytes" {
+    fails 'monitor: cannot draw the chart: the\x1Bink\x0Ais dry' \
+        --chart chart.control --plugins "$PLUGINS"
+}
+
+@test "a plugin whose writer has no function is reported" {
+    fails "monitor: not a chart plugin: $PLUGINS/monitor-chart-nofunction.so:\
+ its writer has no function" --chart chart.nofunction --plugins "$PLUGINS"
+    [ ! -e chart.nofunction ]
+}
+
+@test "a plugin that throws an exception is reported" {
+    for format in throwing throwingentry; do
+        fails "monitor: not a chart plugin: $PLUGINS/monitor-chart-$format.so:\
+ it throws an exception" --chart "chart.$format" --plugins "$PLUGINS"
+        [ ! -e "chart.$format" ]
+    done
+}
+
+# The loader would wait for ever for a writer of a pipe.
+@test "a path that is no regular file is refused before the loader sees it" {
+    mkdir -p folder/monitor-chart-dir.so
+    mkfifo folder/monitor-chart-fifo.so
+    ln -s /dev/null folder/monitor-chart-null.so
+    for format in dir fifo null; do
+        fails "monitor: not a chart plugin: folder/monitor-chart-$format.so:\
+ it is not a regular file" --chart "chart.$format" --plugins folder
+    done
+}

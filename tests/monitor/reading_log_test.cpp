@@ -1,13 +1,14 @@
 // A log that cannot take back a partial line. What the program does with its log is in log.bats.
 #include "readings/reading_log.h"
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
 #include <gtest/gtest.h>
 
 #include "monitor/files_support.h"
-#include "readings/replay.h"
 #include "support/locales.h"
 
 using namespace monitor;
@@ -32,8 +33,9 @@ TEST(ReadingLog, SaysThatAPartOfALineRemains) {
     EXPECT_EQ(message, "cannot append to " + file.path() +
                            ", where a part of a line remains: File too large");
     log.append("third");  // ends the partial line first
-    auto const bytes = readFile(file.path());
-    EXPECT_EQ(std::string(bytes.data(), bytes.size()), "first\nseco\nthird\n");
+    std::ifstream stream(file.path());
+    std::string const bytes{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_EQ(bytes, "first\nseco\nthird\n");
 }
 
 }  // namespace

@@ -60,11 +60,35 @@ replays() {
     [ "$stderr" = "monitor: cannot read nowhere: No such file or directory" ]
 }
 
-@test "a log of 4 GiB is refused" {
-    truncate -s 4G log
+# A line that no newline ends is as long as its file.
+@test "a line above 64 KiB is malformed" {
+    head -c 65536 /dev/zero >log
     run --separate-stderr -1 "$MONITOR" --replay log
-    [ "$output" = "" ]
-    [ "$stderr" = "monitor: cannot read log: 4 GiB and more are too large" ]
+    [ "$stderr" = "monitor: log:1: not a line of name=value pairs" ]
+    printf '\0\ntime=2026-11-21T13:50:00.500Z cpu=1\n' >>log
+    run --separate-stderr -1 "$MONITOR" --replay log
+    [ "$stderr" = "monitor: log:1: longer than 65536 bytes" ]
+    [[ ${lines[1]} == "2026-11-21T13:50:00.500Z    1.0"* ]]
+}
+
+@test "the first 20 malformed lines are reported one by one, the others by their number" {
+    yes '' | head -n 20 >log
+    run --separate-stderr -1 "$MONITOR" --replay log
+    diff - <<<"$stderr" <(for i in {1..20}; do
+        echo "monitor: log:$i: not a line of name=value pairs"
+    done)
+    twenty=$stderr
+    echo >>log
+    run --separate-stderr -1 "$MONITOR" --replay log
+    [ "$stderr" = "$twenty"$'\n'"monitor: log: 1 more malformed line" ]
+    yes '' | head -n 1000 >>log
+    run --separate-stderr -1 "$MONITOR" --replay log
+    [ "$stderr" = "$twenty"$'\n'"monitor: log: 1001 more malformed lines" ]
+}
+
+@test "control bytes of a name are shown as numbers" {
+    run --separate-stderr -1 "$MONITOR" --replay $'no\nsuch\e[31m\x80log'
+    [ "$stderr" = 'monitor: cannot read no\x0Asuch\x1B[31m\x80log: No such file or directory' ]
 }
 
 @test "a replay to a closed pipe or a full disk ends with status 1" {

@@ -64,6 +64,21 @@ std::string refusalOf(std::string const& path, std::string const& folder,
     return "no chart plugin for " + format + ": " + folder + " has " + formatsIn(folder);
 }
 
+[[noreturn]] void refuse(std::string const& reason) {
+    throw std::runtime_error("not a chart plugin: " + reason);
+}
+
+// Calls a function of a plugin. A plugin must not throw, but may: anything, not only
+// std::exception.
+template <typename Function>
+auto callPlugin(std::string const& path, Function const& function) {
+    try {
+        return function();
+    } catch (...) {
+        refuse(path + ": it throws an exception");
+    }
+}
+
 // Areas, lines or texts in the form that a plugin takes: they point to the drawing's own data.
 template <typename Flat, typename Thing, typename Flatten>
 std::vector<Flat> flatten(std::vector<Thing> const& things, Flatten const& one) {
@@ -93,25 +108,29 @@ int receive(void* context, char const* bytes, std::size_t count) noexcept {
 
 }  // namespace
 
-ChartWriter::ChartWriter(std::string const& folder, std::string const& format) {
-    std::string const path =
-        folder + "/" + std::string(PLUGIN_PREFIX) + format + std::string(PLUGIN_SUFFIX);
-    if (plugin_.open(path) != 0) throw std::runtime_error(refusalOf(path, folder, format));
+ChartWriter::ChartWriter(std::string const& folder, std::string const& format)
+    : path_(folder + "/" + std::string(PLUGIN_PREFIX) + format + std::string(PLUGIN_SUFFIX)) {
+    std::error_code unreadable;
+    auto const status = std::filesystem::status(path_, unreadable);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        refuse(path_ + ": it is not a regular file");
+    }
+    if (plugin_.open(path_) != 0) throw std::runtime_error(refusalOf(path_, folder, format));
     auto const entry =
         reinterpret_cast<decltype(&monitorChartWriter)>(plugin_.procAddress(MONITOR_CHART_ENTRY));
     if (entry == nullptr) {
         // The report of `Library` does not name the symbol; the loader's message does.
         char const* const reason = dlerror();
-        throw std::runtime_error("not a chart plugin: " + (reason != nullptr ? reason : path));
+        refuse(reason != nullptr ? reason : path_);
     }
-    writer_ = entry();
-    if (writer_ == nullptr)
-        throw std::runtime_error("not a chart plugin: " + path + ": it has no writer");
+    writer_ = callPlugin(path_, entry);
+    if (writer_ == nullptr) refuse(path_ + ": it has no writer");
     if (writer_->abi != MONITOR_CHART_ABI) {
-        throw std::runtime_error("wrong chart plugin: " + path + ": its ABI number is " +
+        throw std::runtime_error("wrong chart plugin: " + path_ + ": its ABI number is " +
                                  std::to_string(writer_->abi) + ", and this program's is " +
                                  std::to_string(MONITOR_CHART_ABI));
     }
+    if (writer_->write == nullptr) refuse(path_ + ": its writer has no function");
 }
 
 std::string ChartWriter::write(Drawing const& drawing, Theme theme) const {
@@ -145,7 +164,8 @@ std::string ChartWriter::write(Drawing const& drawing, Theme theme) const {
     scene.texts = texts.data();
 
     Bytes received;
-    char const* const failure = writer_->write(&scene, receive, &received);
+    char const* const failure =
+        callPlugin(path_, [&] { return writer_->write(&scene, receive, &received); });
     if (received.outOfMemory) throw std::bad_alloc();
     if (failure != nullptr)
         throw std::runtime_error(std::string("cannot draw the chart: ") + failure);

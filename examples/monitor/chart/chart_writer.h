@@ -15,15 +15,18 @@ class ChartWriter {
 public:
     /// Loads "monitor-chart-FORMAT.so" from a folder.
     /// Fails    with std::runtime_error that says what is wrong with the plugin. If the loader
-    ///          refuses it, `Library` reports the loader's reason first.
+    ///          refuses it, `Library` reports the loader's reason first. The loader never sees what
+    ///          is not a regular file: it would wait for ever for the writer of a pipe.
     ChartWriter(std::string const& folder, std::string const& format);
 
     /// Writes a drawing.
     /// Gives    the bytes of the picture.
-    /// Fails    with std::runtime_error that has the plugin's reason, and with std::bad_alloc.
+    /// Fails    with std::runtime_error that has the plugin's reason, or says that the plugin has
+    ///          thrown an exception; and with std::bad_alloc.
     std::string write(Drawing const& drawing, Theme theme) const;
 
 private:
+    std::string path_;
     com::halvorin::datatypes::Library plugin_;
     MonitorChartWriter const* writer_ = nullptr;
 };

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "program/printable.h"
 #include "readings/descriptor.h"
 
 namespace monitor {
@@ -47,7 +48,12 @@ void print(std::string const& text) {
 
 void say(std::string const& message) {
     eraseProgress();
-    writeWhole(STDERR_FILENO, "monitor: " + message + "\n");
+    writeWhole(STDERR_FILENO, "monitor: " + printable(message) + "\n");
+}
+
+void sayWithUsage(std::string const& message) {
+    say(message);
+    writeWhole(STDERR_FILENO, "Usage: monitor [OPTIONS]. See monitor --help.\n");
 }
 
 void showProgress(std::string const& text) {

@@ -18,10 +18,14 @@ void prepareOutput() noexcept;
 /// Fails    with std::system_error "cannot write to standard output: REASON".
 void print(std::string const& text);
 
-/// Writes "monitor: ", a message and a newline to standard error. If that fails, nothing can report
-/// it.
+/// Writes "monitor: ", a message and a newline to standard error, as `printable` shows the message.
+/// If that fails, nothing can report it.
 /// Fails    never, save std::bad_alloc.
 void say(std::string const& message);
+
+/// Writes a message, and a second line that says how the program is used.
+/// Fails    never, save std::bad_alloc.
+void sayWithUsage(std::string const& message);
 
 /// Shows a progress line in place of the one before, if standard error is a terminal. Whatever else
 /// is written to the terminal must erase it first.
