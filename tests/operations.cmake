@@ -15,9 +15,16 @@ endforeach()
 # The hashes are the same on every processor and for every compiler.
 add_test(NAME golden_vectors
   COMMAND golden_vectors "${CMAKE_CURRENT_SOURCE_DIR}/operations/hashes.txt")
-add_test(NAME threads COMMAND threads 2)
+# The full run takes 10 seconds for the threads and ten million operations for the endurance.
+set(thread_seconds 2)
+set(endurance_cases 50000)
+if(UTILLIBRARY_TEST_ALL)
+  set(thread_seconds 10)
+  set(endurance_cases 500000)
+endif()
+add_test(NAME threads COMMAND threads ${thread_seconds})
 set_tests_properties(threads PROPERTIES PROCESSORS 2)
 # A sanitizer keeps freed memory, so the program compares nothing there.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
-  add_test(NAME endurance COMMAND endurance 100000)
+  add_test(NAME endurance COMMAND endurance ${endurance_cases})
 endif()
