@@ -5,296 +5,629 @@
 #include <utillibrary/datatypes/xtime.h>
 #include <utillibrary/export.h>
 
+// A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
 namespace com::halvorin::datatypes {
 
-/// The number of a type: 0 "Unknown" (no value), 1 "UnsignedByte", 2 "Uint16", 3 "Uint32", 4
-/// "Byte", 5 "Int16", 6 "Int32", 7 "Float", 8 "Double", 9 "String", 10 "Int64", 11 "Uint64", 12
-/// "Boolean", 13 "DateTime", 14 "Null".
+/// The number of a type: 0 to 14 in the first table at class Variant.
 using VariantType = int;
 
-// A dynamically typed scalar: at most one value of one of fourteen kinds, and which kind it is.
-//
-// Three emptinesses are distinct: type 0 means that no value was ever given, or that the object was
-// cleared; type 14 is a value that says "null"; every other type carries data.
-// An object belongs to one thread at a time. It owns its text; copies are deep, and there is no
-// moving form. Text is stored, never parsed: Variant("42") is a String.
-//     Variant v(3.7);
-//     int whole = v.toInt32();            // 3
-//     std::string text = v.toString();    // "3.7"
-//
-// Conversions exist twice, as a named member and as an operator that does the same. They never
-// check a range and never throw, save std::bad_alloc where text is made, or where text is read as an
-// integer under a global C++ locale that is not the classic one.
-// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): a copy normalises, so moves are copies.
+/* A conversion to a number or a bool without a value writes this line to standard output:
+com::halvorin::utility::Variant::convert::Failed to convert data type because type is not supported
+*/
+
+/// A dynamically typed scalar: one value of one of fourteen types, and the number of its type.
+///     Variant v(3.7);
+///     v.toInt32()                     // 3
+///     v.toString()                    // "3.7"
+///     v = "42";
+///     v.toInt32()                     // 42
+/// An object belongs to one thread at a time. It owns its strings: copies are deep, and a move is a
+/// copy. A string is stored and never parsed: Variant("42") is a String. Conversions check no
+/// range.
+///
+/// Two types carry no data and differ: 0 (never set, or cleared) and 14 (an explicit null). A
+/// DateTime also keeps `timeVal.toVMSTime()`, its OpenVMS seconds, in `uVal.asDouble`.
+///
+/// | number, name     | made from         | member        | as a string                        |
+/// |------------------|-------------------|---------------|------------------------------------|
+/// | 0 "Unknown"      | nothing           | none          | "unknown"                          |
+/// | 1 "UnsignedByte" | unsigned char     | uVal.asUbyte  | decimal: 200 gives "200"           |
+/// | 2 "Uint16"       | unsigned short    | uVal.asUint16 | decimal                            |
+/// | 3 "Uint32"       | unsigned int      | uVal.asUint32 | as an int: 4294967295 gives "-1"   |
+/// | 4 "Byte"         | char, signed      | uVal.asByte   | decimal: 'A' gives "65"            |
+/// | 5 "Int16"        | short             | uVal.asInt16  | decimal                            |
+/// | 6 "Int32"        | int               | uVal.asInt32  | decimal                            |
+/// | 7 "Float"        | float             | uVal.asFloat  | as a double                        |
+/// | 8 "Double"       | double            | uVal.asDouble | as printf("%g"), six digits        |
+/// | 9 "String"       | a string          | wText         | the string itself                  |
+/// | 10 "Int64"       | long              | uVal.asInt64  | as a double: 1000000 gives "1e+06" |
+/// | 11 "Uint64"      | unsigned long     | uVal.asUint64 | as a double                        |
+/// | 12 "Boolean"     | bool              | uVal.asBool   | "1" or "0"                         |
+/// | 13 "DateTime"    | xtime_t           | timeVal       | timeVal.toString(true, 0, "")      |
+/// | 14 "Null"        | makeNull()        | none          | "null"                             |
+/// | any other        | a write by a host | none          | "", and a report to writelog       |
+///
+/// A number or Boolean becomes what a std::wostringstream that is made now would contain. The
+/// global C++ locale takes part with all its facets, those of a host included: it may group digits
+/// or use another decimal point. If a facet throws or fails, the result is the characters so far.
+/// The string of a DateTime follows the C locale instead; each byte is widened by its sign. A
+/// narrow string consists of the low 8 bits of each wide character.
+///
+/// | the type         | the integer of N bits                                      |
+/// |------------------|------------------------------------------------------------|
+/// | integers         | the value, its low N bits: toInt16() of 40000 gives -25536 |
+/// | Boolean          | 0 or 1; a stored byte other than 0 counts as 1             |
+/// | Float, Double    | cut toward zero, by the next table                         |
+/// | DateTime         | its OpenVMS seconds, a double, by the next table           |
+/// | String           | the number at its front, by the table after the next one   |
+/// | Null             | 0                                                          |
+/// | any other number | 0, after the line above was written to standard output     |
+///
+/// | floating value to | in range, cut toward zero                 | NaN and out of range |
+/// |-------------------|-------------------------------------------|----------------------|
+/// | 8 and 16 bits     | -2147483648 to 2147483647: the low N bits | 0                    |
+/// | int               | -2147483648 to 2147483647: itself         | -2147483648          |
+/// | unsigned int      | the range of long: the low 32 bits        | 0                    |
+/// | long              | the range of long: itself                 | -9223372036854775808 |
+/// | unsigned long     | -2^63 to 2^64 - 1: the low 64 bits        | 9223372036854775808  |
+///
+/// A String is read as a std::wistringstream reads a long in base ten, under the global C++ locale.
+/// If a facet throws or fails, the result is the value that the stream then has, or 0.
+///
+/// | part of a String | read as an integer                                                 |
+/// |------------------|--------------------------------------------------------------------|
+/// | whitespace       | skipped at the front                                               |
+/// | sign             | "+" or "-", or none                                                |
+/// | digits           | to the first other character; separators too, if the locale groups |
+/// | the rest         | ignored: "0x1F" gives 0, "3.9" gives 3, " 42abc" gives 42          |
+/// | no digits        | 0                                                                  |
+/// | too many digits  | LONG_MAX or LONG_MIN, for unsigned long too                        |
+/// | then             | the low N bits: "70000" gives 4464 by toUint16()                   |
+///
+/// | the type      | toDouble(), toFloat()       | toBool()                            |
+/// |---------------|-----------------------------|-------------------------------------|
+/// | integers      | the nearest double or float | whether it is not 0                 |
+/// | Boolean       | 0 or 1                      | whether the stored byte is not 0    |
+/// | Float, Double | the nearest double or float | whether it is not 0; NaN gives true |
+/// | DateTime      | its OpenVMS seconds         | whether these are not 0             |
+/// | String        | what wcstod reads; else 0   | by its first letter, see toBool()   |
+/// | Null          | 0                           | false                               |
+/// | any other     | 0, after that line          | false, after that line              |
+///
+/// The line on standard output ends in a newline and is flushed. It takes no lock: if several
+/// threads may write it, std::cout must be synchronised with stdio, as it is by default.
+/// Fails    A conversion throws std::bad_alloc when it makes a string, or when it reads a String as
+///          an integer through a stream. It throws nothing else.
+/// Kept     uint32-prints-signed, int64-prints-as-double, low-eight-bits,
+///          small-integers-through-int32, uint64-from-floating, text-is-read-as-int64,
+///          first-letter-decides, message-says-utility
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): a move is a copy that normalises.
 class UTILLIBRARY_EXPORT Variant {
 public:
-    // ---- construction: each like the `assign` of its argument, on an empty object
+    // ---- construction: all members empty, then the `assign` of the argument
 
+    /// A Variant without a value: type 0, every member empty.
+    /// Fails    never.
     Variant() noexcept;
+
+    /// A copy of all members but `sbcText`; `timeVal` is normalised, as `assign(Variant const&)`
+    /// says.
+    /// Fails    std::bad_alloc.
+    /// Kept     copy-normalises-time
     Variant(Variant const& other);
-    // NOLINTBEGIN(google-explicit-constructor): a value may stand wherever a Variant is wanted.
+
+    // NOLINTBEGIN(google-explicit-constructor): hosts pass a value where a Variant is expected.
+
+    /// An UnsignedByte, type 1.
+    /// Fails    never.
     Variant(unsigned char value) noexcept;
+    /// A Uint16, type 2.
+    /// Fails    never.
     Variant(unsigned short value) noexcept;
+    /// A Uint32, type 3.
+    /// Fails    never.
     Variant(unsigned int value) noexcept;
+    /// A Uint64, type 11.
+    /// Fails    never.
     Variant(unsigned long value) noexcept;
+    /// A Byte, type 4: a signed number of 8 bits, and no character.
+    /// Fails    never.
     Variant(char value) noexcept;
+    /// An Int16, type 5.
+    /// Fails    never.
     Variant(short value) noexcept;
+    /// An Int32, type 6.
+    /// Fails    never.
     Variant(int value) noexcept;
+    /// An Int64, type 10.
+    /// Fails    never.
     Variant(long value) noexcept;
+    /// A Float, type 7.
+    /// Fails    never.
     Variant(float value) noexcept;
+    /// A Double, type 8.
+    /// Fails    never.
     Variant(double value) noexcept;
+    /// A Boolean, type 12.
+    /// Fails    never.
     Variant(bool value) noexcept;
+    /// A String, type 9: the characters before the terminating zero.
+    /// Takes    text: not null; null is undefined behaviour.
+    /// Fails    std::bad_alloc.
     Variant(wchar_t const* text);
+    /// A String, type 9: the whole string, zero characters included.
+    /// Fails    std::bad_alloc.
     Variant(std::wstring const& text);
+    /// A String, type 9: each byte before the terminating zero, widened by its sign: 0xE9 becomes
+    /// the character -23. Nothing is decoded.
+    /// Fails    std::logic_error "basic_string::_M_construct null not valid" if `text` is null;
+    ///          std::bad_alloc.
+    /// Kept     bytes-widen-by-sign
     Variant(char const* text);
+    /// A String, type 9, like `Variant(text.c_str())`: the first zero byte ends the string.
+    /// Fails    std::bad_alloc.
+    /// Kept     bytes-widen-by-sign, text-ends-at-zero-byte
     Variant(std::string const& text);
+    /// A DateTime, type 13: `time` as it is in `timeVal`, and `time.toVMSTime()` in
+    /// `uVal.asDouble`.
+    /// Fails    never.
     Variant(xtime_t const& time) noexcept;
+
     // NOLINTEND(google-explicit-constructor)
-    // Written out, for clang++ exports no defaulted one.
-    // NOLINTNEXTLINE(modernize-use-equals-default)
+
+    // Written out, because clang++ does not export a defaulted destructor.
+    // NOLINTBEGIN(modernize-use-equals-default)
+    /// Frees the three strings.
+    /// Fails    never.
     UTILLIBRARY_INLINE ~Variant() {}
+    // NOLINTEND(modernize-use-equals-default)
 
     // ---- questions
 
-    // Fails        never, where a line does not say otherwise.
-
-    /// The type number, as above.
+    /// The type number, as in the table at the class.
+    /// Fails    never.
     VariantType type() const noexcept;
-    /// Whether the type is 14.
+
+    /// True if the type is 14, "Null".
+    /// Fails    never.
     bool isNull() const noexcept;
-    /// Whether the type is not 0; true for Null, which is a value. KEPT(null-has-value)
+
+    /// True if the type is not 0. So it is true for Null, which is a value.
+    /// Fails    never.
+    /// Kept     null-has-value
     bool hasValue() const noexcept;
 
-    /// The type number of a name, compared whole and with its case.
-    /// Takes    name: one of `typeNames`; it must not be null.
-    /// Fails    with -1 for any other text.
+    /// The number of the type with this name.
+    /// Takes    name: compared whole and with its case; not null.
+    /// Gives    0 to 14; -1 if no type has this name.
+    /// Fails    never.
+    /// Example  Variant::typeName2Number(L"Double")     // 8
+    ///          Variant::typeName2Number(L"double")     // -1
     static VariantType typeName2Number(wchar_t const* name) noexcept;
 
-    /// The name of a type number, in static storage.
-    /// Fails    with a null pointer for a number outside 0 to 14.
+    /// The name of the type with this number.
+    /// Gives    a pointer to static storage; a null pointer for a number outside 0 to 14, so the
+    ///          caller must check.
+    /// Fails    never.
     static wchar_t const* typeNumber2Name(int number) noexcept;
 
     // ---- changes
 
-    /// Back to type 0, `uVal` all zero, `wText` empty. `timeVal`, `wTextAux` and `sbcText` are
-    /// left, so that `toXtime_t` still gives an earlier time. KEPT(clear-keeps-time)
+    /// Sets the type to 0, all bytes of `uVal` to zero, and `wText` to the empty string.
+    /// The other members stay, so `toXtime_t` still returns an earlier time.
     /// Fails    never.
-    /// Cost     keeps the text's memory for the next text.
+    /// Cost     keeps the memory of `wText` for the next string.
+    /// Kept     clear-keeps-time
     void clear() noexcept;
 
-    /// Type 14, after `clear`.
+    /// Clears this object and sets the type to 14, "Null".
     /// Fails    never.
     void makeNull() noexcept;
 
-    /// Clears this object, stores the value in the low bytes of `uVal` at its own width, and sets
-    /// the type that stands beside it. Bytes above that width are zero.
-    /// Fails    never.
-    void assign(unsigned char value) noexcept;   // 1
-    void assign(unsigned short value) noexcept;  // 2
-    void assign(unsigned int value) noexcept;    // 3
-    void assign(unsigned long value) noexcept;   // 11
-    void assign(char value) noexcept;            // 4, a signed number of 8 bits
-    void assign(short value) noexcept;           // 5
-    void assign(int value) noexcept;             // 6
-    void assign(long value) noexcept;            // 10
-    void assign(float value) noexcept;           // 7
-    void assign(double value) noexcept;          // 8
-    void assign(bool value) noexcept;            // 12, as one byte 0 or 1
+    // Each `assign` begins with `clear()`. A number is stored in the low bytes of `uVal`, and the
+    // bytes above its width are zero.
 
-    /// Clears this object, stores the characters up to the terminating zero, and sets type 9.
-    /// Takes    text: not null; a pointer into this object's own `wText`, or into what is left of
-    ///          an earlier text there, finds it emptied already.
-    /// Fails    with std::bad_alloc; this object is cleared then.
+    /// Replaces the value by an UnsignedByte, type 1.
+    /// Fails    never.
+    void assign(unsigned char value) noexcept;
+    /// Replaces the value by a Uint16, type 2.
+    /// Fails    never.
+    void assign(unsigned short value) noexcept;
+    /// Replaces the value by a Uint32, type 3.
+    /// Fails    never.
+    void assign(unsigned int value) noexcept;
+    /// Replaces the value by a Uint64, type 11.
+    /// Fails    never.
+    void assign(unsigned long value) noexcept;
+    /// Replaces the value by a Byte, type 4: a signed number of 8 bits, and no character.
+    /// Fails    never.
+    void assign(char value) noexcept;
+    /// Replaces the value by an Int16, type 5.
+    /// Fails    never.
+    void assign(short value) noexcept;
+    /// Replaces the value by an Int32, type 6.
+    /// Fails    never.
+    void assign(int value) noexcept;
+    /// Replaces the value by an Int64, type 10.
+    /// Fails    never.
+    void assign(long value) noexcept;
+    /// Replaces the value by a Float, type 7.
+    /// Fails    never.
+    void assign(float value) noexcept;
+    /// Replaces the value by a Double, type 8.
+    /// Fails    never.
+    void assign(double value) noexcept;
+    /// Replaces the value by a Boolean, type 12, stored as one byte 0 or 1.
+    /// Fails    never.
+    void assign(bool value) noexcept;
+
+    /// Replaces the value by a String, type 9: the characters before the terminating zero.
+    /// Takes    text: not null; null is undefined behaviour. A pointer into the memory of this
+    ///          object's own `wText` gives an empty String, because `wText` is cleared first.
+    /// Fails    std::bad_alloc; this object is then cleared.
     void assign(wchar_t const* text);
-    /// The same for the whole text, zero characters included.
+
+    /// Replaces the value by a String, type 9: the whole string, zero characters included.
+    /// Takes    text: this object's own `wText` gives an empty String, because it is cleared first.
+    /// Fails    std::bad_alloc; this object is then cleared.
     void assign(std::wstring const& text);
 
-    /// Clears this object, widens each byte up to the terminating zero, and sets type 9. A byte is
-    /// widened by its sign, 0xE9 to the character -23, without any decoding.
-    /// KEPT(bytes-widen-by-sign)
-    /// Fails    with std::logic_error "basic_string::_M_construct null not valid" for null, or with
-    ///          std::bad_alloc; this object is cleared then.
+    /// Replaces the value by a String, type 9: each byte before the terminating zero, widened by
+    /// its sign: 0xE9 becomes the character -23. Nothing is decoded.
+    /// Fails    std::logic_error "basic_string::_M_construct null not valid" if `text` is null;
+    ///          std::bad_alloc. In both cases this object is then cleared.
+    /// Kept     bytes-widen-by-sign
     void assign(char const* text);
-    /// The same for `text.c_str()`, so that the first zero byte ends the text.
-    /// KEPT(text-ends-at-zero-byte)
+
+    /// Replaces the value as `assign(text.c_str())` does: the first zero byte ends the string.
+    /// Fails    std::bad_alloc; this object is then cleared.
+    /// Kept     bytes-widen-by-sign, text-ends-at-zero-byte
     void assign(std::string const& text);
 
-    /// Clears this object, stores the time in `timeVal` as it is and its OpenVMS time, in seconds,
-    /// as a double in `uVal`, and sets type 13.
+    /// Replaces the value by a DateTime, type 13: `time` as it is in `timeVal`, and
+    /// `time.toVMSTime()`, OpenVMS seconds, in `uVal.asDouble`.
     /// Fails    never.
     void assign(xtime_t const& time) noexcept;
 
     /// Clears this object, then copies type, `uVal`, `wText`, `wTextAux` and `timeVal`, in this
-    /// order; not `sbcText`. The time goes through `putNanoseconds`, so a copy normalises it.
-    /// KEPT(copy-normalises-time) Assigned to itself, an object ends empty, with type 0: it was
-    /// cleared before it was read. KEPT(self-assignment-empties)
-    /// Fails    with std::bad_alloc, beside the source's type and `uVal` and an empty or full text.
+    /// order. `sbcText` is not copied. The time is copied by `putDateTime` and `putNanoseconds`:
+    /// whole seconds in the nanoseconds are carried. An object that is assigned to itself ends with
+    /// type 0 and an empty string, because it is cleared before it is read.
+    /// Fails    std::bad_alloc; type and `uVal` are then the source's, `wText` is empty or
+    ///          complete, and the members after the one that failed are unchanged.
+    /// Kept     copy-normalises-time, self-assignment-empties
     void assign(Variant const& other);
 
-    /// Copies the source's whole 8-byte slot; this object's type stays, and reads its width of it.
+    /// Copies the whole 8-byte slot and nothing else. The type is unchanged; it decides how many of
+    /// the 8 bytes are read.
     /// Fails    never.
     void copyUVal(Variant const& other) noexcept;
 
-    /// Each like the `assign` of its argument. There is none for text objects: they come in through
-    /// a temporary Variant, whose unset time and empty `wTextAux` come along; `assign` is better.
+    // No operator= takes std::string or std::wstring. They convert to a temporary Variant, whose
+    // members all arrive: `timeVal` becomes "not set" and `wTextAux` empty. Prefer `assign`.
+
+    /// Calls `assign(text)` and returns this object.
+    /// Takes    text: not null.
+    /// Fails    std::bad_alloc; this object is then cleared.
     Variant& operator=(wchar_t const* text);
+    /// Calls `assign(text)` and returns this object.
+    /// Fails    std::logic_error if `text` is null; std::bad_alloc. This object is then cleared.
+    /// Kept     bytes-widen-by-sign
     Variant& operator=(char const* text);
+    /// Replaces the value by a Float, type 7, and returns this object.
+    /// Fails    never.
     Variant& operator=(float value) noexcept;
+    /// Replaces the value by a Double, type 8, and returns this object.
+    /// Fails    never.
     Variant& operator=(double value) noexcept;
+    /// Replaces the value by a Byte, type 4, and returns this object.
+    /// Fails    never.
     Variant& operator=(char value) noexcept;
+    /// Replaces the value by an Int16, type 5, and returns this object.
+    /// Fails    never.
     Variant& operator=(short value) noexcept;
+    /// Replaces the value by an Int32, type 6, and returns this object.
+    /// Fails    never.
     Variant& operator=(int value) noexcept;
+    /// Replaces the value by an Int64, type 10, and returns this object.
+    /// Fails    never.
     Variant& operator=(long const& value) noexcept;
+    /// Calls `assign(other)` and returns this object; `v = v` leaves it empty, with type 0.
+    /// Fails    std::bad_alloc, as `assign(Variant const&)` says.
+    /// Kept     copy-normalises-time, self-assignment-empties
     Variant& operator=(Variant const& other);
+    /// Replaces the value by a Boolean, type 12, and returns this object.
+    /// Fails    never.
     Variant& operator=(bool value) noexcept;
+    /// Replaces the value by an UnsignedByte, type 1, and returns this object.
+    /// Fails    never.
     Variant& operator=(unsigned char value) noexcept;
+    /// Replaces the value by a Uint16, type 2, and returns this object.
+    /// Fails    never.
     Variant& operator=(unsigned short value) noexcept;
+    /// Replaces the value by a Uint32, type 3, and returns this object.
+    /// Fails    never.
     Variant& operator=(unsigned int value) noexcept;
+    /// Replaces the value by a Uint64, type 11, and returns this object.
+    /// Fails    never.
     Variant& operator=(unsigned long const& value) noexcept;
+    /// Replaces the value by a DateTime, type 13, and returns this object.
+    /// Fails    never.
     Variant& operator=(xtime_t const& time) noexcept;
 
-    // ---- numbers
-    //
-    // What an integer of N bits reads, by type:
-    //   integers   the value, its low N bits: toInt16 of 40000 is -25536
-    //   Boolean    0 or 1; a stored byte other than 0 counts as 1
-    //   Float, Double, DateTime (OpenVMS seconds)
-    //              cut toward zero. To 8 and 16 bits and to int: as a 32-bit integer, its low N
-    //              bits KEPT(small-integers-through-int32); to unsigned int: as a 64-bit integer,
-    //              its low 32 bits; to long: as a 64-bit integer; to unsigned long: the same, but
-    //              from 2^63 on the value less 2^63 with the top bit set.
-    //              KEPT(uint64-from-floating) NaN and what does not fit is the most negative number
-    //              of the 32 or 64 bits.
-    //   String     formatted extraction of a long under the global C++ locale, in base ten: blanks
-    //              and a sign first, then digits; the rest is ignored. No digits give 0; beyond 64
-    //              bits the nearer end counts, for unsigned long too. KEPT(text-is-read-as-int64)
-    //              Then its low N bits.
-    //   Null       0
-    //   no value (type 0, or a number outside 0 to 14)
-    //              0, after one line on standard output:
-    //              "com::halvorin::utility::Variant::convert:: Failed to convert data type because
-    //              type is not supported", without the break that it has here, and flushed. The
-    //              namespace in it is spelled so. KEPT(message-says-utility) It goes to std::cout
-    //              without a lock: threads that may meet it need that stream synchronised with
-    //              stdio, as it is unless a host says otherwise.
-    // Fails        as the class says.
+    // ---- numbers: the tables at the class say what each type gives
 
+    /// The value as an unsigned 8-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut to an int first, then its low 8 bits; 0 for NaN and outside
+    ///          of 32 bits. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(300.7).toUbyte()              // 44
+    ///          Variant(-1).toUbyte()                 // 255
+    /// Kept     small-integers-through-int32
     unsigned char toUbyte() const;
+
+    /// The value as a signed 8-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut to an int first, then its low 8 bits; 0 for NaN and outside
+    ///          of 32 bits. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(200).toByte()                 // -56
+    /// Kept     small-integers-through-int32
     char toByte() const;
+
+    /// The value as a signed 16-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut to an int first, then its low 16 bits; 0 for NaN and outside
+    ///          of 32 bits. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(40000).toInt16()              // -25536
+    /// Kept     small-integers-through-int32
     short toInt16() const;
+
+    /// The value as an unsigned 16-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut to an int first, then its low 16 bits; 0 for NaN and outside
+    ///          of 32 bits. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant("70000").toUint16()           // 4464
+    /// Kept     small-integers-through-int32
     unsigned short toUint16() const;
+
+    /// The value as a signed 32-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut toward zero; -2147483648 for NaN and outside of 32 bits. No
+    ///          value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(-1.5).toInt32()               // -1
+    ///          Variant(3e9).toInt32()                // -2147483648
+    ///          Variant(" 42abc").toInt32()           // 42
+    ///          Variant(4294967296UL).toInt32()       // 0
     int toInt32() const;
+
+    /// The value as an unsigned 32-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut to a long first, then its low 32 bits; 0 for NaN and outside
+    ///          of 64 bits. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(3e9).toUint32()               // 3000000000
+    ///          Variant(-1.5).toUint32()              // 4294967295
     unsigned int toUint32() const;
+
+    /// The value as a signed 64-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut toward zero; -9223372036854775808 for NaN and outside of 64
+    ///          bits. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(18446744073709551615UL).toInt64()     // -1
+    ///          Variant("1e3").toInt64()                      // 1
     long toInt64() const;
+
+    /// The value as an unsigned 64-bit integer, by the class's table of integers.
+    /// Gives    a floating value: cut toward zero, its low 64 bits; 9223372036854775808 for NaN,
+    ///          below -2^63 and from 2^64 on. No value: 0, after a line on standard output.
+    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Example  Variant(-1.0).toUint64()                          // 18446744073709551615
+    ///          Variant("18446744073709551615").toUint64()        // 9223372036854775807
+    /// Kept     uint64-from-floating, text-is-read-as-int64
     unsigned long toUint64() const;
 
-    /// Integers, Boolean and floating values as the nearest double; a DateTime as OpenVMS seconds;
-    /// a String as `wcstod` reads it under the C locale. Null and no value as the integers have it.
+    /// The value as a double, by the class's last table.
+    /// Gives    a DateTime: its OpenVMS seconds. A String: what `wcstod` reads under the C locale;
+    ///          0 without a number. No value: 0, after a line on standard output.
+    /// Fails    never.
+    /// Example  Variant("1e3").toDouble()             // 1000
     double toDouble() const;
-    /// The same as the nearest float: straight from an integer, by way of double from a String.
+
+    /// The value as a float, by the class's last table.
+    /// Gives    an integer: rounded once, straight to float. A String: its double, rounded to
+    ///          float. A Double beyond the range of float: infinity. No value: 0, after a line on
+    ///          standard output.
+    /// Fails    never.
     float toFloat() const;
 
-    /// Whether a number or a DateTime's OpenVMS seconds are not zero (NaN is not). A String is
-    /// judged by its first character, Y y T t for true and F f N n for false, and any other text by
-    /// whether `wcstol` in base ten finds a number other than 0 under the C locale.
-    /// KEPT(first-letter-decides) Null and no value as the integers have it.
+    /// The value as a bool, by the class's last table.
+    /// Gives    a number: whether it is not 0; NaN gives true. A String: true if it begins with Y,
+    ///          y, T or t, false if with F, f, N or n; else whether `wcstol` gives a number other
+    ///          than 0. No value: false, after a line on standard output.
+    /// Fails    never.
+    /// Example  Variant("Yellow").toBool()            // true
+    ///          Variant(" true").toBool()             // false
+    ///          Variant("0.5").toBool()               // false
+    ///          Variant(0.5).toBool()                 // true
+    /// Kept     first-letter-decides
     bool toBool() const;
 
-    /// The time in `timeVal`, whatever the type: one that was cleared, or given another value,
-    /// still gives its earlier time. KEPT(time-whatever-the-type)
+    /// The time in `timeVal`, whatever the type is. An object that was cleared, or that was given
+    /// another value, still returns its earlier time; without one the time is not set.
+    /// Fails    never.
+    /// Kept     time-whatever-the-type
     xtime_t toXtime_t() const noexcept;
 
     // NOLINTBEGIN(google-explicit-constructor): hosts write `int n = variant;`.
+
+    /// The same as `toUbyte()`.
+    /// Fails    as `toUbyte()` does.
     operator unsigned char() const;
+    /// The same as `toByte()`.
+    /// Fails    as `toByte()` does.
     operator char() const;
+    /// The same as `toInt16()`.
+    /// Fails    as `toInt16()` does.
     operator short() const;
+    /// The same as `toUint16()`.
+    /// Fails    as `toUint16()` does.
     operator unsigned short() const;
+    /// The same as `toInt32()`.
+    /// Fails    as `toInt32()` does.
     operator int() const;
+    /// The same as `toUint32()`.
+    /// Fails    as `toUint32()` does.
     operator unsigned int() const;
+    /// The same as `toInt64()`.
+    /// Fails    as `toInt64()` does.
     operator long() const;
+    /// The same as `toUint64()`.
+    /// Fails    as `toUint64()` does.
     operator unsigned long() const;
+    /// The same as `toFloat()`.
+    /// Fails    never.
     operator float() const;
+    /// The same as `toDouble()`.
+    /// Fails    never.
     operator double() const;
+    /// The same as `toBool()`.
+    /// Fails    never.
     operator bool() const;
+    /// The same as `toXtime_t()`.
+    /// Fails    never.
     operator xtime_t() const noexcept;
+
     // NOLINTEND(google-explicit-constructor)
 
-    // ---- comparison: -1, 0 or 1 for the first below, equal to or above the second
+    // ---- comparison
 
-    /// Compares with a tolerance relative to b: by a / b - 1 against the threshold.
-    /// Gives    0 for two zeros. Zero is below every other number, negative ones and NaN included.
-    ///          KEPT(zero-is-below-all) Otherwise the ratio decides, not the sign: two negative
-    ///          numbers compare reversed, and opposite signs give -1 either way.
-    ///          KEPT(comparison-follows-the-ratio) A NaN beside anything but zero gives 0.
+    /// Compares two numbers with a tolerance that is relative to `b`.
+    /// Gives    -1, 0 or 1 as `a` counts as below, equal to or above `b`:
+    ///          both are zero                 d = a - b
+    ///          only `a` is zero              -1, for a negative `b` and for NaN too
+    ///          only `b` is zero              1, for a negative `a` and for NaN too
+    ///          neither is zero               d = a / b - 1, whatever the signs
+    ///          if there is a d               -1 if d < -threshold, 1 if d > threshold, else 0
+    ///          Two negative numbers compare in reverse, and numbers of opposite signs give -1. A
+    ///          NaN gives 0 unless the other number is zero.
     /// Fails    never.
+    /// Example  Variant::compareDoublesHelper(0, -5, 0.1)     // -1
+    ///          Variant::compareDoublesHelper(-2, -1, 0.1)    // 1
+    ///          Variant::compareDoublesHelper(1, -1, 0.1)     // -1
+    /// Kept     zero-is-below-all, comparison-follows-the-ratio
     static int compareDoublesHelper(double a, double b, double threshold) noexcept;
-    /// With DBL_THRESHOLD.
+
+    /// Compares as `compareDoublesHelper` does, with the threshold DBL_THRESHOLD, 1e-12.
+    /// Gives    -1, 0 or 1 as `a` counts as below, equal to or above `b`. Zero counts as below
+    ///          every other number, and two negative numbers compare in reverse.
+    /// Fails    never.
+    /// Example  Variant::compareDoubles(1.0, 1.0 + 1e-13)     // 0
+    ///          Variant::compareDoubles(1.0, 1.0 + 1e-11)     // -1
+    ///          Variant::compareDoubles(0, -5)                // -1
+    /// Kept     zero-is-below-all, comparison-follows-the-ratio
     static int compareDoubles(double a, double b) noexcept;
-    /// Both as doubles, with FLT_THRESHOLD.
+
+    /// Compares both as doubles, as `compareDoublesHelper` does, with FLT_THRESHOLD, 1e-06.
+    /// Gives    -1, 0 or 1 as `a` counts as below, equal to or above `b`. Zero counts as below
+    ///          every other number, and two negative numbers compare in reverse.
+    /// Fails    never.
+    /// Example  Variant::compareFloats(1.0f, 1.000001f)       // 0
+    /// Kept     zero-is-below-all, comparison-follows-the-ratio
     static int compareFloats(float a, float b) noexcept;
 
-    // ---- text
+    // ---- strings: the last column of the class's first table says what each type gives
     //
-    // By type: "unknown" and "null"; UnsignedByte, Byte, Int16, Uint16 and Int32 in decimal; Uint32
-    // as if it were signed, so 3000000000 reads "-1294967296" KEPT(uint32-prints-signed); Boolean
-    // "1" or "0"; Float, Double, Int64 and Uint64 as a double of six significant digits, so the
-    // Int64 123456789 reads "1.23457e+08" KEPT(int64-prints-as-double); a DateTime as
-    // `timeVal.toString(true, 0, "")` widened by sign; a String itself. Numbers follow the global
-    // C++ locale, as they do in a wide stream.
-    //
-    // A type outside 0 to 14 gives the empty text, and a report: "Variant::convertToString", level
-    // 3, "Cannot convert unknown type", 0x80004005.
-    //
-    // localeId is accepted and ignored; the entries without one are as with 1033.
-    // KEPT(locale-id-is-ignored)
-    //
-    // Fails        with std::bad_alloc, never with a text cut short; `sbcText` stays then.
+    // If the type is outside 0 to 14, each of these returns an empty string and reports
+    // "Variant::convertToString", 3, "Cannot convert unknown type", 0x80004005 to `writelog`.
 
+    /// The value as a wide string, by the last column of the class's first table.
+    /// Takes    localeId: ignored.
+    /// Fails    std::bad_alloc, and never a part of a string. A type outside 0 to 14: an empty
+    ///          string and a report.
+    /// Example  Variant(1234567.0).convertToString(1033)      // L"1.23457e+06"
+    /// Kept     locale-id-is-ignored
     std::wstring convertToString(unsigned int localeId) const;
-    /// Narrowed: each character's low 8 bits, so U+20AC becomes 0xAC. KEPT(low-eight-bits)
+
+    /// The value as a string: the low 8 bits of each character of `convertToString`.
+    /// Takes    localeId: ignored.
+    /// Fails    as `convertToString` does.
+    /// Example  Variant(L"\u20AC").convertToStringSBC(1033)   // "\xac"
+    /// Kept     low-eight-bits, locale-id-is-ignored
     std::string convertToStringSBC(unsigned int localeId) const;
+
+    /// The same as `convertToString(localeId)`.
+    /// Takes    localeId: ignored.
+    /// Fails    as `convertToString` does.
+    /// Kept     locale-id-is-ignored
     std::wstring toString(unsigned int localeId) const;
+
+    /// The same as `convertToStringSBC(localeId)`.
+    /// Takes    localeId: ignored.
+    /// Fails    as `convertToString` does.
+    /// Kept     low-eight-bits, locale-id-is-ignored
     std::string toStringSBC(unsigned int localeId) const;
+
+    /// The value as a string, by the last column of the class's first table: the low 8 bits of each
+    /// character. The same as `convertToStringSBC(1033)`.
+    /// Fails    as `convertToString` does.
+    /// Example  Variant(2.5).toString()                       // "2.5"
+    ///          Variant(123456789L).toString()                // "1.23457e+08"
+    ///          Variant(3000000000U).toString()               // "-1294967296"
+    ///          Variant('A').toString()                       // "65"
+    ///          Variant(true).toString()                      // "1"
+    ///          Variant().toString()                          // "unknown"
+    /// Kept     uint32-prints-signed, int64-prints-as-double, low-eight-bits
     std::string toString() const;
 
-    /// `toString()` kept in `sbcText`. The pointer is good until the next call of this operator on
-    /// this object, or the object's end; a change of value leaves the text as it was.
+    /// Stores `toString()` in `sbcText` and returns a pointer to its characters.
+    /// Gives    a pointer that is valid until the next call of this operator on this object, or
+    ///          until the object ends. A change of the value does not change these characters.
+    /// Fails    as `convertToString` does; on std::bad_alloc `sbcText` is unchanged.
     // NOLINTNEXTLINE(google-explicit-constructor)
     operator char const*() const;
 
     // ---- constants
 
-    /// The names of the types 1 to 14, then that of 0, then a null pointer.
+    /// The names of the types 1 to 14 in this order, then that of type 0, then a null pointer.
     static wchar_t const* const typeNames[16];
-    /// The numbers of those names, entry by entry; -1 beside the null pointer.
+
+    /// The number of each entry of `typeNames`; -1 for the null pointer.
     static int const typeNumbers[16];
-    /// The tolerances of `compareFloats`, 1e-06, and of `compareDoubles`, 1e-12.
+
+    /// The threshold of `compareFloats`: 1e-06.
     static double const FLT_THRESHOLD;
+
+    /// The threshold of `compareDoubles`: 1e-12.
     static double const DBL_THRESHOLD;
 
     // ---- the value
 
-    // Eight bytes; the value stands in the low ones at its own width, and the others are zero.
+    /// Eight bytes. A value is stored in the low bytes at its own width; the bytes above are zero.
     union Slot {
-        unsigned long asUint64;
-        unsigned char asUbyte;
-        unsigned short asUint16;
-        unsigned int asUint32;
-        char asByte;
-        short asInt16;
-        int asInt32;
-        long asInt64;
-        float asFloat;
-        double asDouble;
-        bool asBool;
+        unsigned long asUint64;   ///< Type 11.
+        unsigned char asUbyte;    ///< Type 1.
+        unsigned short asUint16;  ///< Type 2.
+        unsigned int asUint32;    ///< Type 3.
+        char asByte;              ///< Type 4.
+        short asInt16;            ///< Type 5.
+        int asInt32;              ///< Type 6.
+        long asInt64;             ///< Type 10.
+        float asFloat;            ///< Type 7.
+        double asDouble;          ///< Type 8; the OpenVMS seconds of type 13.
+        bool asBool;              ///< Type 12.
     };
 
-    VariantType dataType;         // 0..14
-    Slot uVal;                    // numbers, Boolean; a DateTime's OpenVMS seconds
-    xtime_t timeVal;              // a DateTime as it was given
-    std::wstring wText;           // a String
-    std::wstring wTextAux;        // copied by `assign(Variant const&)`, otherwise unused
-    mutable std::string sbcText;  // what `operator char const*` points into
+    /// The type number.
+    VariantType dataType;
+    /// The value of a number or a Boolean; the OpenVMS seconds of a DateTime.
+    Slot uVal;
+    /// The latest DateTime that was assigned or copied. No other assignment changes it.
+    xtime_t timeVal;
+    /// The value of a String.
+    std::wstring wText;
+    /// Copied by `assign(Variant const&)`; nothing else reads or writes it.
+    std::wstring wTextAux;
+    /// The string into which `operator char const*` points.
+    mutable std::string sbcText;
 };
 
 }  // namespace com::halvorin::datatypes
