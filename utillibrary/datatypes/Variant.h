@@ -97,7 +97,7 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// The line on standard output ends in a newline and is flushed. It takes no lock: if several
 /// threads may write it, std::cout must be synchronised with stdio, as it is by default.
 /// Fails    A conversion throws std::bad_alloc when it makes a string, or when it reads a String as
-///          an integer through a stream. It throws nothing else.
+///          an integer under a global C++ locale other than the classic one. It throws nothing else.
 /// Kept     uint32-prints-signed, int64-prints-as-double, low-eight-bits,
 ///          small-integers-through-int32, uint64-from-floating, text-is-read-as-int64,
 ///          first-letter-decides, message-says-utility
@@ -360,7 +360,7 @@ public:
     /// The value as an unsigned 8-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut to an int first, then its low 8 bits; 0 for NaN and outside
     ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(300.7).toUbyte()              // 44
     ///          Variant(-1).toUbyte()                 // 255
     /// Kept     small-integers-through-int32
@@ -369,7 +369,7 @@ public:
     /// The value as a signed 8-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut to an int first, then its low 8 bits; 0 for NaN and outside
     ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(200).toByte()                 // -56
     /// Kept     small-integers-through-int32
     char toByte() const;
@@ -377,7 +377,7 @@ public:
     /// The value as a signed 16-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut to an int first, then its low 16 bits; 0 for NaN and outside
     ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(40000).toInt16()              // -25536
     /// Kept     small-integers-through-int32
     short toInt16() const;
@@ -385,7 +385,7 @@ public:
     /// The value as an unsigned 16-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut to an int first, then its low 16 bits; 0 for NaN and outside
     ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant("70000").toUint16()           // 4464
     /// Kept     small-integers-through-int32
     unsigned short toUint16() const;
@@ -393,7 +393,7 @@ public:
     /// The value as a signed 32-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut toward zero; -2147483648 for NaN and outside of 32 bits. No
     ///          value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(-1.5).toInt32()               // -1
     ///          Variant(3e9).toInt32()                // -2147483648
     ///          Variant(" 42abc").toInt32()           // 42
@@ -403,7 +403,7 @@ public:
     /// The value as an unsigned 32-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut to a long first, then its low 32 bits; 0 for NaN and outside
     ///          of 64 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(3e9).toUint32()               // 3000000000
     ///          Variant(-1.5).toUint32()              // 4294967295
     unsigned int toUint32() const;
@@ -411,7 +411,7 @@ public:
     /// The value as a signed 64-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut toward zero; -9223372036854775808 for NaN and outside of 64
     ///          bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(18446744073709551615UL).toInt64()     // -1
     ///          Variant("1e3").toInt64()                      // 1
     long toInt64() const;
@@ -419,7 +419,7 @@ public:
     /// The value as an unsigned 64-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut toward zero, its low 64 bits; 9223372036854775808 for NaN,
     ///          below -2^63 and from 2^64 on. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, if reading a String takes a stream.
+    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
     /// Example  Variant(-1.0).toUint64()                          // 18446744073709551615
     ///          Variant("18446744073709551615").toUint64()        // 9223372036854775807
     /// Kept     uint64-from-floating, text-is-read-as-int64
