@@ -21,8 +21,18 @@ constexpr long floorDivide(long dividend, long divisor) noexcept {
 // KEPT(calendar-ends-in-2038): the results' type could hold more; hosts rely on the end.
 constexpr bool inCalendarRange(long seconds) noexcept { return seconds >= 0 && seconds <= INT_MAX; }
 
-/// Seconds since 1970 and an adjustment to them, or -1 where one or the other leaves the range.
-constexpr long adjustedSeconds(long seconds, long adjustment) noexcept {
+struct ClockTime {
+    int hour;    // 0..23
+    int minute;  // 0..59
+    int second;  // 0..59
+};
+
+/// The result of the calendar routine: seconds since 1970 and an adjustment to them, or -1 if they
+/// leave the range before or after the adjustment.
+/// Takes  days: since 1970, within 2^45; clock: its fields may lie outside their ranges
+constexpr long secondsOf(long days, ClockTime const& clock, long adjustment) noexcept {
+    long const secondOfDay = clock.hour * 3600L + clock.minute * 60L + clock.second;
+    long const seconds = days * SECONDS_PER_DAY + secondOfDay;
     bool const inRange = inCalendarRange(seconds) && inCalendarRange(seconds + adjustment);
     return inRange ? seconds + adjustment : -1;
 }
@@ -139,12 +149,6 @@ constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
     unsigned long const shifted = static_cast<unsigned long>(seconds) + DAYS_SHIFTED * SECONDS;
     return {centuryOf(shifted / SECONDS), static_cast<unsigned>(shifted % SECONDS)};
 }
-
-struct ClockTime {
-    int hour;    // 0..23
-    int minute;  // 0..59
-    int second;  // 0..59
-};
 
 /// Takes  secondOfDay: [0, 86399]
 constexpr ClockTime clockOf(unsigned secondOfDay) noexcept {
