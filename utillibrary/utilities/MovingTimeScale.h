@@ -4,54 +4,108 @@
 
 #include <utillibrary/export.h>
 
+// A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
+
 // Steps and ticks for a time axis whose window moves with the data. Times are whole seconds since
-// 1970; no time zone takes part.
+// 1970, and no time zone is used. No state, no lock: any thread may call both.
 //
-// The steps are 1, 2, 5, 10, 15 and 30 seconds; 1, 2, 5, 10, 15, 20 and 30 minutes; 1, 2, 4, 6, 8,
-// 12 and 24 hours. With each goes the number of minor ticks between two major ones, 0 to 4.
+// Both functions choose from one table of steps. A scale starts at a multiple of its step, or, from
+// 10 s on, at a multiple of a finer grid:
+//
+//   step                   1 s  2 s  5 s  10 s  15 s  30 s
+//   minor ticks between      0    1    4     4     2     2
+//   grid of a scale        1 s  2 s  5 s   5 s   5 s   5 s
+//
+//   step                  1 min  2 min  5 min  10 min  15 min  20 min  30 min
+//   minor ticks between       3      3      4       4       2       3       2
+//   grid of a scale        10 s   15 s  1 min   5 min   5 min   5 min   5 min
+//
+//   step                   1 h     2 h     4 h  6 h  8 h  12 h  24 h
+//   minor ticks between      3       3       3    3    3     3     3
+//   grid of a scale      5 min  15 min  30 min  1 h  1 h   1 h   1 h
+//
+//     long start, end;
+//     unsigned long step;
+//     unsigned int minor;
+//     MovingTimeScale(7, 35, 5, 0, start, end, step, minor);
+//     start   // 5
+//     end     // 45
+//     step    // 10
+//     minor   // 4
 namespace com::halvorin::utilities {
 
-/// Widens a range to a scale: `ticks` major ticks, the first at `start`, the last at `end`.
-/// Takes    tMin, tMax: the range; ticks: from 3; minStep: the least step wanted, in seconds.
-/// Gives    the smallest step, and for it the latest start, with which the scale covers the range,
-///          and the step's minor ticks. A start lies on a multiple of the step, or, from 10 s on,
-///          on a finer grid of 5 seconds to 1 hour. For tMin = tMax the scale is start, start + 1
-///          ..., with 3 minor ticks and whatever minStep says. KEPT(instant-has-seconds)
-/// Range    made for times from 1970 on. Before, multiples are those of the unsigned 64-bit number
-///          that the time's bits make. KEPT(scale-is-unsigned)
-///          Where a step of a day is too small, or below minStep, the scale starts at the day's
-///          beginning, and its step is whole days: the low 32 bits of the distance from start to
-///          tMax, divided by ticks - 1, cut, and only then rounded up to days. So minStep takes no
-///          part, the end may lie before tMax, and the step may be 0. KEPT(days-in-32-bits)
-/// Fails    with std::invalid_argument "MovingTimeScale - invalid arguments" for fewer than 3 ticks
-///          or tMax < tMin; nothing is written then. Sums wrap at 64 bits, and a scale that wraps
-///          is not chosen from the table.
-/// Example  (7, 35, 5, 0) gives start 5, end 45, step 10, minor 4
+/// Widens a range to a scale: `ticks` major ticks, the first at `start` and the last at `end`.
+/// Takes    tMin, tMax: the range; ticks: 3 or more; minStep: the least step, in seconds.
+/// Gives    the smallest step of the table, not below minStep, with which a scale covers the range
+///          (start <= tMin and tMax <= end); for that step the latest start; and the step's minor
+///          ticks. In the two other cases:
+///
+///          tMin = tMax         start = tMax; end = tMax + ticks - 1; step = 1; minor = 3.
+///                              minStep is not used, and the table has no such step.
+///          no step is enough,  start = the last multiple of 86400 that is not after tMin
+///          or minStep > 86400  n     = uint32(tMax - start) / (ticks - 1), cut
+///                              step  = n, rounded up to a multiple of 86400
+///                              end   = start + (ticks - 1) * step
+///                              minor = 3
+///                              minStep is not used. The scale can end before tMax. The step is 0
+///                              if n is 0.
+///
+/// Range    made for times from 1970 on. Before 1970 the multiples are those of the time's 64 bits
+///          as an unsigned number, where `MovingTimeAxis` takes those of mathematics.
+/// Fails    with std::invalid_argument "MovingTimeScale - invalid arguments" if ticks < 3 or tMax <
+///          tMin; nothing is written then. Sums wrap at 64 bits, and a scale that wraps is not
+///          chosen from the table.
+/// Example  long start, end;
+///          unsigned long step;
+///          unsigned int minor;
+///          MovingTimeScale(0, 35, 5, 600, start, end, step, minor);
+///          step    // 600
+///          end     // 2400
+///          MovingTimeScale(100, 100, 5, 600, start, end, step, minor);
+///          step    // 1
+///          end     // 104
+///          MovingTimeScale(0, 345604, 5, 0, start, end, step, minor);
+///          step    // 172800
+/// Kept     instant-has-seconds, scale-is-unsigned, days-in-32-bits
 UTILLIBRARY_EXPORT void MovingTimeScale(long tMin, long tMax, unsigned int ticks,
                                         unsigned long minStep, long& start, long& end,
                                         unsigned long& step, unsigned int& minor);
 
-/// Lists the major and minor ticks that lie within a range.
-/// Takes    tMin, tMax: the range; ticks: how many major ticks are wanted about, from 3.
-/// Gives    in `majors` the multiples of the step from tMin to tMax, and in `minors` the times
-///          between, without tMin and tMax; both in order, in place of what the lists held. If one
-///          list is given for both, the majors come first.
-///          x = (tMax - tMin) / (ticks - 1) decides, in single precision.
-///          KEPT(axis-counts-in-floats) x < 1: step 0, tMin and tMax as majors, every second
-///          between as minors, and their number in `minor`, wrapped at 32 bits. For tMin = tMax
-///          both majors are that time, and minor is 4294967295. KEPT(step-0-fills-every-second)
-///          x = 1: step 1, no minor ticks.
-///          x > 1: the smallest step from 2 s on that is not below x, else x rounded up to whole
-///          days, with 3 minor ticks; these lie at multiples of step / (minor + 1), a float,
-///          rounded. KEPT(axis-counts-in-floats)
-/// Range    any times. Before 1970 multiples are what they are in mathematics, unlike in
-///          `MovingTimeScale`. KEPT(axis-is-signed) A step may have no multiple in the range: then
-///          there are no minor ticks either. KEPT(no-major-no-minor)
-/// Fails    with std::invalid_argument "MovingTimeAxis - invalid arguments" for fewer than 3 ticks
-///          or tMax < tMin; the lists are empty, and step and minor 0 then.
-///          KEPT(axis-empties-before-it-checks) With std::bad_alloc; the lists are empty then.
-/// Cost     at most one allocation a list. With x < 1 its length is that of the range.
-/// Example  (0, 100, 6) gives step 30, minor 2, majors 0 30 60 90, minors 10 20 40 50 70 80
+/// Lists the major and the minor ticks of an axis that lie in a range.
+/// Takes    tMin, tMax: the range; ticks: about how many major ticks are wanted, 3 or more.
+/// Gives    majors: the multiples of the step from tMin to tMax; minors: the minor ticks between
+///          tMin and tMax, without these two. Both rise, and replace what the lists contained. One
+///          list may be given for both: the majors come first. x = (tMax - tMin) / (ticks - 1), a
+///          float, decides:
+///
+///          x         step                         minor           ticks
+///          below 1   0                            uint32(tMax -   majors: tMin and tMax; minors:
+///                                                 tMin - 1)       every second between
+///          1         1                            0               majors: every second
+///          above 1   the first of the table,      that of the     minors: k * step / (minor + 1)
+///                    from 2 s on, that is not     table           seconds after each major and
+///                    below x                                      before the first one, computed
+///                                                                 in floats and rounded
+///          above     x, rounded up to a           3               as above
+///          86400     multiple of 86400
+///
+/// Range    any times. Before 1970 the multiples are those of mathematics, unlike in
+///          `MovingTimeScale`. If no multiple of the step lies in the range, both lists stay empty.
+///          For tMin = tMax both majors are that time, and minor is 4294967295.
+/// Fails    with std::invalid_argument "MovingTimeAxis - invalid arguments" if ticks < 3 or tMax <
+///          tMin; the lists are then empty, and step and minor are 0. With std::bad_alloc; the
+///          lists are then empty.
+/// Cost     at most one allocation for each list. For x < 1 the lists are as long as the range.
+/// Example  unsigned long step;
+///          unsigned int minor;
+///          std::vector<long> majors, minors;
+///          MovingTimeAxis(0, 100, 6, step, minor, majors, minors);
+///          step     // 30
+///          minor    // 2
+///          majors   // {0, 30, 60, 90}
+///          minors   // {10, 20, 40, 50, 70, 80}
+/// Kept     axis-counts-in-floats, step-0-fills-every-second, axis-is-signed, no-major-no-minor,
+///          axis-empties-before-it-checks
 UTILLIBRARY_EXPORT void MovingTimeAxis(long tMin, long tMax, unsigned int ticks,
                                        unsigned long& step, unsigned int& minor,
                                        std::vector<long>& majors, std::vector<long>& minors);
