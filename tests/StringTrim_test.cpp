@@ -20,25 +20,25 @@ struct TrimFact {
 };
 
 std::string const NUL(1, '\0');
-std::string const LONG(64, 'x');
+std::string const BYTES_64(64, 'x');
 
 TrimFact const TRIM_FACTS[] = {
-    {"an empty text is empty", "", ""},
-    {"a text of blanks is empty", " \t\r\n", ""},
-    {"one blank is empty", " ", ""},
-    {"all six blanks go, at both ends", " \t\n\v\f\ra\r\f\v\n\t ", "a"},
-    {"blanks inside stay", "  a b  ", "a b"},
-    {"one end is trimmed without the other", "a ", "a"},
-    {"nor the other without the one", " a", "a"},
-    {"a text without blanks stays", "abc", "abc"},
-    {"a zero byte is no blank", " " + NUL + "a" + NUL + " ", NUL + "a" + NUL},
-    {"nor are the other control bytes", "\b\x0E\x1F\x7F", "\b\x0E\x1F\x7F"},
-    {"nor is a no-break space in UTF-8", "\xC2\240a", "\xC2\240a"},
-    {"nor a next-line character", "\205a\x85", "\205a\x85"},
-    {"a long text keeps its middle", "\n" + LONG + "\t", LONG},
+    {"the empty string stays empty", "", ""},
+    {"a string of whitespace becomes empty", " \t\r\n", ""},
+    {"a single space becomes empty", " ", ""},
+    {"all six kinds of whitespace are dropped at both ends", " \t\n\v\f\ra\r\f\v\n\t ", "a"},
+    {"whitespace inside stays", "  a b  ", "a b"},
+    {"whitespace at the end alone is dropped", "a ", "a"},
+    {"whitespace at the front alone is dropped", " a", "a"},
+    {"a string without whitespace stays", "abc", "abc"},
+    {"a zero byte is no whitespace", " " + NUL + "a" + NUL + " ", NUL + "a" + NUL},
+    {"the other control bytes are no whitespace", "\b\x0E\x1F\x7F", "\b\x0E\x1F\x7F"},
+    {"a no-break space of UTF-8 is no whitespace", "\xC2\240a", "\xC2\240a"},
+    {"a byte 0x85 is no whitespace", "\205a\x85", "\205a\x85"},
+    {"64 bytes between whitespace stay", "\n" + BYTES_64 + "\t", BYTES_64},
 };
 
-TEST(Trim, TakesTheBlanksOffBothEnds) {
+TEST(Trim, DropsWhitespaceAtBothEnds) {
     for (std::string const& locale : allLocales()) {
         ScopedLocale const scope(locale);
         for (TrimFact const& row : TRIM_FACTS) {
@@ -50,20 +50,20 @@ TEST(Trim, TakesTheBlanksOffBothEnds) {
     }
 }
 
-TEST(Trim, KnowsSixBlanksInC) {
+TEST(Trim, KnowsSixKindsOfWhitespaceInC) {
     ScopedCLocale const scope("C");
-    std::string blanks;
+    std::string whitespace;
     for (int c = 0; c < 256; ++c) {
-        if (trim(std::string(1, static_cast<char>(c))).empty()) blanks += static_cast<char>(c);
+        if (trim(std::string(1, static_cast<char>(c))).empty()) whitespace += static_cast<char>(c);
     }
-    EXPECT_EQ(blanks, "\t\n\v\f\r ");
+    EXPECT_EQ(whitespace, "\t\n\v\f\r ");
 }
 
-TEST(Trim, AsksTheCLocaleWhatABlankIs) {
+TEST(Trim, AsksTheCLocaleWhatWhitespaceIs) {
     ScopedCLocale const scope("xx_XX.ISO-8859-1");
     EXPECT_EQ(trim("\240a \xA0"), "a");
     EXPECT_EQ(trim("\241a"), "\241a");
-    // KEPT(byte-ff-is-eof): this locale has the character 255 blank.
+    // KEPT(byte-ff-is-eof): the character 255 is whitespace in this locale.
     EXPECT_EQ(trim("\377a\xFF"), "\377a\xFF");
 }
 
@@ -73,7 +73,7 @@ TEST(Trim, DoesNotAskTheGlobalCppLocale) {
     EXPECT_EQ(trim("\240a\xA0"), "\240a\xA0");
 }
 
-TEST(Trim, EqualsItsModelOnAnyText) {
+TEST(Trim, EqualsItsModelOnAnyString) {
     std::mt19937_64 engine = randomEngine();
     std::string const bytes = "\t\n\r \v\f\x85\xA0\377a" + NUL;
     for (char const* const locale : {"C", "fr_FR.ISO-8859-15", "xx_XX.ISO-8859-1"}) {

@@ -20,37 +20,38 @@ static_assert(std::is_same_v<decltype(std::declval<String const&>()()), std::str
 static_assert(std::is_same_v<decltype(std::declval<String&>()("")), std::string>);
 static_assert(std::is_convertible_v<std::string, String>);
 
-std::string const LONG_TEXT(100, 'x');
-std::string const ZEROES("a\0b", 3);
+std::string const LONG_STRING(100, 'x');
+std::string const WITH_A_ZERO_BYTE("a\0b", 3);
 
 TEST(String, IsEmptyAtFirst) { EXPECT_EQ(String()(), ""); }
 
-TEST(String, HoldsACopyOfItsText) {
-    for (std::string const& text : {std::string("x"), std::string(), LONG_TEXT, ZEROES}) {
+TEST(String, ContainsACopyOfItsString) {
+    for (std::string const& text :
+         {std::string("x"), std::string(), LONG_STRING, WITH_A_ZERO_BYTE}) {
         std::string source = text;
-        String const held(source);
+        String const string(source);
         source += "changed";
-        EXPECT_EQ(held(), text);
-        EXPECT_EQ(held(), text);
+        EXPECT_EQ(string(), text);
+        EXPECT_EQ(string(), text);
     }
 }
 
-TEST(String, IsReplacedByACallWithAText) {
-    String held("x");
-    EXPECT_EQ(held("y"), "y");
-    EXPECT_EQ(held(), "y");
-    EXPECT_EQ(held(LONG_TEXT), LONG_TEXT);
-    EXPECT_EQ(held(ZEROES), ZEROES);
-    EXPECT_EQ(held(), ZEROES);
-    EXPECT_EQ(held(""), "");
-    EXPECT_EQ(held(), "");
+TEST(String, IsReplacedByACallWithAString) {
+    String string("x");
+    EXPECT_EQ(string("y"), "y");
+    EXPECT_EQ(string(), "y");
+    EXPECT_EQ(string(LONG_STRING), LONG_STRING);
+    EXPECT_EQ(string(WITH_A_ZERO_BYTE), WITH_A_ZERO_BYTE);
+    EXPECT_EQ(string(), WITH_A_ZERO_BYTE);
+    EXPECT_EQ(string(""), "");
+    EXPECT_EQ(string(), "");
 }
 
-TEST(String, GivesTextsThatAreNotItsOwn) {
-    String held("x");
-    held("y") += "changed";
-    held() += "changed";
-    EXPECT_EQ(held(), "y");
+TEST(String, ReturnsCopies) {
+    String string("x");
+    string("y") += "changed";
+    string() += "changed";
+    EXPECT_EQ(string(), "y");
 }
 
 TEST(String, CopiesDeeplyAndMoves) {

@@ -9,7 +9,7 @@
 using namespace com::halvorin::internal;
 using namespace testing_support;
 
-// The tables of one libc, held against the functions of every libc.
+// glibc's tables give what the functions of every libc give.
 namespace {
 
 TEST(ByteClasses, AreThoseOfTheFunctions) {
@@ -42,12 +42,12 @@ GraphicFact const GRAPHIC_FACTS[] = {
     {"de_DE.UTF-8", true, false, true},
     {"tr_TR.UTF-8", true, false, true},
     {"fr_FR.ISO-8859-15", true, true, false},   // letters above 0x7F
-    {"uu_UU.ISO-8859-1", true, true, false},    // 0x1F alone
-    {"vv_VV.ISO-8859-1", false, true, false},   // 0x7F in place of "~"
-    {"ww_WW.ISO-8859-1", false, false, false},  // "!" is missing, and printable
+    {"uu_UU.ISO-8859-1", true, true, false},    // 0x1F
+    {"vv_VV.ISO-8859-1", false, true, false},   // 0x7F is graphic, "~" is not
+    {"ww_WW.ISO-8859-1", false, false, false},  // "!" is printable, but not graphic
     {"xx_XX.ISO-8859-1", true, true, false},    // some letters above 0x7F
-    {"yy_YY.ISO-8859-1", false, true, false},   // a control byte and 0x80, and "#" is missing
-    {"zz_ZZ.ISO-8859-1", true, true, false},    // 0x80 alone
+    {"yy_YY.ISO-8859-1", false, true, false},   // a control byte and 0x80 are graphic, "#" is not
+    {"zz_ZZ.ISO-8859-1", true, true, false},    // 0x80
 };
 
 template <typename Classes>

@@ -7,10 +7,16 @@
 
 namespace testing_support {
 
+namespace {
+
+// The argument of isspace and its kin: the byte as a signed char, where they take EOF or the value of
+// an unsigned char.
 int characterOf(char c) noexcept {
     int const value = static_cast<signed char>(c);
     return value == EOF ? EOF : static_cast<unsigned char>(c);
 }
+
+}  // namespace
 
 std::string modelOfEscape(std::string const& text, bool keepSpace) {
     std::string result;
@@ -106,6 +112,15 @@ bool modelOfIequals(std::string const& text, std::string const& other) {
         if (std::tolower(characterOf(text[i])) != std::tolower(characterOf(other[i]))) return false;
     }
     return true;
+}
+
+std::string anyText(std::mt19937_64& engine, std::string const& characters, std::size_t limit) {
+    std::string text(engine() % limit, '\0');
+    for (char& c : text) {
+        c = engine() % 16 == 0 ? static_cast<char>(engine())
+                               : characters[engine() % characters.size()];
+    }
+    return text;
 }
 
 }  // namespace testing_support
