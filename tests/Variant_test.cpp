@@ -500,6 +500,15 @@ TEST(Variant, FindsItsOwnWideTextEmptied) {
     }
 }
 
+TEST(Variant, FindsTheBytesOfItsOwnWideTextEmptied) {
+    for (std::wstring const text : {L"abc", L"a text beyond any short form"}) {
+        Variant variant(text);
+        void const* const memory = variant.wText.data();
+        variant.assign(static_cast<char const*>(memory));
+        expectValue(variant, 9, 0, L"");
+    }
+}
+
 TEST(Variant, TakesItsOtherOwnTextsAsTheyAre) {
     Variant variant(L"12");
     char const* const cached = variant;

@@ -8,16 +8,16 @@
 
 #include "utillibrary/datatypes/Variant_internal.h"
 
-// What a Variant is: construction, assignment, copying, and the names of the types. Its numbers and
-// its text stand in sources of their own.
+// Construction, assignment, copying, and the names of the types. VariantNumbers.cpp reads values as
+// numbers, VariantText.cpp writes them as strings.
 namespace com::halvorin::datatypes {
 
 namespace {
 
 using namespace com::halvorin::internal;
 
-// A value in the low bytes of an otherwise zero slot. Put together before it is stored: a copy that
-// follows at once reads all eight bytes, and waits for two narrower stores.
+// A value in the low bytes of an otherwise zero slot. It is completed before it is stored: a copy
+// that follows at once reads all eight bytes, and would wait for two narrower stores.
 template <typename T>
 Variant::Slot slotOf(T value) noexcept {
     Variant::Slot slot{};
@@ -29,9 +29,16 @@ constexpr Variant::Slot EMPTY_SLOT{};
 
 constexpr VariantType NO_SUCH_TYPE = -1;
 
-// `widened` into the memory that a text has.
+// Replaces `wide` by `widened(text)`. The old characters are overwritten in place, because a string
+// that grows from empty is filled with zeros first. On std::bad_alloc `wide` is empty.
 void widenInto(std::wstring& wide, char const* text) {
+    *wide.data() = L'\0';  // `text` may point to the memory of `wide`, which counts as cleared
     std::size_t const size = std::strlen(text);
+    if (size > wide.capacity()) {
+        wide.clear();
+        wide = widened({text, size});
+        return;
+    }
     wide.resize(size);
     wchar_t* const out = wide.data();
     for (std::size_t i = 0; i < size; ++i) {
@@ -45,7 +52,7 @@ char const* notNull(char const* text) {
     return text;
 }
 
-// The time as a copy has it. KEPT(copy-normalises-time): through the accessors, not as a whole.
+// The time as a copy has it. KEPT(copy-normalises-time): by the accessors, not as a whole.
 xtime_t copyOfTime(xtime_t const& time) noexcept {
     xtime_t copy;
     copy.putDateTime(time.getDateTime());
@@ -53,7 +60,7 @@ xtime_t copyOfTime(xtime_t const& time) noexcept {
     return copy;
 }
 
-// What every assignment of a number does; `clear` and all it resets are in these three lines.
+// What every assignment of a number does. These three lines include all that `clear` does.
 template <typename T>
 void assignScalar(Variant& variant, T value, TypeNumber type) noexcept {
     variant.wText.clear();
@@ -132,7 +139,7 @@ Variant::Variant(std::wstring const& text) : dataType(STRING), uVal(EMPTY_SLOT),
 Variant::Variant(char const* text)
     : dataType(STRING), uVal(EMPTY_SLOT), wText(widened(notNull(text))) {}
 
-// KEPT(text-ends-at-zero-byte): by its pointer, unlike wide text.
+// KEPT(text-ends-at-zero-byte): by its pointer, unlike a std::wstring.
 Variant::Variant(std::string const& text) : Variant(text.c_str()) {}
 
 Variant::Variant(xtime_t const& time) noexcept
@@ -144,7 +151,7 @@ VariantType Variant::type() const noexcept { return dataType; }
 
 bool Variant::isNull() const noexcept { return dataType == NULL_VALUE; }
 
-// KEPT(null-has-value): "null" was said, which is more than nothing.
+// KEPT(null-has-value): a Null is a value, so only type 0 has none.
 bool Variant::hasValue() const noexcept { return dataType != UNKNOWN; }
 
 VariantType Variant::typeName2Number(wchar_t const* name) noexcept {
@@ -162,7 +169,7 @@ wchar_t const* Variant::typeNumber2Name(int number) noexcept {
 // ---- changes
 
 void Variant::clear() noexcept {
-    // KEPT(clear-keeps-time): timeVal, wTextAux and sbcText stay.
+    // KEPT(clear-keeps-time): timeVal, wTextAux and sbcText are not changed.
     dataType = UNKNOWN;
     uVal = EMPTY_SLOT;
     wText.clear();
@@ -186,8 +193,8 @@ void Variant::assign(double value) noexcept { assignScalar(*this, value, DOUBLE)
 void Variant::assign(bool value) noexcept { assignScalar(*this, value, BOOLEAN); }
 
 void Variant::assign(wchar_t const* text) {
-    // Clearing empties this object's own text, to the pointer's eyes as well; what an earlier text
-    // has left behind it counts as its own.
+    // A pointer into the memory of this object's own string, even after its end, reads an empty
+    // string, because that memory counts as cleared.
     std::less_equal<> const notAfter;
     bool const own =
         notAfter(wText.data(), text) && notAfter(text, wText.data() + wText.capacity());
@@ -203,12 +210,15 @@ void Variant::assign(std::wstring const& text) {
 }
 
 void Variant::assign(char const* text) {
-    clear();
+    if (text == nullptr) clear();
+    // All of `clear` but the characters, which `widenInto` replaces.
+    dataType = UNKNOWN;
+    uVal = EMPTY_SLOT;
     widenInto(wText, notNull(text));
     dataType = STRING;
 }
 
-// KEPT(text-ends-at-zero-byte): by its pointer, unlike wide text.
+// KEPT(text-ends-at-zero-byte): by its pointer, unlike a std::wstring.
 void Variant::assign(std::string const& text) { assign(text.c_str()); }
 
 void Variant::assign(xtime_t const& time) noexcept {
@@ -217,7 +227,7 @@ void Variant::assign(xtime_t const& time) noexcept {
 }
 
 void Variant::assign(Variant const& other) {
-    // KEPT(self-assignment-empties): no test for the own address; the first step clears both.
+    // KEPT(self-assignment-empties): no test for `this`; the first step clears both.
     clear();
     dataType = other.dataType;
     copyUVal(other);
@@ -229,7 +239,7 @@ void Variant::assign(Variant const& other) {
 void Variant::copyUVal(Variant const& other) noexcept { uVal = other.uVal; }
 
 // NOLINTBEGIN(misc-unconventional-assign-operator, cppcoreguidelines-c-copy-assignment-signature):
-// `assigned` gives back what it is handed.
+// `assigned` returns the object that it gets.
 Variant& Variant::operator=(wchar_t const* text) { return assigned(*this, text); }
 Variant& Variant::operator=(char const* text) { return assigned(*this, text); }
 Variant& Variant::operator=(float value) noexcept { return assigned(*this, value); }
