@@ -97,7 +97,7 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// The line on standard output ends in a newline and is flushed. It takes no lock: if several
 /// threads may write it, std::cout must be synchronised with stdio, as it is by default.
 /// Fails    A conversion throws std::bad_alloc when it makes a string, or when it reads a String as
-///          an integer under a global C++ locale other than the classic one. It throws nothing else.
+///          an integer under a C++ locale other than the classic one. It throws nothing else.
 /// Kept     uint32-prints-signed, int64-prints-as-double, low-eight-bits,
 ///          small-integers-through-int32, uint64-from-floating, text-is-read-as-int64,
 ///          first-letter-decides, message-says-utility

@@ -16,7 +16,7 @@ constexpr int DIGITS = 6;
 constexpr unsigned SMALLEST_COEFFICIENT = 100'000;  // six digits
 constexpr unsigned LARGEST_COEFFICIENT = 999'999;
 
-// coefficient * 10^(exponent - 5), the coefficient having six digits.
+// coefficient * 10^(exponent - 5). The coefficient has six digits.
 struct SixDigits {
     unsigned coefficient;
     int exponent;
@@ -26,9 +26,9 @@ constexpr int MANTISSA_BITS = 52;
 constexpr int EXPONENT_BIAS = 1023;
 constexpr std::uint64_t SIGN = std::uint64_t{1} << 63;
 
-// floor(log10(mantissa * 2^(binaryExponent - 63))), the mantissa being a double's with its highest
-// bit set. The binary exponent alone gives it or one less; no double lies between the next power of
-// ten and the leading bits of it.
+// floor(log10(mantissa * 2^(binaryExponent - 63))), for a double's mantissa with its highest bit
+// set. The binary exponent alone gives the result or one less. The leading 64 bits of the next
+// power of ten then decide: no double lies between these bits and the exact power.
 int decimalExponentOf(std::uint64_t mantissa, int binaryExponent) noexcept {
     int const estimate = (binaryExponent * 315653) >> 20;  // * log10(2), rounded down
     int const next = estimate + 1;
@@ -37,8 +37,8 @@ int decimalExponentOf(std::uint64_t mantissa, int binaryExponent) noexcept {
     return reached ? next : estimate;
 }
 
-// Owns 0 and all numbers from the least normal one on. Declines where the digits cut off are too
-// close to half of the last one that stays.
+// Answers for 0 and for all normal numbers. Declines if the digits that are cut off are too close
+// to half of the last digit that stays; also for subnormal numbers, infinity and NaN.
 std::optional<SixDigits> sixDigits(std::uint64_t bits) noexcept {
     int const biased = static_cast<int>(bits >> MANTISSA_BITS & 0x7FF);
     if (biased == 0x7FF || biased == 0) {
@@ -56,8 +56,8 @@ std::optional<SixDigits> sixDigits(std::uint64_t bits) noexcept {
     return SixDigits{SMALLEST_COEFFICIENT, exponent + 1};  // 999999.5 has seven digits
 }
 
-// Up to eight characters, the first in the lowest byte: they are shifted and stored whole, so that
-// no copy waits for the bytes before it.
+// Up to eight characters, the first in the lowest byte. They are shifted and stored together, so
+// that no load waits for stores of single bytes.
 using Characters = std::uint64_t;
 static_assert(std::endian::native == std::endian::little);
 
@@ -69,7 +69,7 @@ Characters twoDigits(unsigned value) noexcept {
     return pair;
 }
 
-// Stores all eight, of which the first `count` are meant.
+// Stores all eight characters. Only the first `count` are part of the result.
 char* put(char* out, Characters characters, int count) noexcept {
     std::memcpy(out, &characters, sizeof characters);
     return out + count;
@@ -83,12 +83,12 @@ char* writeExponent(char* out, int exponent) noexcept {
     return writeTwoDigits(out, magnitude % 100);
 }
 
-// As "%g" lays them out: fixed from 10^-4 to below 10^6, else with an exponent; no trailing zeros.
+// Writes as "%g" does: without an exponent from 10^-4 to below 10^6, and without trailing zeros.
 char* layOut(char* out, SixDigits value) noexcept {
     Characters const digits = twoDigits(value.coefficient / 10000) |
                               twoDigits(value.coefficient / 100 % 100) << 16 |
                               twoDigits(value.coefficient % 100) << 32;
-    // Up to the last that is not "0"; of a zero, none.
+    // The number of digits up to the last one that is not "0"; for zero there is none.
     int const count = (static_cast<int>(std::bit_width(digits ^ ZEROS)) + 7) / 8;
 
     bool const fixed = value.exponent >= -4 && value.exponent < DIGITS;
@@ -123,7 +123,7 @@ std::string wholeText(long value) {
     auto rest = static_cast<unsigned long>(value);
     if (minus) rest = 0 - rest;
 
-    // From the last digit to the first: eight at a time, then two, and the first one or two.
+    // From the last digit to the first: eight at a time, then two at a time, then one or two.
     char* begin = end;
     for (; rest >= EIGHT_DIGITS; rest /= EIGHT_DIGITS) {
         auto const eight = static_cast<unsigned>(rest % EIGHT_DIGITS);

@@ -4,22 +4,22 @@
 #include <cstddef>
 #include <cstdint>
 
-// Powers of ten in 64 bits, and what a binary number times one of them is: the step between binary
-// and decimal that numbers take in both directions.
+// Powers of ten in 64 bits, and the product of a binary number and one of them. Conversions from
+// binary to decimal and back both need this step.
 namespace com::halvorin::internal {
 
 __extension__ using Wide = unsigned __int128;
 
-// From the least power that a normal double is held against, 10^-307, to the one that brings the
-// least of these to six digits.
+// The least power is the one that the least normal double is compared with. The largest power is
+// the one that scales the least normal double to six digits.
 inline constexpr int LEAST_POWER_OF_TEN = -307;
 inline constexpr int LARGEST_POWER_OF_TEN = 313;
 
 /// floor(log2(10^power)), for the powers above.
 constexpr int binaryExponentOf(int power) noexcept { return (power * 217706) >> 16; }
 
-/// The leading 64 bits of each power, rounded down, the highest of them set. They are made with 128
-/// bits, a quarter more or a fifth less at a time, which lose too little on the way to show here.
+/// The leading 64 bits of each power, rounded down; the highest bit is set. They are computed in
+/// 128 bits by repeated * 5/4 or * 4/5. The rounding error never reaches the top 64 bits.
 inline constexpr auto LEADING_BITS = [] {
     constexpr Wide TOP_BIT = static_cast<Wide>(1) << 127;
     std::array<std::uint64_t, LARGEST_POWER_OF_TEN - LEAST_POWER_OF_TEN + 1> table{};
@@ -59,8 +59,7 @@ inline constexpr auto EXACT_POWERS_OF_TEN = [] {
 }();
 static_assert(EXACT_POWERS_OF_TEN.back() == 1e22);
 
-/// bits * 2^exponent. The bits are those of a number rounded down, and less than SCALED_ERROR too
-/// small.
+/// bits * 2^exponent. The bits are rounded down, and too small by less than SCALED_ERROR.
 struct Scaled {
     std::uint64_t bits;  // one of the two highest is set
     int exponent;
@@ -75,15 +74,16 @@ constexpr Scaled scaled(std::uint64_t mantissa, int exponent, int power) noexcep
     return {static_cast<std::uint64_t>(product >> 64), exponent + binaryExponentOf(power) + 1};
 }
 
-/// Whether a number whose lowest places are cut off may lie halfway, or on the other side of it.
-/// Takes  bits: rounded down, and less than `error` too small
+/// True if the lowest `places` bits may be exactly half of the bit above them, or may be on the
+/// other side of half than they seem.
+/// Takes  bits: rounded down, and too small by less than `error`
 constexpr bool mayBeHalfway(std::uint64_t bits, int places, std::uint64_t error) noexcept {
     std::uint64_t const half = std::uint64_t{1} << (places - 1);
     std::uint64_t const cut = bits & (2 * half - 1);
     return half - cut < error;  // more than half gives a huge number
 }
 
-/// The same number to the nearest, where it is not halfway.
+/// The number without its lowest `places` bits, rounded to the nearest. It is not halfway.
 constexpr std::uint64_t rounded(std::uint64_t bits, int places) noexcept {
     return (bits >> places) + (bits >> (places - 1) & 1);
 }

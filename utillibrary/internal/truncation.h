@@ -2,9 +2,9 @@
 
 #include <climits>
 
-// Floating values as integers, written out once: the language leaves a value that does not fit
-// undefined, and processors differ in what they make of it. Here it becomes the most negative
-// number of the width, on every processor. A value fits when its whole part does.
+// Floating values to integers. In C++ a value that does not fit is undefined behaviour, and
+// processors differ. Here such a value, and NaN, becomes the most negative number of the width on
+// every processor. A value fits if its whole part fits.
 namespace com::halvorin::internal {
 
 constexpr int truncateToInt32(double value) noexcept {
@@ -17,15 +17,15 @@ constexpr long truncateToInt64(double value) noexcept {
     return fits ? static_cast<long>(value) : LONG_MIN;
 }
 
-/// From 2^63 on, the value less 2^63 with the top bit set; so 2^64 and all above give 2^63. Below,
-/// negative values and NaN included, the bits of the signed result. KEPT(uint64-from-floating)
+/// KEPT(uint64-from-floating): not clamped. Values from -2^63 to below 2^64 give the low 64 bits of
+/// the whole part, so -1.0 gives 2^64 - 1. All others, NaN included, give 2^63.
 constexpr unsigned long truncateToUint64(double value) noexcept {
     constexpr unsigned long TOP_BIT = 1UL << 63;
     if (value < 0x1p63) return static_cast<unsigned long>(truncateToInt64(value));
     return static_cast<unsigned long>(truncateToInt64(value - 0x1p63)) | TOP_BIT;
 }
 
-/// The low half of the signed 64-bit result, so that 3e9 is itself.
+/// The low 32 bits of the signed 64-bit result, so 3e9 gives 3000000000.
 constexpr unsigned int truncateToUint32(double value) noexcept {
     return static_cast<unsigned int>(truncateToInt64(value));
 }
