@@ -6,12 +6,15 @@
 
 #include <gtest/gtest.h>
 
+#include "utillibrary/utilities/mktimeEx_internal.h"
 #include <utillibrary/utilities/mktimeEx.h>
 
 #include "support/random.h"
 #include "support/time_zone.h"
 
 using com::halvorin::utilities::mktimeEx;
+using com::halvorin::utilities::secondsOfAnyRecord;
+using com::halvorin::utilities::secondsOfOrdinaryRecord;
 
 namespace {
 
@@ -433,6 +436,80 @@ TEST(MktimeEx, KnowsTheLengthOfEachMonth) {
             EXPECT_EQ(after.tm_mon, (month + 1) % 12);
 
             ++month;
+        }
+    }
+}
+
+// ---- the general path and the fast path
+
+struct PathFact {
+    char const* fact;
+    Fields fields;
+    bool fast;
+};
+
+PathFact const PATH_FACTS[] = {
+    {"the fast path counts a present-day second", {124, 2, 5, 6, 8, 9}, true},
+    {"the fast path declines year 69", {69, 2, 5, 6, 8, 9}, false},
+    {"the fast path counts year 70", {70, 2, 5, 6, 8, 9}, true},
+    {"the fast path counts year 71", {71, 2, 5, 6, 8, 9}, true},
+    {"the fast path counts year 136", {136, 2, 5, 6, 8, 9}, true},
+    {"the fast path counts year 137", {137, 2, 5, 6, 8, 9}, true},
+    {"the fast path declines year 138", {138, 2, 5, 6, 8, 9}, false},
+    {"the fast path declines month -1", {124, -1, 5, 6, 8, 9}, false},
+    {"the fast path counts month 0", {124, 0, 5, 6, 8, 9}, true},
+    {"the fast path counts month 11", {124, 11, 5, 6, 8, 9}, true},
+    {"the fast path declines month 12", {124, 12, 5, 6, 8, 9}, false},
+    {"the fast path declines day 0", {124, 2, 0, 6, 8, 9}, false},
+    {"the fast path counts day 1", {124, 2, 1, 6, 8, 9}, true},
+    {"the fast path counts day 28", {124, 2, 28, 6, 8, 9}, true},
+    {"the fast path declines day 29", {124, 2, 29, 6, 8, 9}, false},
+    {"the fast path declines hour -1", {124, 2, 5, -1, 8, 9}, false},
+    {"the fast path counts hour 0", {124, 2, 5, 0, 8, 9}, true},
+    {"the fast path counts hour 23", {124, 2, 5, 23, 8, 9}, true},
+    {"the fast path declines hour 24", {124, 2, 5, 24, 8, 9}, false},
+    {"the fast path declines minute -1", {124, 2, 5, 6, -1, 9}, false},
+    {"the fast path counts minute 0", {124, 2, 5, 6, 0, 9}, true},
+    {"the fast path counts minute 59", {124, 2, 5, 6, 59, 9}, true},
+    {"the fast path declines minute 60", {124, 2, 5, 6, 60, 9}, false},
+    {"the fast path declines second -1", {124, 2, 5, 6, 8, -1}, false},
+    {"the fast path counts second 0", {124, 2, 5, 6, 8, 0}, true},
+    {"the fast path counts second 59", {124, 2, 5, 6, 8, 59}, true},
+    {"the fast path declines second 60", {124, 2, 5, 6, 8, 60}, false},
+    {"the fast path declines the largest fields", LARGEST, false},
+    {"the fast path declines the smallest fields", SMALLEST, false},
+};
+
+// Both paths give the same result and the same record; one that declines writes nothing.
+void expectSameByBothPaths(Fields const& fields, int adjustment) {
+    std::tm general = recordOf(fields);
+    long const seconds = secondsOfAnyRecord(&general, adjustment);
+    std::tm fast = recordOf(fields);
+    auto const answer = secondsOfOrdinaryRecord(&fast, adjustment);
+    EXPECT_EQ(answer.value_or(seconds), seconds);
+    EXPECT_EQ(fieldsOf(fast), answer ? fieldsOf(general) : fields);
+    EXPECT_EQ(dayOf(fast), answer ? dayOf(general) : UNWRITTEN);
+}
+
+TEST(MktimeEx, CountsOrdinaryRecordsByTheFastPath) {
+    for (PathFact const& row : PATH_FACTS) {
+        SCOPED_TRACE(row.fact);
+        std::tm record = recordOf(row.fields);
+        EXPECT_EQ(secondsOfOrdinaryRecord(&record, 0).has_value(), row.fast);
+        for (int const adjustment : {INT_MIN, -1, 0, 1, INT_MAX})
+            expectSameByBothPaths(row.fields, adjustment);
+    }
+}
+
+TEST(MktimeEx, CountsTheSameByBothPaths) {
+    for (SecondsFact const& row : SECONDS_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectSameByBothPaths(row.fields, row.adjustment);
+    }
+    for (int year = 70; year < 138; ++year) {
+        for (int month = 0; month < 12; ++month) {
+            for (int day = 1; day <= 28; ++day)
+                expectSameByBothPaths({year, month, day, 23, 59, 58}, 0);
         }
     }
 }

@@ -1,0 +1,596 @@
+#include <cfenv>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include <gtest/gtest.h>
+
+#include "utillibrary/datatypes/xtime_readers_internal.h"
+#include <utillibrary/datatypes/xtime.h>
+
+#include "support/locales.h"
+#include "support/recorded_reports.h"
+#include "support/rounding.h"
+#include "support/time_printing.h"
+
+// xtime_t::fromString: what it reads, and its general path beside its fast path. Long, since each
+// part of the string has its table.
+
+using namespace com::halvorin::datatypes;
+using testing_support::ScopedCLocale;
+
+namespace {
+
+using namespace std::string_literals;
+
+template <auto Function, typename Signature>
+constexpr bool IS = std::is_same_v<decltype(Function), Signature>;
+
+static_assert(IS<&xtime_t::fromString, bool (xtime_t::*)(std::string const&) noexcept>);
+
+long const SECONDS = 1709618889;  // 2024-03-05T06:08:09
+
+void expectRead(std::string const& text, xtime_t const& expected) {
+    xtime_t time(77, 77);
+    EXPECT_TRUE(time.fromString(text));
+    EXPECT_EQ(time, expected);
+}
+
+void expectRefused(std::string const& text) {
+    xtime_t time(77, 77);
+    EXPECT_FALSE(time.fromString(text));
+    EXPECT_FALSE(time.isSet());
+}
+
+struct ReadFact {
+    char const* fact;
+    char const* text;
+    long seconds;
+};
+
+ReadFact const DATE_FACTS[] = {
+    {"a present-day second", "2024-03-05T06:08:09", 1709618889},
+    {"the epoch is read, and is not set", "1970-01-01T00:00:00", 0},
+    {"no seconds", "2024-03-05T07:08", 1709622480},
+    {"none behind their colon", "2024-03-05T06:08:", 1709618880},
+    {"no number behind their colon", "2024-03-05T06:08:x9", 1709618880},
+    {"no leading zeros", "2024-3-5T6:8:9", 1709618889},
+    {"more leading zeros", "002024-0003-0005T0006:0008:0009", 1709618889},
+    {"blanks before numbers", " 2024- 3-\t5T 6: 8:\n9", 1709618889},
+    {"signs", "+2024-+3-+5T06:08:09", 1709618889},
+    // KEPT(rest-is-ignored): behind any number that could be read.
+    {"anything after the day", "2024-03-05 or soT06:08:09", 1709618889},
+    {"a second T is only a letter", "2024-03-05T06:08:09T07:00", 1709618889},
+    {"anything after the minute", "2024-03-05T06:08 or so", 1709618880},
+    {"a blank before the seconds' colon", "2024-03-05T06:08 :09", 1709618880},
+    {"anything after the seconds", "2024-03-05T06:08:09 or so", 1709618889},
+
+    {"year 1970", "1970-01-01T00:00:01", 1},
+    {"year 1971", "1971-01-01T00:00:00", 31536000},
+    {"month 1", "2024-01-01T00:00:00", 1704067200},
+    {"month 12", "2024-12-01T00:00:00", 1733011200},
+    {"day 1", "2024-03-01T00:00:00", 1709251200},
+    {"day 31", "2024-03-31T00:00:00", 1711843200},
+    // KEPT(day-31-of-any-month)
+    {"31 February 2023 is 3 March", "2023-02-31T00:00:00", 1677801600},
+    {"30 February 2024 is 1 March", "2024-02-30T00:00:00", 1709251200},
+    {"31 April is 1 May", "2024-04-31T00:00:00", 1714521600},
+    {"2000 was leap", "2000-02-29T12:00:00", 951825600},
+    {"hour 0", "2024-03-05T00:08:09", 1709597289},
+    {"hour 23", "2024-03-05T23:08:09", 1709680089},
+    {"minute 0", "2024-03-05T06:00:09", 1709618409},
+    {"minute 59", "2024-03-05T06:59:09", 1709621949},
+    {"second 0", "2024-03-05T06:08:00", 1709618880},
+    {"second 59", "2024-03-05T06:08:59", 1709618939},
+
+    // KEPT(digits-wrap-at-32-bits)
+    {"year 2^32 + 2024 is read as 2024", "4294969320-3-5T06:08:09", 1709618889},
+    {"year 2^32 + 2025 is read as 2025", "4294969321-01-02T00:00", 1735776000},
+    {"a month", "2024-4294967299-5T06:08:09", 1709618889},
+    {"a day", "2024-3-4294967301T06:08:09", 1709618889},
+    {"an hour", "2024-3-5T4294967302:08:09", 1709618889},
+    {"a minute", "2024-3-5T06:4294967304:09", 1709618889},
+    {"the zone's hours", "2024-3-5T07:08:09+4294967297:0", 1709618889},
+
+    // what the calendar refuses
+    {"the last second but one", "2038-01-19T03:14:06Z", 2147483646},
+    {"the last second", "2038-01-19T03:14:07Z", 2147483647},
+    // KEPT(refused-time-is-minus-one)
+    {"the second after it", "2038-01-19T03:14:08Z", -1},
+    {"a far year", "9999-12-31T23:59:59Z", -1},
+    {"the largest year", "2147483647-12-31T23:59:59Z", -1},
+    {"a minute before the epoch", "1970-01-01T00:00:00+00:01", -1},
+    {"a second before the epoch", "1970-01-01T00:59:59+01:00", -1},
+    {"the epoch in another zone", "1970-01-01T01:00:00+01:00", 0},
+    {"a second after it", "1970-01-01T01:00:01+01:00", 1},
+    {"the last second in the west", "2038-01-19T02:14:07-01:00", 2147483647},
+    {"the second after it in the west", "2038-01-19T02:14:08-01:00", -1},
+    {"the last is out of reach in the east", "2038-01-19T04:14:07+01:00", -1},
+};
+
+TEST(XtimeFromString, ReadsDateAndTime) {
+    for (ReadFact const& row : DATE_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRead(row.text, xtime_t(row.seconds, 0));
+    }
+}
+
+// A zone, and the time of day that is 06:08:09 in UTC there; unless the sum is told.
+ReadFact const ZONE_FACTS[] = {
+    {"none", "2024-03-05T06:08:09", 1709618889},
+    {"Z", "2024-03-05T06:08:09Z", 1709618889},
+    {"Z and anything", "2024-03-05T06:08:09Zulu", 1709618889},
+    {"Z hides what follows it", "2024-03-05T06:08:09Z+01:00", 1709618889},
+    {"two digits", "2024-03-05T07:08:09+01", 1709618889},
+    {"one digit", "2024-03-05T07:08:09+1", 1709618889},
+    {"four digits", "2024-03-05T07:38:09+0130", 1709618889},
+    {"three digits", "2024-03-05T07:13:09+015", 1709618889},
+    {"three digits without a zero", "2024-03-05T18:11:09+123", 1709618889},
+    {"five digits", "2024-03-05T18:42:09+12345", 1709618889},
+    {"digits after a blank", "2024-03-05T07:13:09+01 5", 1709618889},
+    {"digits after a letter do not count", "2024-03-05T07:08:09+01x5", 1709618889},
+    {"hexadecimal is none", "2024-03-05T06:08:09+0x1", 1709618889},
+    {"a colon", "2024-03-05T07:38:09+01:30", 1709618889},
+    {"a colon between single digits", "2024-03-05T07:13:09+1:5", 1709618889},
+    {"a colon between many digits", "2024-03-05T07:13:09+0001:0005", 1709618889},
+    {"a colon and a blank", "2024-03-05T07:13:09+1: 5", 1709618889},
+    {"a sign behind the colon", "2024-03-05T07:13:09+1:+5", 1709618889},
+    {"a sign behind the hours", "2024-03-05T07:13:09+01+5", 1709618889},
+    {"anything after the minutes", "2024-03-05T07:38:09+01:30 in summer", 1709618889},
+    {"without seconds", "2024-03-05T07:08+01", 1709618880},
+    {"without seconds, with a colon", "2024-03-05T07:08+01:00", 1709618880},
+    {"behind the seconds' colon", "2024-03-05T07:08:+01:00", 1709618880},
+    {"no hours, no minutes", "2024-03-05T06:08:09+00:00", 1709618889},
+    {"23 hours east", "2024-03-06T05:08:09+23", 1709618889},
+    {"23 hours west", "2024-03-04T07:08:09-23", 1709618889},
+    {"59 minutes", "2024-03-05T07:07:09+00:59", 1709618889},
+    {"the largest", "2024-03-06T06:07:09+23:59", 1709618889},
+    // KEPT(zone-minutes-subtracted): the hours' sign is not that of the minutes.
+    {"east, both are subtracted", "2024-03-05T06:08:09+05:30", 1709599089},
+    {"west, the hours are added", "2024-03-05T06:08:09-05:00", 1709636889},
+    {"and the minutes subtracted", "2024-03-05T06:08:09-05:30", 1709635089},
+    {"without a colon too", "2024-03-05T06:08:09-0530", 1709635089},
+    {"no hours west", "2024-03-05T06:08:09-00:30", 1709617089},
+    {"are as none east", "2024-03-05T06:08:09+00:30", 1709617089},
+};
+
+TEST(XtimeFromString, ReadsTheZone) {
+    for (ReadFact const& row : ZONE_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRead(row.text, xtime_t(row.seconds, 0));
+    }
+}
+
+struct SecondsFact {
+    char const* fact;
+    char const* secondsText;  // behind "2024-03-05T06:08:"
+    int seconds;
+    unsigned int nanoseconds;
+};
+
+// Seconds are one float, and its fraction is cut.
+SecondsFact const SECONDS_FACTS[] = {
+    {"a quarter", "09.25", 9, 250000000},
+    {"a quarter and Z", "09.25Z", 9, 250000000},
+    {"a quarter and an hour west", "09.25-01:00", 3609, 250000000},
+    {"0.1 is more", "00.1", 0, 100000001},
+    {"9.1 is still more", "09.1", 9, 100000381},
+    {"59.999 is more", "59.999", 59, 999000549},
+    {"0.7 is less", "00.7", 0, 699999988},
+    {"nine digits", "00.123456789", 0, 123456791},
+    {"ten digits", "00.1234567891", 0, 123456791},
+    {"ten that make a difference", "00.0000000019", 0, 1},
+    {"a nanosecond is less than one", "00.000000001", 0, 0},
+    {"two are less than two", "00.000000002", 0, 1},
+    {"the largest float below 60", "59.999996", 59, 999996185},
+    {"what rounds down to it", "59.999998", 59, 999996185},
+    {"in nine digits", "59.999998092", 59, 999996185},
+    {"in seventeen", "59.99999809265136718", 59, 999996185},
+    {"no digits behind the point", "09.", 9, 0},
+    {"nor before a zone", "09.+00:00", 9, 0},
+    {"none before the point", ".5", 0, 500000000},
+    {"a point alone is no number", ".", 0, 0},
+    {"one digit", "9.5", 9, 500000000},
+    {"three digits", "009.5", 9, 500000000},
+    {"anything after the digits", "09.5x5", 9, 500000000},
+    {"an exponent", "1e1", 10, 0},
+    {"an exponent without digits", "1e", 1, 0},
+    {"a signed exponent is a zone", "5e-1", 3605, 0},
+    {"hexadecimal", "0x10", 16, 0},
+    {"hexadecimal with a fraction", "0X1.8p1", 3, 0},
+    {"a hexadecimal half", "0x.8", 0, 500000000},
+    {"below 60 in hexadecimal", "0x3b.ffffc", 59, 999996185},
+    {"a signed power is a zone", "0x1p-1", 3601, 0},
+    {"below 60 with an exponent", "5.9e1", 59, 0},
+};
+
+TEST(XtimeFromString, ReadsSecondsAsAFloat) {
+    ScopedCLocale const point("C");
+    for (SecondsFact const& row : SECONDS_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRead("2024-03-05T06:08:"s + row.secondsText,
+                   xtime_t(1709618880 + row.seconds, row.nanoseconds));
+    }
+    // KEPT(refused-time-is-minus-one), of which the fraction remains.
+    expectRead("2038-01-19T03:14:08.5Z", xtime_t(-1, 500000000));
+}
+
+struct RoundedSecondsFact {
+    char const* secondsText;
+    unsigned int nearest;
+    unsigned int upward;
+    unsigned int downward;
+};
+
+RoundedSecondsFact const ROUNDED_SECONDS_FACTS[] = {
+    {"09.1", 100000381, 100000381, 99999427},
+    {"09.25", 250000000, 250000000, 250000000},
+    {"09.5", 500000000, 500000000, 500000000},
+    {"09.7", 699999809, 700000762, 699999809},
+    {"09.0000009", 953, 953, 0},
+};
+
+void expectReadIn(int rounding, char const* secondsText, unsigned int nanoseconds) {
+    SCOPED_TRACE(rounding);
+    testing_support::ScopedRounding const scope(rounding);
+    expectRead("2024-03-05T06:08:"s + secondsText, xtime_t(SECONDS, nanoseconds));
+}
+
+TEST(XtimeFromString, ReadsSecondsInTheRoundingModeOfTheHost) {
+    ScopedCLocale const point("C");
+    for (RoundedSecondsFact const& row : ROUNDED_SECONDS_FACTS) {
+        SCOPED_TRACE(row.secondsText);
+        expectReadIn(FE_TONEAREST, row.secondsText, row.nearest);
+        expectReadIn(FE_UPWARD, row.secondsText, row.upward);
+        expectReadIn(FE_DOWNWARD, row.secondsText, row.downward);
+        expectReadIn(FE_TOWARDZERO, row.secondsText, row.downward);
+    }
+    // What rounds to 60 is refused, and down it does not.
+    testing_support::ScopedRounding const downward(FE_DOWNWARD);
+    expectRead("2024-03-05T06:08:59.9999999", xtime_t(1709618939, 999996185));
+}
+
+struct RefusedFact {
+    char const* fact;
+    char const* text;
+};
+
+RefusedFact const REFUSED_FACTS[] = {
+    {"nothing", ""},
+    {"a T alone", "T"},
+    {"no T", "2024-03-05"},
+    {"a blank for the T", "2024-03-05 06:08:09"},
+    {"a small t", "2024-03-05t06:08:09"},
+    {"the letter after T", "2024-03-05U06:08:09"},
+    {"a comma for a dash", "2024,03-05T06:08:09"},
+    {"a comma for the other", "2024-03,05T06:08:09"},
+    {"a semicolon for a colon", "2024-03-05T06;08:09"},
+    {"a colon for a digit", "2024-03-0:T06:08:09"},
+    {"a slash for a digit", "2024-03-0/T06:08:09"},
+    {"no time", "2024-03-05T"},
+    {"no date", "T06:08:09"},
+    {"no minutes", "2024-03-05T06"},
+    {"none behind their colon", "2024-03-05T06:"},
+    {"no day", "2024-03T06:08:09"},
+    {"none behind its dash", "2024-03-T06:08:09"},
+    {"no dashes", "20240305T06:08:09"},
+    {"no colons", "2024-03-05T060809"},
+    {"a zone for the minutes", "2024-03-05T06:+08"},
+    {"a zone for the hours", "2024-03-05T-6:08"},
+    {"a blank before a dash", "2024 -03-05T06:08:09"},
+    {"a blank before a colon", "2024-03-05T06 :08:09"},
+    {"words", "Tue Mar 5 06:08:09 2024"},
+
+    {"year 1969", "1969-12-31T23:59:59Z"},
+    {"year 0", "0000-01-01T00:00:00Z"},
+    {"a year below", "-2024-03-05T06:08:09"},
+    {"a year that is cut below", "2147483648-01-01T00:00:00"},
+    {"a year beyond 64 bits", "99999999999999999999-01-01T00:00:00"},
+    {"month 0", "2024-00-05T06:08:09"},
+    {"month 13", "2024-13-05T06:08:09"},
+    {"month -1", "2024--1-05T06:08:09"},
+    {"day 0", "2024-03-00T06:08:09"},
+    {"day 32", "2024-03-32T06:08:09"},
+    {"day -5", "2024-03--5T06:08:09"},
+    {"hour 24", "2024-03-05T24:00:00"},
+    {"an hour that is cut below", "2024-03-05T4294967295:08:09"},
+    {"minute 60", "2024-03-05T06:60:00"},
+    {"a minute that is cut below", "2024-03-05T06:4294967295:09"},
+    {"a leap second", "2024-03-05T06:08:60"},
+    {"second 61", "2024-03-05T06:08:61"},
+
+    {"a sign alone", "2024-03-05T06:08:09+"},
+    {"a sign and a blank", "2024-03-05T06:08:09+ 1"},
+    {"two signs", "2024-03-05T06:08:09+-1"},
+    {"a sign and a letter", "2024-03-05T06:08:09+Z"},
+    {"no hours", "2024-03-05T06:08:09+:30"},
+    {"no minutes behind the colon", "2024-03-05T06:08:09+01:"},
+    {"a letter behind it", "2024-03-05T06:08:09+01:x"},
+    {"a colon behind both", "2024-03-05T06:08:09+0130:"},
+    {"24 hours east", "2024-03-05T06:08:09+24:00"},
+    {"24 hours west", "2024-03-05T06:08:09-24:00"},
+    {"without a colon", "2024-03-05T06:08:09+24"},
+    {"without a colon, west", "2024-03-05T06:08:09-2400"},
+    {"99 hours", "2024-03-05T06:08:09+99"},
+    {"hours that are cut below", "2024-03-05T06:08:09+2147483648:0"},
+    {"60 minutes", "2024-03-05T06:08:09+01:60"},
+    {"60 minutes without a colon", "2024-03-05T06:08:09+0160"},
+    {"minutes below", "2024-03-05T06:08:09+01:-1"},
+    {"minutes below without a colon", "2024-03-05T06:08:09+01-1"},
+};
+
+TEST(XtimeFromString, RefusesOtherText) {
+    for (RefusedFact const& row : REFUSED_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRefused(row.text);
+    }
+    EXPECT_TRUE(testing_support::takeReports().empty());
+}
+
+// Behind "2024-03-05T06:08:".
+RefusedFact const REFUSED_SECONDS_FACTS[] = {
+    {"what rounds up to 60", "59.9999999"},
+    {"in nine digits", "59.999998093"},
+    {"in seventeen", "59.99999809265136719"},
+    {"in the middle, to even", "59.9999980926513671875"},
+    {"60 in hexadecimal", "0x3c"},
+    {"60 with an exponent", "6e1"},
+    {"60 with a fraction", "60.0"},
+    {"many", "99.999"},
+    {"beyond a float", "1e99"},
+    {"infinity", "inf"},
+    {"infinity in full", "INFINITY"},
+    {"not a number", "nan"},
+    {"not a number in full", "NaN(1)"},
+};
+
+TEST(XtimeFromString, RefusesSecondsFrom60On) {
+    ScopedCLocale const point("C");
+    for (RefusedFact const& row : REFUSED_SECONDS_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRefused("2024-03-05T06:08:"s + row.text);
+    }
+}
+
+// A text with a number of bytes in its middle.
+struct PaddedFact {
+    char const* fact;
+    char const* before;
+    std::size_t count;
+    char padding;
+    char const* after;
+    long seconds;
+};
+
+PaddedFact const PADDED_FACTS[] = {
+    {"62 bytes", "", 43, ' ', "2024-03-05T06:08:09", 1709618889},
+    {"63 bytes", "", 44, ' ', "2024-03-05T06:08:09", 1709618889},
+    {"64 are one too many", "", 45, ' ', "2024-03-05T06:08:09", 1709618880},
+    {"a long text is cut", "2024-03-05T06:08:09", 100000, 'x', "", 1709618889},
+    {"30 bytes of time", "2024-03-05T", 22, ' ', "06:08:09", 1709618889},
+    {"31 bytes of time", "2024-03-05T", 23, ' ', "06:08:09", 1709618889},
+    {"32 are one too many", "2024-03-05T", 24, ' ', "06:08:09", 1709618880},
+    {"30 with the zone", "2024-03-05T07:38:9.", 16, '0', "+01:30", 1709618889},
+    {"31 with the zone", "2024-03-05T07:38:9.", 17, '0', "+01:30", 1709618889},
+    {"32 with the zone", "2024-03-05T07:11:9.", 18, '0', "+01:30", 1709618889},
+    {"14 bytes of zone", "2024-03-05T7:38+01:", 8, ' ', "30", 1709618880},
+    {"15 bytes of zone", "2024-03-05T7:38+01:", 9, ' ', "30", 1709618880},
+    {"16 are one too many", "2024-03-05T7:11+01:", 10, ' ', "30", 1709618880},
+    {"a colon as the 16th", "2024-03-05T7:38+0130", 10, ' ', ":", 1709618880},
+};
+
+constexpr long REFUSED = -77;
+
+PaddedFact const REFUSED_PADDED_FACTS[] = {
+    {"a T as the 63rd byte", "", 52, ' ', "2024-03-05T06:08:09", REFUSED},
+    {"a T as the 64th byte", "", 53, ' ', "2024-03-05T06:08:09", REFUSED},
+    {"minutes too far", "2024-03-05T", 28, ' ', "06:08:09", REFUSED},
+    {"minutes of a zone", "2024-03-05T07:38:9.", 19, '0', "+01:30", REFUSED},
+    {"hours of a zone", "2024-03-05T07:38:9.", 22, '0', "+01:30", REFUSED},
+    {"a colon as the 15th", "2024-03-05T7:38+0130", 9, ' ', ":", REFUSED},
+};
+
+std::string textOf(PaddedFact const& row) {
+    return row.before + std::string(row.count, row.padding) + row.after;
+}
+
+TEST(XtimeFromString, ReadsSoManyBytesOfEachPart) {
+    ScopedCLocale const point("C");
+    for (PaddedFact const& row : PADDED_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRead(textOf(row), xtime_t(row.seconds, 0));
+    }
+    for (PaddedFact const& row : REFUSED_PADDED_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRefused(textOf(row));
+    }
+}
+
+struct ZeroByteFact {
+    char const* fact;
+    std::string text;
+    long seconds;
+};
+
+ZeroByteFact const ZERO_BYTE_FACTS[] = {
+    {"after the seconds", "2024-03-05T06:08:09\0+01:00"s, 1709618889},
+    {"within the seconds", "2024-03-05T06:08:0\0009"s, 1709618880},
+    {"for the seconds' colon", "2024-03-05T06:08\00009"s, 1709618880},
+    {"for their point", "2024-03-05T06:08:09\0005"s, 1709618889},
+    {"within the zone", "2024-03-05T07:08:09+01\0:30"s, 1709618889},
+    {"after the zone", "2024-03-05T07:38:09+01:30\0x"s, 1709618889},
+    {"first", "\0002024-03-05T06:08:09"s, REFUSED},
+    {"before the T", "2024-03-05\0T06:08:09"s, REFUSED},
+    {"for the T", "2024-03-05\00006:08:09"s, REFUSED},
+    {"for a dash", "2024-03\00005T06:08:09"s, REFUSED},
+    {"behind the hours", "2024-03-05T06\0:08:09"s, REFUSED},
+    {"for a digit", "202\000-03-05T06:08:09"s, REFUSED},
+};
+
+TEST(XtimeFromString, EndsAtAZeroByte) {
+    for (ZeroByteFact const& row : ZERO_BYTE_FACTS) {
+        SCOPED_TRACE(row.fact);
+        if (row.seconds == REFUSED) {
+            expectRefused(row.text);
+        } else {
+            expectRead(row.text, xtime_t(row.seconds, 0));
+        }
+    }
+}
+
+struct SecondsPointFact {
+    char const* fact;
+    char const* locale;
+    char const* text;
+    unsigned int nanoseconds;
+};
+
+SecondsPointFact const SECONDS_POINT_FACTS[] = {
+    {"a point", "en_US.UTF-8", "2024-03-05T06:08:09.25Z", 250000000},
+    {"a comma is none there", "en_US.UTF-8", "2024-03-05T06:08:09,25Z", 0},
+    {"a comma", "de_DE.UTF-8", "2024-03-05T06:08:09,25Z", 250000000},
+    {"a point is none there", "de_DE.UTF-8", "2024-03-05T06:08:09.25Z", 0},
+    {"a comma in Latin", "fr_FR.ISO-8859-15", "2024-03-05T06:08:09,25Z", 250000000},
+    {"two bytes", "ps_AF.UTF-8", "2024-03-05T06:08:09\331\25325Z", 250000000},
+    {"a point is none there", "ps_AF.UTF-8", "2024-03-05T06:08:09.25Z", 0},
+    {"nor is half of the two", "ps_AF.UTF-8", "2024-03-05T06:08:09\33125Z", 0},
+};
+
+TEST(XtimeFromString, ReadsTheDecimalPointOfTheCLocale) {
+    for (SecondsPointFact const& row : SECONDS_POINT_FACTS) {
+        SCOPED_TRACE(row.fact);
+        ScopedCLocale const locale(row.locale);
+        expectRead(row.text, xtime_t(SECONDS, row.nanoseconds));
+    }
+}
+
+// A half is the same in both directions; the seconds of an offset are not written.
+TEST(XtimeFromString, ReadsWhatToStringWrites) {
+    for (std::string const& name : testing_support::allLocales()) {
+        SCOPED_TRACE(name);
+        ScopedCLocale const locale(name);
+        for (int offset : {0, 3600, 45296, 86340}) {
+            xtime_t const time(SECONDS, 500000000);
+            xtime_t back;
+            ASSERT_TRUE(back.fromString(time.toString(true, offset, "")));
+            EXPECT_EQ(back.getNanoseconds(), 500000000U);
+            EXPECT_EQ(back.getDateTime(), SECONDS + offset % 60);
+        }
+    }
+}
+
+// ---- the general path and the fast path
+
+struct PathFact {
+    char const* fact;
+    std::string text;
+    bool fast;
+};
+
+PathFact const PATH_FACTS[] = {
+    {"the fast path reads hours and minutes", "2024-03-05T06:08", true},
+    {"the fast path reads seconds", "2024-03-05T06:08:09", true},
+    {"the fast path reads 1 digit after the point", "2024-03-05T06:08:09.2", true},
+    {"the fast path reads 8 digits after the point", "2024-03-05T06:08:09.12345678", true},
+    {"the fast path reads 9 digits after the point", "2024-03-05T06:08:09.123456789", true},
+    {"the fast path declines 10 digits after the point", "2024-03-05T06:08:09.1234567891", false},
+    {"the fast path declines a point without digits", "2024-03-05T06:08:09.", false},
+    {"the fast path reads Z", "2024-03-05T06:08:09Z", true},
+    {"the fast path reads Z without seconds", "2024-03-05T06:08Z", true},
+    {"the fast path reads Z after a fraction", "2024-03-05T06:08:09.25Z", true},
+    {"the fast path reads +hh", "2024-03-05T06:08:09+01", true},
+    {"the fast path reads -hh", "2024-03-05T06:08:09-01", true},
+    {"the fast path reads +hhmm", "2024-03-05T06:08:09+0130", true},
+    {"the fast path reads -hhmm", "2024-03-05T06:08:09-0130", true},
+    {"the fast path reads +hh:mm", "2024-03-05T06:08:09+01:30", true},
+    {"the fast path reads -hh:mm", "2024-03-05T06:08:09.25-01:30", true},
+    {"the fast path reads a zone without seconds", "2024-03-05T06:08+01:30", true},
+    {"the fast path reads numbers out of range", "0000-99-99T99:99:99.9+99:99", true},
+
+    {"the fast path declines 15 bytes", "2024-03-05T06:0", false},
+    {"the fast path declines no bytes", "", false},
+    {"the fast path declines a letter in the year", "202x-03-05T06:08:09", false},
+    {"the fast path declines a letter in the month", "2024-0x-05T06:08:09", false},
+    {"the fast path declines a letter in the day", "2024-03-0xT06:08:09", false},
+    {"the fast path declines a letter in the hour", "2024-03-05T0x:08:09", false},
+    {"the fast path declines a letter in the minute", "2024-03-05T06:0x:09", false},
+    {"the fast path declines '/' for a digit", "2024-03-05T06:0/:09", false},
+    {"the fast path declines ':' for a digit", "2024-03-05T06:0::09", false},
+    {"the fast path declines another first dash", "2024/03-05T06:08:09", false},
+    {"the fast path declines another second dash", "2024-03/05T06:08:09", false},
+    {"the fast path declines t for T", "2024-03-05t06:08:09", false},
+    {"the fast path declines another colon", "2024-03-05T06;08:09", false},
+    {"the fast path declines bytes beyond ASCII for digits", "\xB2\xB0\xB2\xB4-03-05T06:08:09",
+     false},
+    {"the fast path declines a colon without seconds", "2024-03-05T06:08:", false},
+    {"the fast path declines one digit of seconds", "2024-03-05T06:08:9", false},
+    {"the fast path declines three digits of seconds", "2024-03-05T06:08:009", false},
+    {"the fast path declines a letter in the seconds", "2024-03-05T06:08:0x", false},
+    {"the fast path declines a letter after the seconds", "2024-03-05T06:08:09x", false},
+    {"the fast path declines a letter after the minutes", "2024-03-05T06:08x", false},
+    {"the fast path declines a letter after Z", "2024-03-05T06:08:09Zx", false},
+    {"the fast path declines a sign alone", "2024-03-05T06:08:09+", false},
+    {"the fast path declines one digit of zone", "2024-03-05T06:08:09+1", false},
+    {"the fast path declines three digits of zone", "2024-03-05T06:08:09+013", false},
+    {"the fast path declines five digits of zone", "2024-03-05T06:08:09+01300", false},
+    {"the fast path declines a zone without minutes after ':'", "2024-03-05T06:08:09+01:", false},
+    {"the fast path declines a letter after the zone", "2024-03-05T06:08:09+01:30x", false},
+    {"the fast path declines a zero byte at the end", "2024-03-05T06:08:09\0"s, false},
+    {"the fast path declines a space before the year", " 2024-03-05T06:08:09", false},
+};
+
+TEST(XtimeFromString, ReadsTheUsualFormsByTheFastPath) {
+    ScopedCLocale const point("C");
+    for (PathFact const& row : PATH_FACTS) {
+        SCOPED_TRACE(row.fact);
+        auto const read = readIsoNumbers(row.text);
+        EXPECT_EQ(read.has_value(), row.fast);
+        EXPECT_EQ(read, row.fast ? scanIsoNumbers(row.text) : std::nullopt);
+    }
+}
+
+// What the fast path answers is what sscanf reads, in every table of this file.
+void expectSameByBothPaths(std::string const& text) {
+    SCOPED_TRACE(text);
+    auto const read = readIsoNumbers(text);
+    if (!read) return;
+    EXPECT_EQ(read, scanIsoNumbers(text));
+}
+
+TEST(XtimeFromString, ReadsTheSameByBothPaths) {
+    ScopedCLocale const point("C");
+    for (ReadFact const& row : DATE_FACTS)
+        expectSameByBothPaths(row.text);
+    for (ReadFact const& row : ZONE_FACTS)
+        expectSameByBothPaths(row.text);
+    for (SecondsFact const& row : SECONDS_FACTS)
+        expectSameByBothPaths("2024-03-05T06:08:"s + row.secondsText);
+    for (RefusedFact const& row : REFUSED_FACTS)
+        expectSameByBothPaths(row.text);
+    for (RefusedFact const& row : REFUSED_SECONDS_FACTS)
+        expectSameByBothPaths("2024-03-05T06:08:"s + row.text);
+    for (PaddedFact const& row : PADDED_FACTS)
+        expectSameByBothPaths(textOf(row));
+}
+
+TEST(XtimeFromString, LeavesAFractionToScanfUnlessLibcRoundsToTheNearest) {
+    ScopedCLocale const point("C");
+    for (int const mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+        testing_support::ScopedRounding const scope(mode);
+        EXPECT_FALSE(readIsoNumbers("2024-03-05T06:08:09.1").has_value());
+        EXPECT_TRUE(readIsoNumbers("2024-03-05T06:08:09").has_value());
+    }
+}
+
+TEST(XtimeFromString, LeavesAFractionToScanfUnlessTheDecimalPointIsADot) {
+    for (char const* const name : {"de_DE.UTF-8", "ps_AF.UTF-8"}) {
+        SCOPED_TRACE(name);
+        ScopedCLocale const locale(name);
+        EXPECT_FALSE(readIsoNumbers("2024-03-05T06:08:09.1").has_value());
+        EXPECT_TRUE(readIsoNumbers("2024-03-05T06:08:09").has_value());
+    }
+}
+
+}  // namespace
