@@ -1,12 +1,11 @@
 #include <cwchar>
-#include <cxxabi.h>
-#include <exception>
 #include <iostream>
 #include <string_view>
 #include <type_traits>
 
 #include "utillibrary/datatypes/Variant.h"
 #include "utillibrary/datatypes/Variant_internal.h"
+#include "utillibrary/internal/formatted.h"
 #include "utillibrary/internal/truncation.h"
 #include "utillibrary/internal/wide_number.h"
 
@@ -17,23 +16,21 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// KEPT(message-says-utility): not "utilities", and no full stop; hosts look for this line.
+// KEPT(message-says-utility): the namespace is not "utilities", and no full stop ends the line.
 constexpr std::string_view NO_VALUE =
     "com::halvorin::utility::Variant::convert::"
     "Failed to convert data type because type is not supported";
 static_assert(NO_VALUE.size() == 99);
 
 void reportNoValue() {
-    // A host may have told the stream to throw, what its buffer throws included; a conversion never
-    // does. Written unformatted: a width that the host has set is for its own next output.
+    // A host may have set the stream so that it throws. A conversion does not throw for that. Written
+    // unformatted, because a width that the host has set is for the host's next output.
     try {
         std::cout.write(NO_VALUE.data(), NO_VALUE.size());
         std::cout << std::endl;  // NOLINT(performance-avoid-endl): flushed on purpose
-    } catch (abi::__forced_unwind const&) {
-        throw;  // the thread is being cancelled
     } catch (...) {
-        // The stream remembers that it failed.
-        return;
+        // The stream keeps its error state.
+        if (threadIsBeingCancelled()) throw;
     }
 }
 
@@ -65,7 +62,7 @@ Target truncateTo(double value) noexcept {
     } else if constexpr (std::is_same_v<Target, unsigned int>) {
         return truncateToUint32(value);
     } else {
-        // KEPT(small-integers-through-int32): not clamped to the target, not by way of 64 bits.
+        // KEPT(small-integers-through-int32): neither clamped to the target nor cut to 64 bits first.
         return static_cast<Target>(truncateToInt32(value));
     }
 }
@@ -80,7 +77,8 @@ struct IntegerReader {
             return static_cast<Target>(value);
         }
     }
-    // KEPT(text-is-read-as-int64): for every target, so that 2^64 - 1 as text is 2^63 - 1.
+    // KEPT(text-is-read-as-int64): for unsigned long as well, so that "18446744073709551615" gives
+    // 2^63 - 1.
     Target operator()(std::wstring const& text) const {
         return static_cast<Target>(wideTextToInt64(text));
     }
@@ -142,7 +140,7 @@ double Variant::toDouble() const { return readAs<double>(*this, FloatingReader<d
 bool Variant::toBool() const { return readAs<bool>(*this, BooleanReader()); }
 
 xtime_t Variant::toXtime_t() const noexcept {
-    // KEPT(time-whatever-the-type): the type is not asked.
+    // KEPT(time-whatever-the-type): the type number is not read.
     return {timeVal.getDateTime(), timeVal.getNanoseconds()};
 }
 
@@ -160,10 +158,10 @@ Variant::operator bool() const { return toBool(); }
 Variant::operator xtime_t() const noexcept { return toXtime_t(); }
 
 int Variant::compareDoublesHelper(double a, double b, double threshold) noexcept {
-    // KEPT(zero-is-below-all): a ratio to zero says nothing, so zero has a place of its own.
+    // KEPT(zero-is-below-all): there is no ratio to zero. Negative numbers are above zero, too.
     if (a == 0.0 && b != 0.0) return -1;
     if (b == 0.0 && a != 0.0) return 1;
-    // KEPT(comparison-follows-the-ratio): the sign takes no part.
+    // KEPT(comparison-follows-the-ratio): signs are not compared, so that -2 is above -1.
     double const distance = a != 0.0 ? a / b - 1.0 : a - b;
     if (distance < -threshold) return -1;
     return distance > threshold ? 1 : 0;

@@ -1,11 +1,16 @@
 #pragma once
 
-#include <cxxabi.h>
+#include <exception>
 #include <ios>
 #include <new>
 
 // Formatted extraction and insertion that keep what a facet of the host throws inside.
 namespace com::halvorin::internal {
+
+/// In a handler `catch (...)`, which must then throw again: true if it has caught the cancellation of
+/// the thread. That is no C++ exception, so there is no current one. (To catch abi::__forced_unwind
+/// would bind a reference to nothing.)
+inline bool threadIsBeingCancelled() noexcept { return std::current_exception() == nullptr; }
 
 /// Runs `operation`, which calls a facet. Afterwards the caller uses what the stream then has: the
 /// value read so far, the characters written so far.
@@ -14,12 +19,10 @@ template <typename Operation>
 void runFacet(Operation operation) {
     try {
         operation();
-    } catch (abi::__forced_unwind const&) {
-        throw;  // a thread that is being cancelled must not stop here
     } catch (std::bad_alloc const&) {
         throw;
     } catch (...) {
-        return;
+        if (threadIsBeingCancelled()) throw;
     }
 }
 

@@ -1,9 +1,6 @@
 #include "utillibrary/internal/locale.h"
 
-#include <algorithm>
-#include <array>
 #include <langinfo.h>
-#include <string_view>
 #include <typeinfo>
 
 namespace com::halvorin::internal {
@@ -17,15 +14,6 @@ bool isStandard(Facet const& facet) noexcept {
     return type == typeid(Facet) || (... || (type == typeid(Others)));
 }
 
-// The characters that a stream reads or writes in numbers: "inf" and "nan" are numbers, too.
-bool widensNumbersToThemselves(std::ctype<wchar_t> const& facet) {
-    constexpr std::string_view CHARACTERS = "+-.0123456789aefin";
-    std::array<wchar_t, CHARACTERS.size()> wide;
-    facet.widen(CHARACTERS.data(), CHARACTERS.data() + CHARACTERS.size(), wide.data());
-    return std::equal(wide.begin(), wide.end(), CHARACTERS.begin(),
-                      [](wchar_t left, char right) { return left == static_cast<wchar_t>(right); });
-}
-
 // Takes  NumberFacet: num_get or num_put. Either takes its separators from numpunct, and its digits
 //        from ctype.
 template <typename NumberFacet>
@@ -37,8 +25,7 @@ std::optional<StandardFacets> standardFacets(std::locale const& locale) {
     bool const areStandard =
         isStandard(std::use_facet<NumberFacet>(locale)) &&
         isStandard<Punctuation, std::numpunct_byname<wchar_t>>(facets.punctuation) &&
-        isStandard<Characters, std::ctype_byname<wchar_t>>(facets.characters) &&
-        widensNumbersToThemselves(facets.characters);
+        isStandard<Characters, std::ctype_byname<wchar_t>>(facets.characters);
     return areStandard ? std::optional(facets) : std::nullopt;
 }
 
