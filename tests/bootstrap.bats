@@ -16,7 +16,7 @@ setup() {
         ln -s "$(command -v "$command")" "$MACHINE/$command"
     done
     for command in cmake ninja pkg-config clang-format clang-tidy gdb git ld.lld localedef python3 \
-        readelf shellcheck taskset xmllint bats; do
+        readelf shellcheck taskset xmllint bats chromium doxygen dpkg-buildpackage dh lintian; do
         ln -s /bin/true "$MACHINE/$command"
     done
     fake g++ 'cat >/dev/null'
@@ -64,7 +64,7 @@ asked() {
 
 @test "nothing is asked for where nothing is missing" {
     local profile
-    for profile in demo test test-all fuzz bench; do
+    for profile in build demo test test-all fuzz bench docs package; do
         bootstrap "$profile"
         [[ $status -eq 0 ]]
         [[ -z $output && -z $stderr ]]
@@ -262,7 +262,7 @@ pkg-config" ]]
         # shellcheck disable=SC2086 # words of their own
         bootstrap $arguments
         [[ $status -eq 2 ]]
-        [[ $stderr == "usage: scripts/bootstrap [--packages] demo|test|test-all|fuzz|bench" ]]
+        [[ $stderr == "usage: scripts/bootstrap [--packages] build|demo|test|test-all|fuzz|bench|docs|package" ]]
         [[ ! -s $ASKED ]]
     done
 }

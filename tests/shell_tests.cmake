@@ -60,3 +60,11 @@ utillibrary_shell_test(check_kept)
 
 utillibrary_shell_test(bootstrap)
 utillibrary_shell_test(scripts)
+
+# ---- what takes long, or needs much
+
+if(UTILLIBRARY_TEST_ALL)
+  find_program(CHROMIUM_PROGRAM chromium REQUIRED)
+  utillibrary_shell_test(site)
+  set_property(TEST site APPEND PROPERTY ENVIRONMENT "CHROMIUM=${CHROMIUM_PROGRAM}")
+endif()

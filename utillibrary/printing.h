@@ -21,9 +21,9 @@
 // A host includes this header where it wants these functions. No other header includes it, and the
 // library exports nothing of it.
 //
-// One expression changes its meaning: `std::cout << time` of a variable time. Without this header it
-// prints the seconds, rounded, because a variable time converts to `long`. With this header it
-// prints ISO text. All sources of a program should agree on it.
+// One expression changes its meaning: `std::cout << time` of a variable time. Without this header
+// the expression prints the seconds, rounded, because a variable time converts to `long`. With this
+// header it prints an ISO string. All sources of a program should agree on it.
 //     std::ostringstream out;
 //     out << xtime_t(1709618889, 250000000) << ' ' << Variant(2.5);
 //     out.str()                                      // "2024-03-05T06:08:09.250Z 2.5"

@@ -6,8 +6,8 @@
 
 #include "operations/operations.h"
 
-// Golden vectors: for each group of operations, one hash of the results of 100 000 cases. hashes.txt
-// has the hashes that every processor and every compiler must give.
+// Golden vectors: for each group of operations, one hash of the results of 100 000 cases. The file
+// hashes.txt has the hashes that every processor and every compiler must give.
 
 using namespace com::halvorin::test;
 

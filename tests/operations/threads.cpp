@@ -54,9 +54,8 @@ bool readsSharedObjects(Shared const& shared) {
     ByteStream const copy(shared.bytes);
     Variant const variantCopy(shared.text);
     return shared.number.toInt32() == 2 && shared.number.toString() == "2.5" &&
-           shared.text.toInt64() == 42 && shared.text.toDouble() == 42 &&
-           shared.text.toBool() && variantCopy.toString() == "42 km" &&
-           shared.text.toString(0) == L"42 km" &&
+           shared.text.toInt64() == 42 && shared.text.toDouble() == 42 && shared.text.toBool() &&
+           variantCopy.toString() == "42 km" && shared.text.toString(0) == L"42 km" &&
            shared.time.toString() == "2024-03-05T06:08:09.250Z" &&
            shared.time.toXtime_t() == shared.moment &&
            shared.moment.toString(true, 0, "") == "2024-03-05T06:08:09.250Z" &&
