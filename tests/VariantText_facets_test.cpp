@@ -67,8 +67,8 @@ void expectPaths(Value value, bool plain) {
 }
 
 constexpr int INTEGERS[] = {0, 7, -7, 42, 999, 1000, -1000, 1234567, INT_MIN, INT_MAX};
-double const DOUBLES[] = {0.0, -0.0,  0.5,     -1234.5,  1e-5,      123456, 1234567,
-                          1e5, 1e300, -1e-300, INFINITY, -INFINITY, NAN};
+double const DOUBLES[] = {0.0,     -0.0, 0.5,   -1234.5, -12345.6, 1e-5,      123456,
+                          1234567, 1e5,  1e300, -1e-300, INFINITY, -INFINITY, NAN};
 
 TEST(VariantTextFacets, WritesWhatAPlainStreamWritesUnderEachLocale) {
     ASSERT_GE(writingLocales().size(), 18U);

@@ -42,8 +42,8 @@ char* writeWhole(char* out, int value) noexcept;
 std::string wholeText(long value);
 
 /// The bytes that `writeGeneral` needs. Its longest result is "-1.23457e+308". It also stores eight
-/// characters at once, the last of them up to here, after "-0.000".
-inline constexpr std::size_t GENERAL_SIZE = 14;
+/// characters at once, the last of them up to here, after "-12345.".
+inline constexpr std::size_t GENERAL_SIZE = 15;
 
 /// Writes what printf writes for "%g" in the "C" locale when it rounds to the nearest.
 /// Takes  out: GENERAL_SIZE bytes
