@@ -158,14 +158,21 @@ char* writeWhole(char* out, int value) noexcept {
     return end;
 }
 
-char* writeGeneral(char* out, double value) noexcept {
+std::optional<char*> writeSixDigits(char* out, double value) noexcept {
     auto const bits = std::bit_cast<std::uint64_t>(value);
-    if (auto const digits = sixDigits(bits)) {
-        *out = '-';
-        return layOut(out + (bits >> 63), *digits);
-    }
-    // Exact for every value, and three times as slow.
+    auto const digits = sixDigits(bits);
+    if (!digits) return std::nullopt;
+    *out = '-';
+    return layOut(out + (bits >> 63), *digits);
+}
+
+char* writeGeneralExactly(char* out, double value) noexcept {
     return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
+}
+
+char* writeGeneral(char* out, double value) noexcept {
+    if (auto const end = writeSixDigits(out, value)) return *end;
+    return writeGeneralExactly(out, value);
 }
 
 char* printGeneral(char* out, double value, bool plain) noexcept {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <string>
 
 // The digits of numbers: what this library writes in decimal or hexadecimal, it writes from here.
@@ -48,6 +49,13 @@ inline constexpr std::size_t GENERAL_SIZE = 15;
 /// Writes what printf writes for "%g" in the "C" locale when it rounds to the nearest.
 /// Takes  out: GENERAL_SIZE bytes
 char* writeGeneral(char* out, double value) noexcept;
+
+/// The general path of `writeGeneral`: every value, three times as slow.
+char* writeGeneralExactly(char* out, double value) noexcept;
+
+/// The fast path of `writeGeneral`: 0 and normal numbers, unless the digits that are cut off are too
+/// close to half of the last digit that stays.
+std::optional<char*> writeSixDigits(char* out, double value) noexcept;
 
 /// The same as a string. A std::string contains so few bytes without the heap; they are written in
 /// place.
