@@ -20,8 +20,7 @@ using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::VariantType;
 using com::halvorin::datatypes::xtime_t;
 
-// What a Variant is: how each kind of value comes in and what it leaves of an earlier one, copying,
-// clearing, and the names of the types. Long for its tables.
+// What a Variant contains after each constructor and assignment, after a copy, and when it is cleared.
 namespace {
 
 // ---- every kind of value, by constructor, by `assign` and by `operator=`
@@ -33,7 +32,7 @@ struct Given {
     std::wstring text;
     std::function<Variant*(void*)> construct;
     std::function<void(Variant&)> assign;
-    std::function<Variant&(Variant&)> set;  // none for text objects
+    std::function<Variant&(Variant&)> set;  // none for std::string and std::wstring
 };
 
 template <typename Argument>
@@ -48,7 +47,7 @@ Given given(char const* fact, Argument argument, VariantType type, unsigned long
     return row;
 }
 
-// An object built where every bit was set, so that nothing is zero by chance.
+// An object built in memory whose bits are all set, so that no member is zero by chance.
 class Built {
 public:
     explicit Built(std::function<Variant*(void*)> const& construct) {
@@ -70,48 +69,48 @@ using ushort = unsigned short;
 using wide = std::wstring;
 
 std::vector<Given> const GIVEN = {
-    given("unsigned char, its least", uchar{0}, 1, 0),
-    given("unsigned char, its most", uchar{255}, 1, 0xFF),
+    given("the smallest unsigned char", uchar{0}, 1, 0),
+    given("the largest unsigned char", uchar{255}, 1, 0xFF),
     given("unsigned short", ushort{0xABCD}, 2, 0xABCD),
     given("unsigned int", 0x89ABCDEFU, 3, 0x89ABCDEF),
     given("char", 'A', 4, 0x41),
-    given("char, negative: one byte alone", '\xFB', 4, 0xFB),
+    given("a negative char sets one byte", '\xFB', 4, 0xFB),
     given("short", short{0x1234}, 5, 0x1234),
-    given("short, negative: two bytes alone", short{-2}, 5, 0xFFFE),
+    given("a negative short sets two bytes", short{-2}, 5, 0xFFFE),
     given("int", 0x12345678, 6, 0x12345678),
-    given("int, negative: four bytes alone", -2, 6, 0xFFFFFFFE),
+    given("a negative int sets four bytes", -2, 6, 0xFFFFFFFE),
     given("float", 1.5F, 7, 0x3FC00000),
-    given("float, negative: four bytes alone", -0.0F, 7, 0x80000000),
+    given("a negative float sets four bytes", -0.0F, 7, 0x80000000),
     given("double", 3.7, 8, 0x400D99999999999A),
-    given("double, negative", -0.0, 8, 0x8000000000000000),
+    given("a negative double", -0.0, 8, 0x8000000000000000),
     given("long", 0x0123456789ABCDEFL, 10, 0x0123456789ABCDEF),
-    given("long, negative: all eight bytes", -2L, 10, 0xFFFFFFFFFFFFFFFE),
+    given("a negative long sets eight bytes", -2L, 10, 0xFFFFFFFFFFFFFFFE),
     given("unsigned long", 0xFEDCBA9876543210UL, 11, 0xFEDCBA9876543210),
     given("true", true, 12, 1),
     given("false", false, 12, 0),
-    given("wide characters", L"wide \u0141", 9, 0, L"wide \u0141"),
-    given("no wide characters", L"", 9, 0),
-    given("wide text", wide(L"wide text beyond a short form"), 9, 0,
+    given("a pointer to wide characters", L"wide \u0141", 9, 0, L"wide \u0141"),
+    given("a pointer to an empty wide string", L"", 9, 0),
+    given("a wide string", wide(L"wide text beyond a short form"), 9, 0,
           L"wide text beyond a short form"),
-    given("wide text keeps its zeros", wide(L"\0a\0", 3), 9, 0, wide(L"\0a\0", 3)),
-    given("no wide text", wide(), 9, 0),
-    given("characters", "text beyond a short form", 9, 0, L"text beyond a short form"),
-    given("no characters", "", 9, 0),
-    given("digits stay text", "42", 9, 0, L"42"),
+    given("a wide string keeps its zero characters", wide(L"\0a\0", 3), 9, 0, wide(L"\0a\0", 3)),
+    given("an empty wide string", wide(), 9, 0),
+    given("a pointer to characters", "text beyond a short form", 9, 0, L"text beyond a short form"),
+    given("a pointer to an empty string", "", 9, 0),
+    given("digits are stored as a String", "42", 9, 0, L"42"),
     // KEPT(bytes-widen-by-sign): the character -23, and no decoding of two bytes to U+00E9.
     given("a byte above 0x7F", "\xE9", 9, 0, wide(1, static_cast<wchar_t>(-23))),
     given("two bytes that are one character in UTF-8", "\xC3\xA9", 9, 0,
           {static_cast<wchar_t>(-61), static_cast<wchar_t>(-87)}),
-    given("text", std::string("text beyond a short form"), 9, 0, L"text beyond a short form"),
-    given("no text", std::string(), 9, 0),
+    given("a string", std::string("text beyond a short form"), 9, 0, L"text beyond a short form"),
+    given("an empty string", std::string(), 9, 0),
     // KEPT(text-ends-at-zero-byte)
-    given("text up to its first zero byte", std::string("ab\0de", 5), 9, 0, L"ab"),
-    given("text of a zero byte first", std::string("\0b", 2), 9, 0),
+    given("a string up to its first zero byte", std::string("ab\0de", 5), 9, 0, L"ab"),
+    given("a string that begins with a zero byte is empty", std::string("\0b", 2), 9, 0),
 };
 
 xtime_t const EARLIER_TIME(5, 4000000000U);
 
-// Something in every member, in the slot's every byte.
+// Data in every member, and in every byte of the slot.
 std::unique_ptr<Variant> withEverything() {
     auto variant = std::make_unique<Variant>();
     variant->dataType = 11;
@@ -186,12 +185,12 @@ struct TimeFact {
 
 TimeFact const TIME_FACTS[] = {
     {"a time of today", 1763164800, 0, 5269881600.0},
-    {"a fraction of a second", 1763164800, 250000000, 5269881600.25},
-    {"the epoch, which is no set time", 0, 0, 3506716800.0},
-    {"before the epoch", -1, 500000000, 3506716799.5},
-    {"before the epoch, rounded up to it", -1, 999999999, 3506716800.0},
-    {"before 1858 it wraps", -3506716801, 0, 1844674407369.955},
-    {"nanoseconds as they were given", 1763164800, 4294967295, 5269881604.2949677},
+    {"a time with a fraction of a second", 1763164800, 250000000, 5269881600.25},
+    {"the epoch, which counts as not set", 0, 0, 3506716800.0},
+    {"a time before the epoch", -1, 500000000, 3506716799.5},
+    {"a time before the epoch that rounds to it", -1, 999999999, 3506716800.0},
+    {"a time before 1858 wraps", -3506716801, 0, 1844674407369.955},
+    {"more nanoseconds than a second has", 1763164800, 4294967295, 5269881604.2949677},
 };
 
 TEST(Variant, KeepsATimeBothAsItIsAndAsOpenVMSSeconds) {
@@ -239,9 +238,12 @@ struct EmptinessFact {
 
 // KEPT(null-has-value)
 EmptinessFact const EMPTINESS_FACTS[] = {
-    {"Unknown is no value", 0, false, false}, {"Null is one", 14, true, true},
-    {"data is one", 13, false, true},         {"and a number beyond the types", 15, false, true},
-    {"below the types", -1, false, true},     {"the least", INT_MIN, false, true},
+    {"type 0 is no value", 0, false, false},
+    {"type 14 is a value, and null", 14, true, true},
+    {"type 13 is a value", 13, false, true},
+    {"a number above the types counts as a value", 15, false, true},
+    {"a number below the types counts as a value", -1, false, true},
+    {"the smallest number counts as a value", INT_MIN, false, true},
 };
 
 TEST(Variant, TellsThreeEmptinessesApartByTheTypeAlone) {
@@ -285,32 +287,32 @@ std::unique_ptr<Variant> set(Variant const& source) {
     return copy;
 }
 
-// Each road that a copy takes.
-struct CopyRoad {
+// Each way to copy.
+struct CopyWay {
     char const* fact;
     std::unique_ptr<Variant> (*copy)(Variant const&);
     char const* cacheAfter;
 };
 
-CopyRoad const COPY_ROADS[] = {
+CopyWay const COPY_WAYS[] = {
     {"constructor", constructed, ""},
     {"assign", assigned, "cached"},
     {"operator=", set, "cached"},
 };
 
 TEST(Variant, CopiesAllButTheNarrowCache) {
-    for (CopyRoad const& road : COPY_ROADS) {
+    for (CopyWay const& way : COPY_WAYS) {
         for (Given const& row : GIVEN) {
-            SCOPED_TRACE(road.fact);
+            SCOPED_TRACE(way.fact);
             SCOPED_TRACE(row.fact);
             Variant source;
             row.assign(source);
             source.timeVal = xtime_t(-7, 999999999);
             source.wTextAux = std::wstring(L"of the \0 source", 15);
             source.sbcText = "of the source";
-            auto const copy = road.copy(source);
+            auto const copy = way.copy(source);
             expectValue(*copy, row.type, row.slot, row.text);
-            expectRest(*copy, xtime_t(-7, 999999999), source.wTextAux, road.cacheAfter);
+            expectRest(*copy, xtime_t(-7, 999999999), source.wTextAux, way.cacheAfter);
             expectValue(source, row.type, row.slot, row.text);
             expectRest(source, xtime_t(-7, 999999999), std::wstring(L"of the \0 source", 15),
                        "of the source");
@@ -318,16 +320,16 @@ TEST(Variant, CopiesAllButTheNarrowCache) {
     }
 }
 
-TEST(Variant, CopiesWhateverStandsInTypeAndSlot) {
-    for (CopyRoad const& road : COPY_ROADS) {
+TEST(Variant, CopiesAnyTypeNumberAndSlot) {
+    for (CopyWay const& way : COPY_WAYS) {
         for (VariantType const type : {0, 1, 7, 12, 14, 15, -1, INT_MIN, INT_MAX}) {
-            SCOPED_TRACE(road.fact);
+            SCOPED_TRACE(way.fact);
             SCOPED_TRACE(type);
             Variant source;
             source.dataType = type;
             source.uVal.asUint64 = 0xFEDCBA9876543210;
             source.wText = L"text of any type";
-            auto const copy = road.copy(source);
+            auto const copy = way.copy(source);
             EXPECT_EQ(copy->type(), type);
             EXPECT_EQ(copy->uVal.asUint64, 0xFEDCBA9876543210);
             EXPECT_EQ(copy->wText, L"text of any type");
@@ -336,11 +338,11 @@ TEST(Variant, CopiesWhateverStandsInTypeAndSlot) {
 }
 
 TEST(Variant, OwnsWhatItCopied) {
-    for (CopyRoad const& road : COPY_ROADS) {
-        SCOPED_TRACE(road.fact);
+    for (CopyWay const& way : COPY_WAYS) {
+        SCOPED_TRACE(way.fact);
         Variant source("text beyond a short form");
         source.wTextAux = L"auxiliary beyond a short form";
-        auto const copy = road.copy(source);
+        auto const copy = way.copy(source);
         EXPECT_NE(copy->wText.data(), source.wText.data());
         EXPECT_NE(copy->wTextAux.data(), source.wTextAux.data());
         source.wText[0] = L'T';
@@ -360,23 +362,23 @@ struct CopiedTimeFact {
 
 // KEPT(copy-normalises-time)
 CopiedTimeFact const COPIED_TIME_FACTS[] = {
-    {"the most nanoseconds of a second", 10, 999999999, 10, 999999999},
-    {"one more is a second", 10, 1000000000, 11, 0},
-    {"and one more goes on", 10, 1000000001, 11, 1},
-    {"the most nanoseconds of all", 10, 4294967295, 14, 294967295},
-    {"before the epoch as well", -1, 1500000000, 0, 500000000},
-    {"at the end of time it wraps", LONG_MAX, 1000000000, LONG_MIN, 0},
+    {"999999999 ns are less than a second", 10, 999999999, 10, 999999999},
+    {"1000000000 ns are a second", 10, 1000000000, 11, 0},
+    {"1000000001 ns are a second and 1 ns", 10, 1000000001, 11, 1},
+    {"the most nanoseconds of 32 bits are 4 s and a rest", 10, 4294967295, 14, 294967295},
+    {"a second is carried before the epoch", -1, 1500000000, 0, 500000000},
+    {"a second carried at the end of time wraps", LONG_MAX, 1000000000, LONG_MIN, 0},
 };
 
 TEST(Variant, NormalisesTheTimeOfACopyAlone) {
-    for (CopyRoad const& road : COPY_ROADS) {
+    for (CopyWay const& way : COPY_WAYS) {
         for (CopiedTimeFact const& row : COPIED_TIME_FACTS) {
-            SCOPED_TRACE(road.fact);
+            SCOPED_TRACE(way.fact);
             SCOPED_TRACE(row.fact);
             xtime_t const time(row.seconds, row.nanoseconds);
             Variant const source(time);
             unsigned long const slot = source.uVal.asUint64;
-            auto const copy = road.copy(source);
+            auto const copy = way.copy(source);
             EXPECT_EQ(copy->timeVal, xtime_t(row.copiedSeconds, row.copiedNanoseconds));
             EXPECT_EQ(copy->uVal.asUint64, slot);
             EXPECT_EQ(copy->type(), 13);
@@ -387,18 +389,18 @@ TEST(Variant, NormalisesTheTimeOfACopyAlone) {
 
 // KEPT(self-assignment-empties)
 TEST(Variant, EndsEmptyWhenAssignedToItself) {
-    std::vector<std::function<void(Variant&, Variant const&)>> const roads = {
+    std::vector<std::function<void(Variant&, Variant const&)>> const ways = {
         [](Variant& variant, Variant const& self) { variant.assign(self); },
         [](Variant& variant, Variant const& self) { EXPECT_EQ(&(variant = self), &variant); },
     };
-    for (auto const& assignToItself : roads) {
+    for (auto const& assignToItself : ways) {
         for (Given const& row : GIVEN) {
             SCOPED_TRACE(row.fact);
             auto const variant = withEverything();
             row.assign(*variant);
             assignToItself(*variant, *variant);
             expectValue(*variant, 0, 0, L"");
-            // What survives is copied like the rest, and so the time is normalised.
+            // The time survives; it is copied like the rest, so it is normalised.
             expectRest(*variant, xtime_t(9, 0), L"auxiliary", "cached");
         }
         auto const null = withEverything();
@@ -414,7 +416,7 @@ TEST(Variant, WidensEachByteByItsSign) {
     for (int byte = 1; byte < 256; ++byte) {
         SCOPED_TRACE(byte);
         int const character = byte < 128 ? byte : byte - 256;  // KEPT(bytes-widen-by-sign)
-        // In every place of a text, next to every neighbour that counts.
+        // In many places of a string: it is widened in blocks.
         std::string narrow(40, 'x');
         std::wstring expected(40, L'x');
         for (std::size_t place = 0; place < narrow.size(); place += 3) {
@@ -439,7 +441,7 @@ TEST(Variant, TakesTextOfEveryLength) {
             narrow += static_cast<char>('a' + i % 26);
             expected += static_cast<wchar_t>(L'a' + i % 26);
         }
-        // Growing and shrinking in one object, with what was before behind the end.
+        // One object, so that longer and shorter strings follow each other.
         static Variant variant;
         variant.assign(expected);
         EXPECT_EQ(variant.wText, expected);
@@ -454,29 +456,29 @@ TEST(Variant, TakesTextOfEveryLength) {
 
 TEST(Variant, RefusesANullPointerToCharacters) {
     char const* const null = nullptr;
-    std::vector<std::function<void(Variant&)>> const roads = {
+    std::vector<std::function<void(Variant&)>> const ways = {
         [null](Variant&) { Variant const variant(null); },
         [null](Variant& variant) { variant.assign(null); },
         [null](Variant& variant) { variant = null; },
     };
-    for (std::size_t i = 0; i < roads.size(); ++i) {
+    for (std::size_t i = 0; i < ways.size(); ++i) {
         SCOPED_TRACE(i);
         auto const variant = withEverything();
         try {
-            roads[i](*variant);
+            ways[i](*variant);
             ADD_FAILURE() << "nothing was thrown";
         } catch (std::logic_error const& error) {
             EXPECT_STREQ(error.what(), "basic_string::_M_construct null not valid");
             EXPECT_EQ(typeid(error), typeid(std::logic_error));
         }
-        if (i == 0) continue;  // no object came to be; the other one is untouched
+        if (i == 0) continue;  // no object was made; the other one is unchanged
         expectValue(*variant, 0, 0, L"");
         expectRest(*variant, EARLIER_TIME, L"auxiliary", "cached");
     }
     EXPECT_EQ(testing_support::takeReports(), std::vector<testing_support::Report>());
 }
 
-// The first step empties the object's own text, and so whatever points into it.
+// The first step empties the object's own string, so a pointer to its memory reads an empty string.
 TEST(Variant, FindsItsOwnWideTextEmptied) {
     for (std::wstring const text : {L"abc", L"a text beyond any short form"}) {
         for (std::size_t const place :
@@ -539,71 +541,13 @@ TEST(Variant, TakesNumbersAndTimesFromItsOwnMembers) {
     EXPECT_EQ(variant.timeVal, xtime_t(1763164800, 1000000000));
 }
 
-TEST(Variant, ReadsNothingOfAPointersTextBehindItsZero) {
+TEST(Variant, ReadsNothingAfterTheTerminatingZero) {
     Variant const narrow("ab\0cd");
     EXPECT_EQ(narrow.wText, L"ab");
     Variant const characters(L"ab\0cd");
     EXPECT_EQ(characters.wText, L"ab");
     Variant const text(wide(L"ab\0cd", 5));
     EXPECT_EQ(text.wText, wide(L"ab\0cd", 5));
-}
-
-// ---- names and numbers of the types
-
-struct TypeFact {
-    wchar_t const* name;
-    int number;
-};
-
-TypeFact const TYPE_FACTS[] = {
-    {L"UnsignedByte", 1}, {L"Uint16", 2},   {L"Uint32", 3},    {L"Byte", 4},   {L"Int16", 5},
-    {L"Int32", 6},        {L"Float", 7},    {L"Double", 8},    {L"String", 9}, {L"Int64", 10},
-    {L"Uint64", 11},      {L"Boolean", 12}, {L"DateTime", 13}, {L"Null", 14},  {L"Unknown", 0},
-};
-
-TEST(Variant, ListsNamesAndNumbersSideBySide) {
-    std::size_t entry = 0;
-    for (TypeFact const& row : TYPE_FACTS) {
-        SCOPED_TRACE(row.number);
-        EXPECT_STREQ(Variant::typeNames[entry], row.name);
-        EXPECT_EQ(Variant::typeNumbers[entry], row.number);
-        ++entry;
-    }
-    EXPECT_EQ(entry, 15U);
-    EXPECT_EQ(Variant::typeNames[15], nullptr);
-    EXPECT_EQ(Variant::typeNumbers[15], -1);
-}
-
-TEST(Variant, TurnsNamesIntoNumbersAndBack) {
-    for (TypeFact const& row : TYPE_FACTS) {
-        SCOPED_TRACE(row.number);
-        std::wstring const copy(row.name);  // by its characters, not by its address
-        EXPECT_EQ(Variant::typeName2Number(copy.c_str()), row.number);
-        EXPECT_STREQ(Variant::typeNumber2Name(row.number), row.name);
-    }
-    EXPECT_EQ(Variant::typeNumber2Name(3), Variant::typeNames[2]);
-    EXPECT_EQ(Variant::typeNumber2Name(0), Variant::typeNames[14]);
-}
-
-TEST(Variant, KnowsNoOtherNames) {
-    for (wchar_t const* const name :
-         {L"", L"null", L"unknown", L"int32", L"double", L"DOUBLE", L"Int", L"Int3", L"Int320",
-          L"Int32 ", L" Int32", L"Uint8", L"Int8", L"UnsignedByte\u0301", L"0", L"8"}) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(Variant::typeName2Number(name), -1);
-    }
-}
-
-TEST(Variant, KnowsNoOtherNumbers) {
-    for (int const number : {INT_MIN, INT_MIN + 1, -2, -1, 15, 16, 256, INT_MAX - 1, INT_MAX}) {
-        SCOPED_TRACE(number);
-        EXPECT_EQ(Variant::typeNumber2Name(number), nullptr);
-    }
-}
-
-TEST(Variant, HasTheTolerancesOfItsComparisons) {
-    EXPECT_EQ(Variant::FLT_THRESHOLD, 1e-06);
-    EXPECT_EQ(Variant::DBL_THRESHOLD, 1e-12);
 }
 
 }  // namespace
