@@ -24,9 +24,9 @@
 #include <QByteArray>
 #endif
 
-// Texts in printable form, and back. Each library has a form of its own; the job is the same where
-// it makes the same bytes printable and can be undone. So a peer's result is read by the peer
-// itself, and what comes out, in our form, is held against what is wanted.
+// Strings in printable form, and back. Each library has its own form. The job is the same if the same
+// bytes become printable and the peer can undo it. So the peer itself reads its result back; that
+// string is escaped in our form, and compared with the expected one.
 namespace {
 
 using namespace benchmarks;
@@ -35,7 +35,7 @@ using com::halvorin::utilities::unescapeString;
 
 constexpr char const* LEAVES_BLANKS = "leaves blanks";
 
-// The escaped form by its definition, for texts without a backslash.
+// The escaped form by its definition, for strings without a backslash.
 std::string escapedByHand(std::string const& text, bool keepSpace) {
     std::string result;
     for (char const c : text) {
@@ -55,7 +55,7 @@ std::string escapedByHand(std::string const& text, bool keepSpace) {
     return result;
 }
 
-// And back, for texts of that form.
+// The string of such an escaped form.
 std::string unescapedByHand(std::string const& text) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -76,7 +76,7 @@ std::string unescapedByHand(std::string const& text) {
 
 // ---- the pools
 
-// Graphic bytes that stay as they are; the slash is left out, which Poco escapes and does not read.
+// Graphic bytes that stay as they are. There is no slash: Poco escapes it, and cannot read it back.
 std::string plainBytes(Random& random, std::size_t size) {
     std::string text = anyText(random, size, size);
     for (char& c : text) {
@@ -95,7 +95,7 @@ std::string lettersAndDigits(Random& random, std::size_t size) {
     return text;
 }
 
-// Words of two to nine letters, with one blank between.
+// Words of two to nine letters, with one space between them.
 std::string words(Random& random, std::size_t size) {
     std::string text;
     while (text.size() < size)
@@ -105,8 +105,8 @@ std::string words(Random& random, std::size_t size) {
     return text;
 }
 
-// Without a zero byte, which ends a text for some, and without the backslash, which starts ours
-// over.
+// Without a zero byte, which ends a string for some peers, and without a backslash, which drops what
+// is before it in our form.
 std::string anyBytes(Random& random, std::size_t size) {
     std::string text(size, '\0');
     for (char& c : text) {
@@ -116,7 +116,7 @@ std::string anyBytes(Random& random, std::size_t size) {
     return text;
 }
 
-// A value as lines of pairs hold it: short, and now and then with a blank.
+// A value as in lines of pairs: short, and one in eight has a space.
 std::string shortValue(Random& random, std::size_t /*size*/) {
     std::string value = lettersAndDigits(random, 3 + random() % 15);
     if (random() % 8 == 0) value[1] = ' ';
@@ -179,13 +179,13 @@ Text textOf(QByteArray const& bytes) { return bytes.toStdString(); }
 
 // ---- the operations
 
-// What a text is made of, and who does the same job with it.
+// What a string consists of, and which peers do the same job with it.
 struct Kind {
     std::string name;
     Text (*make)(Random&, std::size_t);
     bool keepSpace;
-    bool blanks;  // whether a peer that leaves blanks does another job
-    bool ascii;   // whether it is text for those who expect UTF-8
+    bool blanks;  // true if a peer that leaves spaces does another job
+    bool ascii;   // true if peers that expect UTF-8 take it
 };
 
 class Escaping {
@@ -194,7 +194,7 @@ public:
         : kind_(kind),
           escape_("escape " + kind.name + size, texts, escaper()),
           unescape_("unescape " + kind.name + size, texts, AsItIs()) {
-        // Long texts are the same work again.
+        // Long strings are the same work many times.
         if (!size.empty()) return;
         escape_ = escape_.threaded();
         unescape_ = unescape_.threaded();

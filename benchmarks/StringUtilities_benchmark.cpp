@@ -297,7 +297,7 @@ struct Pair {
     std::string second;
 };
 
-// Two texts that differ in case alone.
+// Two strings that differ in case alone.
 std::vector<Pair> alikePairs(std::size_t size) {
     std::vector<Pair> pairs;
     Random random;
@@ -311,7 +311,7 @@ std::vector<Pair> alikePairs(std::size_t size) {
     return pairs;
 }
 
-// Two texts, of which the second may go on, as the rule has it.
+// True if the second string begins with the first one, ignoring case.
 bool beginsWithoutCase(Pair const& pair) {
     if (pair.first.size() > pair.second.size()) return false;
     for (std::size_t i = 0; i < pair.first.size(); ++i) {
@@ -355,7 +355,7 @@ void addWithoutCase(std::string const& kind, std::vector<Pair> const& pairs) {
 #endif
 }
 
-// A suffix of 3 to 7 bytes, every other time the text's own.
+// A suffix of 3 to 7 bytes; in one pair of two the string ends with it.
 Pair withSuffix(Random& random) {
     std::string const text = anyText(random, 8, 24);
     auto const size = static_cast<std::size_t>(between(random, 3, 7));
@@ -392,7 +392,7 @@ void addSuffix() {
 #endif
 }
 
-// A list of a thousand texts is looked through for texts that it holds.
+// A list of a thousand strings is searched for strings that it contains.
 class Search {
 public:
     Search()

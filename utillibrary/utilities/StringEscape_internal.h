@@ -99,6 +99,7 @@ std::string escaped(std::string_view text, Escaping const& escaping);
 /// The number of bytes that `writeEscaped` may write for a string of `size` bytes: six characters
 /// for each byte, and two more, since the last escape is stored as a word of eight bytes.
 constexpr std::size_t escapedRoom(std::size_t size) noexcept { return 6 * size + 2; }
+static_assert(escapedRoom(1) == sizeof(std::uint64_t));
 
 /// Writes `escaped(text, escaping)` to `out`; returns the position after it.
 char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept;
