@@ -21,6 +21,12 @@ foreach(source IN ITEMS
 endforeach()
 utillibrary_test_runs(monitor)
 
+# The rest builds the program as a host does. A full run does that in every preset, other runs in the
+# plain one alone.
+if(NOT UTILLIBRARY_TEST_ALL AND NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+  return()
+endif()
+
 # The program is built as a host would build it: from an installed library, here in a path with a
 # space.
 find_program(BATS_PROGRAM bats REQUIRED)
@@ -64,7 +70,7 @@ endforeach()
 
 # Both compilers give no warning. A host of a sanitized library must be sanitized too, so this needs
 # an ordinary one.
-if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+if(UTILLIBRARY_TEST_ALL AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
   foreach(compiler IN ITEMS g++ clang++)
     utillibrary_monitor_build("monitor.warnings.${compiler}" -DCMAKE_CXX_COMPILER=${compiler}
       "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror")

@@ -1,4 +1,4 @@
-# The library as a file: what a host links, loads, installs and finds. And the tree around it.
+# The library as a file: what a host links, loads, installs and finds. And the scripts of the tree.
 
 find_program(BATS_PROGRAM bats REQUIRED)
 find_program(GXX_PROGRAM g++ REQUIRED)
@@ -6,6 +6,7 @@ find_program(CLANGXX_PROGRAM clang++ REQUIRED)
 find_program(PKG_CONFIG_PROGRAM pkg-config REQUIRED)
 
 set(shell_environment
+  "TEST_ALL=${UTILLIBRARY_TEST_ALL}"
   "SOURCE_DIR=${PROJECT_SOURCE_DIR}"
   "VARIANTS=${CMAKE_CURRENT_BINARY_DIR}/library_variants"
   "CMAKE=${CMAKE_COMMAND}"
@@ -21,7 +22,6 @@ function(utillibrary_shell_test name)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${shell_environment}")
 endfunction()
 
-# The library of each compiler, with and without link-time optimisation and symbolic functions.
 add_test(NAME library_variants COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/library_variants.sh")
 set_tests_properties(library_variants PROPERTIES
   FIXTURES_SETUP library_variants TIMEOUT 600 PROCESSORS 2 ENVIRONMENT "${shell_environment}")
@@ -33,9 +33,7 @@ utillibrary_shell_test(exports)
 set_tests_properties(exports PROPERTIES FIXTURES_REQUIRED library_variants)
 
 utillibrary_shell_test(package)
-set_tests_properties(package PROPERTIES PROCESSORS 2)
 
-# Where there is no gdb, there is nothing to see.
 find_program(GDB_PROGRAM gdb)
 if(GDB_PROGRAM)
   utillibrary_shell_test(gdb_printers)
@@ -54,12 +52,11 @@ set_tests_properties(pages PROPERTIES FIXTURES_REQUIRED library_variants)
 utillibrary_shell_test(header_checks)
 set_tests_properties(header_checks PROPERTIES FIXTURES_REQUIRED library_variants)
 
-# What is kept on purpose is named wherever it must be, and the script that says so would notice.
+# The checks of files, and the tests that each of them finds what it looks for.
 add_test(NAME kept COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-kept")
-utillibrary_shell_test(check_kept)
-
-utillibrary_shell_test(bootstrap)
-utillibrary_shell_test(scripts)
+foreach(name IN ITEMS bootstrap check check_kept scripts)
+  utillibrary_shell_test(${name})
+endforeach()
 
 # ---- what takes long, or needs much
 
@@ -68,3 +65,6 @@ if(UTILLIBRARY_TEST_ALL)
   utillibrary_shell_test(site)
   set_property(TEST site APPEND PROPERTY ENVIRONMENT "CHROMIUM=${CHROMIUM_PROGRAM}")
 endif()
+
+# These take longest, so they start first.
+set_tests_properties(library_variants package PROPERTIES COST 30)
