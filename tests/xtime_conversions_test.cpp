@@ -67,11 +67,11 @@ FourteenOutFact const FOURTEEN_OUT_FACTS[] = {
     {"year -1000", -93692592001, "-10001231235959"},
     // KEPT(year-wraps-at-32-bits)
     {"the largest year", 67767976233532799, "21474836471231235959"},
-    {"the year after it", 67767976233532800, "-21474836480101000000"},
+    {"the year after the largest is the smallest", 67767976233532800, "-21474836480101000000"},
     {"the last that is shown", 67768036191676799, "-21474817491231235959"},
-    {"the record after it", 67768036191676800, "19000100000000"},
-    {"the last second", LONG_MAX, "19000100000000"},
-    {"the first second", LONG_MIN, "19000100000000"},
+    {"the second after the last gives the record of zeros", 67768036191676800, "19000100000000"},
+    {"LONG_MAX gives the record of zeros", LONG_MAX, "19000100000000"},
+    {"LONG_MIN gives the record of zeros", LONG_MIN, "19000100000000"},
 };
 
 TEST(FourteenDigits, AreWrittenOfSeconds) {
@@ -89,17 +89,17 @@ struct RoundedOutFact {
 };
 
 RoundedOutFact const ROUNDED_OUT_FACTS[] = {
-    {"below half a second", {SECONDS, 499999999}, "20240305060809"},
+    {"499999999 ns go down", {SECONDS, 499999999}, "20240305060809"},
     // KEPT(half-a-second-down)
-    {"half a second goes down", {SECONDS, 500000000}, "20240305060809"},
-    {"above half a second", {SECONDS, 500000001}, "20240305060810"},
-    {"nearly a second", {SECONDS, 999999999}, "20240305060810"},
-    {"more than a second still adds one", {SECONDS, 1000000000}, "20240305060810"},
-    {"the most still adds one", {SECONDS, UINT_MAX}, "20240305060810"},
-    {"half before the epoch", {-1, 500000000}, "19691231235959"},
-    {"above half before the epoch", {-1, 500000001}, "19700101000000"},
-    {"into the next year", {1704067199, 600000000}, "20240101000000"},
-    {"the last second wraps", {LONG_MAX, 999999999}, "19000100000000"},
+    {"500000000 ns go down", {SECONDS, 500000000}, "20240305060809"},
+    {"500000001 ns go up", {SECONDS, 500000001}, "20240305060810"},
+    {"999999999 ns go up", {SECONDS, 999999999}, "20240305060810"},
+    {"1000000000 ns add one second", {SECONDS, 1000000000}, "20240305060810"},
+    {"4294967295 ns add one second", {SECONDS, UINT_MAX}, "20240305060810"},
+    {"before the epoch 500000000 ns go down", {-1, 500000000}, "19691231235959"},
+    {"before the epoch 500000001 ns go up", {-1, 500000001}, "19700101000000"},
+    {"a second that rounds up leads into the next year", {1704067199, 600000000}, "20240101000000"},
+    {"LONG_MAX seconds wrap", {LONG_MAX, 999999999}, "19000100000000"},
 };
 
 TEST(FourteenDigits, AreThoseOfTheNearestSecond) {
@@ -122,21 +122,21 @@ FourteenInFact const FOURTEEN_IN_FACTS[] = {
     {"a present-day second", "20240305060809", 1709618889},
     {"the epoch", "19700101000000", 0},
     {"a second after it", "19700101000001", 1},
-    {"a second before it has none", "19691231235959", -1},
-    {"the last second but one", "20380119031406", 2147483646},
-    {"the last second", "20380119031407", 2147483647},
-    {"the second after it has none", "20380119031408", -1},
-    {"year 0", "00000000000000", -1},
-    {"nines", "99999999999999", -1},
+    {"the second before the epoch gives -1", "19691231235959", -1},
+    {"the last second but one of 31 bits", "20380119031406", 2147483646},
+    {"the last second of 31 bits", "20380119031407", 2147483647},
+    {"the second after 31 bits gives -1", "20380119031408", -1},
+    {"zeros give -1", "00000000000000", -1},
+    {"nines give -1", "99999999999999", -1},
 
-    {"no bytes", "", 0},
-    {"one byte", "2", 0},
-    {"13 bytes", "2024030506080", 0},
-    {"15 bytes", "202403050608090", 0},
-    {"28 bytes", "2024030506080920240305060809", 0},
-    {"14 bytes with a zero byte", "2024030506080\0"s, 1709618880},
-    {"15 bytes with a zero byte", "20240305060809\0"s, 0},
-    {"13 bytes without digits", "thirteen, no?", 0},
+    {"an empty string gives 0", "", 0},
+    {"one byte gives 0", "2", 0},
+    {"13 bytes give 0", "2024030506080", 0},
+    {"15 bytes give 0", "202403050608090", 0},
+    {"28 bytes give 0", "2024030506080920240305060809", 0},
+    {"a zero byte is one of the 14", "2024030506080\0"s, 1709618880},
+    {"14 digits and a zero byte are 15 bytes and give 0", "20240305060809\0"s, 0},
+    {"13 bytes without digits give 0", "thirteen, no?", 0},
 
     // KEPT(fourteen-digits-unchecked)
     {"30 February is 1 March", "20240230000000", 1709251200},
@@ -157,21 +157,21 @@ FourteenInFact const FOURTEEN_IN_FACTS[] = {
     {"hour 23 of day 0", "19700100230000", -1},
 
     // each field is a number of its own
-    {"blanks before digits", "2024 3 5 6 8 9", 1709618889},
-    {"other blanks", "2024\t3\n5\v6\f8\r9", 1709618889},
-    {"signs", "2024+3+5+6+8+9", 1709618889},
-    {"a sign in the year", "+970+3+5+6+8+9", -1},
+    {"spaces before digits are accepted", "2024 3 5 6 8 9", 1709618889},
+    {"other whitespace before digits is accepted", "2024\t3\n5\v6\f8\r9", 1709618889},
+    {"plus signs before digits are accepted", "2024+3+5+6+8+9", 1709618889},
+    {"a sign in the year is accepted", "+970+3+5+6+8+9", -1},
     {"negative fields borrow", "2024-1-1-1-1-1", 1698620339},
     {"a negative second", "202403050608-9", 1709618871},
     {"a negative year", "-02403050608-9", -1},
     {"what follows a digit is ignored", "20243x5y6z8.9,", 1709618889},
-    {"in the year too", "202x0305060809", -1},
-    {"no hexadecimal", "20240305060x0x", 1709618400},
-    {"nor is a colon a digit", "2024030:060809", 1709186889},
-    {"nor a slash", "2024030/060809", 1709186889},
-    {"nor a byte beyond ASCII", "2024030\272060809", 1709186889},
+    {"what follows a digit of the year is ignored", "202x0305060809", -1},
+    {"0x is no hexadecimal number", "20240305060x0x", 1709618400},
+    {"a colon is no digit", "2024030:060809", 1709186889},
+    {"a slash is no digit", "2024030/060809", 1709186889},
+    {"a byte beyond ASCII is no digit", "2024030\272060809", 1709186889},
     {"a zero byte ends its field", "20243\0005\0006\0008\0009\000"s, 1709618889},
-    {"in the year too", "20\00020305060809"s, -1},
+    {"a zero byte ends the year", "20\00020305060809"s, -1},
 };
 
 TEST(FourteenDigits, AreReadAsSeconds) {
@@ -187,21 +187,21 @@ struct NoDigitsFact {
 };
 
 NoDigitsFact const NO_DIGITS_FACTS[] = {
-    {"no year", "xxxx0305060809"},
-    {"no month", "2024ab05060809"},
-    {"no day", "202403cd060809"},
-    {"no hour", "20240305ef0809"},
-    {"no minute", "2024030506gh09"},
-    {"no second", "202403050608ij"},
-    {"nothing at all", "fourteen bytes"},
-    {"blanks", "2024030506  09"},
-    {"a blank and a letter", "2024 x05060809"},
-    {"a sign", "2024+ 05060809"},
-    {"a sign and a blank", "2024- 05060809"},
-    {"two signs", "2024--05060809"},
-    {"a zero byte", "2024\000305060809"s},
-    {"zero bytes", "20240305\0\0000809"s},
-    {"digits of another script",
+    {"a year of letters throws", "xxxx0305060809"},
+    {"a month of letters throws", "2024ab05060809"},
+    {"a day of letters throws", "202403cd060809"},
+    {"an hour of letters throws", "20240305ef0809"},
+    {"a minute of letters throws", "2024030506gh09"},
+    {"a second of letters throws", "202403050608ij"},
+    {"words throw", "fourteen bytes"},
+    {"a field of spaces throws", "2024030506  09"},
+    {"a field of a space and a letter throws", "2024 x05060809"},
+    {"a field of a plus sign and a space throws", "2024+ 05060809"},
+    {"a field of a minus sign and a space throws", "2024- 05060809"},
+    {"a field of two signs throws", "2024--05060809"},
+    {"a zero byte before a digit throws", "2024\000305060809"s},
+    {"a field of zero bytes throws", "20240305\0\0000809"s},
+    {"digits of another script throw",
      "2024\xD9\xA1"
      "05060809"},
 };

@@ -94,8 +94,8 @@ TEST(XtimeToString, RaisesNoFlagForExactFractions) {
     }
 }
 
-// Seconds whose rounding is hard: the decimal forms of floats and of middles between them, cut to so
-// many digits, and any digits; one digit more than the fast path takes, too.
+// Seconds whose rounding is hard: decimal forms of floats and of middles between them, cut to 0 to
+// 10 digits, and any digits. Ten are one more than the fast path takes.
 std::vector<std::string> hardSeconds() {
     std::vector<std::string> all = {
         "09",         "09.1",         "09.25",        "09.5",      "09.7",         "09.0000009",

@@ -33,19 +33,19 @@ long const SECONDS = 1709618889;
 
 FieldsFact const FIELDS_FACTS[] = {
     // KEPT(zero-is-unset)
-    {"no seconds are not set", {0, 0}, 0, 0, false},
-    {"a nanosecond after them is", {0, 1}, 0, 1, true},
-    {"a second after them is", {1, 0}, 1, 0, true},
-    {"a second before them is", {-1, 0}, -1, 0, true},
-    {"a second whose low 32 bits are zero", {1L << 32, 0}, 4294967296, 0, true},
-    {"both fields", {-5, 600000000}, -5, 600000000, true},
-    {"the most that is normal", {7, 999999999}, 7, 999999999, true},
+    {"0 s and 0 ns are not set", {0, 0}, 0, 0, false},
+    {"0 s and 1 ns are set", {0, 1}, 0, 1, true},
+    {"1 s and 0 ns are set", {1, 0}, 1, 0, true},
+    {"-1 s and 0 ns are set", {-1, 0}, -1, 0, true},
+    {"2^32 s are set, though their low 32 bits are zero", {1L << 32, 0}, 4294967296, 0, true},
+    {"both fields are stored", {-5, 600000000}, -5, 600000000, true},
+    {"999999999 ns are stored as given", {7, 999999999}, 7, 999999999, true},
     // KEPT(constructor-stores-as-given)
-    {"a whole second of nanoseconds stays", {7, 1000000000}, 7, 1000000000, true},
-    {"and so do more", {7, 1000000001}, 7, 1000000001, true},
-    {"and the most", {0, UINT_MAX}, 0, 4294967295, true},
-    {"the first second of all", {LONG_MIN, 0}, LONG_MIN, 0, true},
-    {"the last second of all", {LONG_MAX, 1}, LONG_MAX, 1, true},
+    {"1000000000 ns are stored as given", {7, 1000000000}, 7, 1000000000, true},
+    {"1000000001 ns are stored as given", {7, 1000000001}, 7, 1000000001, true},
+    {"4294967295 ns are stored as given", {0, UINT_MAX}, 0, 4294967295, true},
+    {"LONG_MIN seconds are stored", {LONG_MIN, 0}, LONG_MIN, 0, true},
+    {"LONG_MAX seconds are stored", {LONG_MAX, 1}, LONG_MAX, 1, true},
 };
 
 TEST(XtimeFields, AreZeroInANewTime) {
@@ -115,21 +115,27 @@ struct PutFact {
 
 PutFact const PUT_FACTS[] = {
     {"nanoseconds are replaced", {10, 5}, 7, {10, 7}},
-    {"with none too", {10, 5}, 0, {10, 0}},
-    {"below a second", {10, 5}, 999999998, {10, 999999998}},
-    {"the last below a second", {10, 5}, 999999999, {10, 999999999}},
-    {"a second", {10, 5}, 1000000000, {11, 0}},
-    {"more than a second", {10, 5}, 1000000001, {11, 1}},
-    {"the last below two", {10, 5}, 1999999999, {11, 999999999}},
-    {"two seconds", {10, 5}, 2000000000, {12, 0}},
-    {"two and a half", {10, 0}, 2500000000, {12, 500000000}},
-    {"four seconds", {10, 5}, 4000000000, {14, 0}},
-    {"the most", {10, 5}, UINT_MAX, {14, 294967295}},
-    {"before the epoch they count forward", {-5, 0}, 1500000000, {-4, 500000000}},
-    {"what was too much before is gone", {10, UINT_MAX}, 1, {10, 1}},
-    {"the last second stays", {LONG_MAX, 0}, 999999999, {LONG_MAX, 999999999}},
-    {"or wraps", {LONG_MAX, 0}, 1000000000, {LONG_MIN, 0}},
-    {"by four", {LONG_MAX, 0}, UINT_MAX, {LONG_MIN + 3, 294967295}},
+    {"0 nanoseconds replace them too", {10, 5}, 0, {10, 0}},
+    {"999999998 ns are stored as given", {10, 5}, 999999998, {10, 999999998}},
+    {"999999999 ns are stored as given", {10, 5}, 999999999, {10, 999999999}},
+    {"1000000000 ns carry one second", {10, 5}, 1000000000, {11, 0}},
+    {"1000000001 ns carry one second", {10, 5}, 1000000001, {11, 1}},
+    {"1999999999 ns carry one second", {10, 5}, 1999999999, {11, 999999999}},
+    {"2000000000 ns carry two seconds", {10, 5}, 2000000000, {12, 0}},
+    {"2500000000 ns carry two seconds", {10, 0}, 2500000000, {12, 500000000}},
+    {"4000000000 ns carry four seconds", {10, 5}, 4000000000, {14, 0}},
+    {"4294967295 ns carry four seconds", {10, 5}, UINT_MAX, {14, 294967295}},
+    {"before the epoch nanoseconds count forward", {-5, 0}, 1500000000, {-4, 500000000}},
+    {"earlier nanoseconds beyond a second are gone", {10, UINT_MAX}, 1, {10, 1}},
+    {"LONG_MAX seconds stay if nothing is carried",
+     {LONG_MAX, 0},
+     999999999,
+     {LONG_MAX, 999999999}},
+    {"LONG_MAX seconds wrap if one is carried", {LONG_MAX, 0}, 1000000000, {LONG_MIN, 0}},
+    {"LONG_MAX seconds wrap if four are carried",
+     {LONG_MAX, 0},
+     UINT_MAX,
+     {LONG_MIN + 3, 294967295}},
 };
 
 TEST(XtimeFields, CarryNewNanosecondsIntoTheSeconds) {
@@ -148,21 +154,21 @@ struct RoundedFact {
 };
 
 RoundedFact const ROUNDED_FACTS[] = {
-    {"whole seconds", {5, 0}, 5},
-    {"below half a second", {5, 499999999}, 5},
+    {"whole seconds are the number itself", {5, 0}, 5},
+    {"499999999 ns go down", {5, 499999999}, 5},
     // KEPT(half-a-second-up)
-    {"half a second goes up", {5, 500000000}, 6},
-    {"above half a second", {5, 500000001}, 6},
-    {"nearly a second", {5, 999999999}, 6},
-    {"more than a second still adds one", {5, 1499999999}, 6},
-    {"the most still adds one", {5, UINT_MAX}, 6},
-    {"below half, before the epoch", {-5, 499999999}, -5},
-    {"half, before the epoch", {-5, 500000000}, -4},
-    {"above half, before the epoch", {-5, 600000000}, -4},
-    {"to the epoch", {-1, 500000000}, 0},
-    {"the first second", {LONG_MIN, 499999999}, LONG_MIN},
-    {"the last second", {LONG_MAX, 499999999}, LONG_MAX},
-    {"wraps", {LONG_MAX, 500000000}, LONG_MIN},
+    {"500000000 ns go up", {5, 500000000}, 6},
+    {"500000001 ns go up", {5, 500000001}, 6},
+    {"999999999 ns go up", {5, 999999999}, 6},
+    {"1499999999 ns add one second", {5, 1499999999}, 6},
+    {"4294967295 ns add one second", {5, UINT_MAX}, 6},
+    {"before the epoch 499999999 ns go down", {-5, 499999999}, -5},
+    {"before the epoch 500000000 ns go up", {-5, 500000000}, -4},
+    {"before the epoch 600000000 ns go up", {-5, 600000000}, -4},
+    {"half a second before the epoch goes up to it", {-1, 500000000}, 0},
+    {"LONG_MIN seconds stay below half a second", {LONG_MIN, 499999999}, LONG_MIN},
+    {"LONG_MAX seconds stay below half a second", {LONG_MAX, 499999999}, LONG_MAX},
+    {"LONG_MAX seconds and a half wrap", {LONG_MAX, 500000000}, LONG_MIN},
 };
 
 TEST(XtimeFields, RoundToANumberOfSeconds) {

@@ -46,30 +46,30 @@ struct OffsetFact {
 };
 
 OffsetFact const OFFSET_FACTS[] = {
-    {"without an offset", false, 0, "2024-03-05T06:08:09.250"},
-    {"one that is not asked for", false, 3600, "2024-03-05T06:08:09.250"},
-    {"nor is one of a day", false, 90000, "2024-03-05T06:08:09.250"},
-    {"in UTC", true, 0, "2024-03-05T06:08:09.250Z"},
+    {"without applyOffset there is no zone", false, 0, "2024-03-05T06:08:09.250"},
+    {"without applyOffset an offset of an hour is ignored", false, 3600, "2024-03-05T06:08:09.250"},
+    {"without applyOffset an offset of a day is ignored", false, 90000, "2024-03-05T06:08:09.250"},
+    {"offset 0 is Z", true, 0, "2024-03-05T06:08:09.250Z"},
     {"an hour east", true, 3600, "2024-03-05T07:08:09.250+0100"},
     {"5 h 30 min west", true, -19800, "2024-03-05T00:38:09.250-0530"},
 
     // the suffix drops seconds that shift the time all the same
-    {"a second east", true, 1, "2024-03-05T06:08:10.250+0000"},
-    {"a second west", true, -1, "2024-03-05T06:08:08.250-0000"},
-    {"below a minute east", true, 59, "2024-03-05T06:09:08.250+0000"},
-    {"a minute east", true, 60, "2024-03-05T06:09:09.250+0001"},
-    {"a minute west", true, -60, "2024-03-05T06:07:09.250-0001"},
-    {"below an hour east", true, 3599, "2024-03-05T07:08:08.250+0059"},
-    {"an hour west", true, -3600, "2024-03-05T05:08:09.250-0100"},
-    {"ten hours, a minute, a second", true, 36061, "2024-03-05T16:09:10.250+1001"},
-    {"below a day east", true, 86399, "2024-03-06T06:08:08.250+2359"},
-    {"below a day west", true, -86399, "2024-03-04T06:08:10.250-2359"},
+    {"a second east shifts, and its zone is +0000", true, 1, "2024-03-05T06:08:10.250+0000"},
+    {"a second west shifts, and its zone is -0000", true, -1, "2024-03-05T06:08:08.250-0000"},
+    {"59 s east shift, and their zone is +0000", true, 59, "2024-03-05T06:09:08.250+0000"},
+    {"a minute east is +0001", true, 60, "2024-03-05T06:09:09.250+0001"},
+    {"a minute west is -0001", true, -60, "2024-03-05T06:07:09.250-0001"},
+    {"3599 s east are +0059", true, 3599, "2024-03-05T07:08:08.250+0059"},
+    {"an hour west is -0100", true, -3600, "2024-03-05T05:08:09.250-0100"},
+    {"36061 s east are +1001", true, 36061, "2024-03-05T16:09:10.250+1001"},
+    {"86399 s east are +2359", true, 86399, "2024-03-06T06:08:08.250+2359"},
+    {"86399 s west are -2359", true, -86399, "2024-03-04T06:08:10.250-2359"},
     // KEPT(offset-of-a-day-is-silent)
-    {"a day east", true, 86400, "2024-03-06T06:08:09.250"},
-    {"a day west", true, -86400, "2024-03-04T06:08:09.250"},
-    {"more than a day", true, 90000, "2024-03-06T07:08:09.250"},
-    {"the largest offset", true, INT_MAX, "2092-03-23T09:22:16.250"},
-    {"the smallest offset", true, INT_MIN, "1956-02-16T02:54:01.250"},
+    {"a day east shifts, and has no zone", true, 86400, "2024-03-06T06:08:09.250"},
+    {"a day west shifts, and has no zone", true, -86400, "2024-03-04T06:08:09.250"},
+    {"25 hours east shift, and have no zone", true, 90000, "2024-03-06T07:08:09.250"},
+    {"the largest offset shifts, and has no zone", true, INT_MAX, "2092-03-23T09:22:16.250"},
+    {"the smallest offset shifts, and has no zone", true, INT_MIN, "1956-02-16T02:54:01.250"},
 };
 
 TEST(XtimeToString, ShiftsByTheOffsetAndNamesIt) {
@@ -90,14 +90,14 @@ struct OptionsFact {
 
 OptionsFact const OPTIONS_FACTS[] = {
     {"I hides the fraction", "I", true, 0, "2024-03-05T06:08:09Z"},
-    {"without an offset too", "I", false, 0, "2024-03-05T06:08:09"},
-    {"with a suffix too", "I", true, 3600, "2024-03-05T07:08:09+0100"},
-    {"with an offset of 25 hours", "I", true, 90000, "2024-03-06T07:08:09"},
-    {"at the end of the options", "abcI", true, 0, "2024-03-05T06:08:09Z"},
-    {"among them", "i I i", true, 0, "2024-03-05T06:08:09Z"},
-    {"behind a zero byte", "\0I"s, true, 0, "2024-03-05T06:08:09Z"},
+    {"I hides the fraction without applyOffset", "I", false, 0, "2024-03-05T06:08:09"},
+    {"I hides the fraction before a zone", "I", true, 3600, "2024-03-05T07:08:09+0100"},
+    {"I hides the fraction with an offset of 25 hours", "I", true, 90000, "2024-03-06T07:08:09"},
+    {"I counts at the end of the options", "abcI", true, 0, "2024-03-05T06:08:09Z"},
+    {"I counts among other options", "i I i", true, 0, "2024-03-05T06:08:09Z"},
+    {"I counts after a zero byte", "\0I"s, true, 0, "2024-03-05T06:08:09Z"},
     {"a small i does nothing", "i", true, 0, "2024-03-05T06:08:09.250Z"},
-    {"nor does any other", "ABCDEFGHJKLZ1|", true, 0, "2024-03-05T06:08:09.250Z"},
+    {"no other letter does anything", "ABCDEFGHJKLZ1|", true, 0, "2024-03-05T06:08:09.250Z"},
 };
 
 TEST(XtimeToString, FollowsItsOptions) {
@@ -118,19 +118,37 @@ struct ShownFact {
 ShownFact const SHOWN_FACTS[] = {
     {"the epoch", {0, 0}, 0, "1970-01-01T00:00:00.000Z"},
     {"before the epoch", {-1, 500000000}, 0, "1969-12-31T23:59:59.500Z"},
-    {"below a second", {0, 999000000}, 0, "1970-01-01T00:00:00.999Z"},
-    {"a second carries", {0, 1000000000}, 0, "1970-01-01T00:00:01.000Z"},
-    {"with its fraction", {0, 1250000000}, 0, "1970-01-01T00:00:01.250Z"},
-    {"four seconds", {0, UINT_MAX}, 0, "1970-01-01T00:00:04.294Z"},
-    {"into a new year", {-1, 1000000000}, 0, "1970-01-01T00:00:00.000Z"},
-    {"an offset, too", {-1, 0}, 3600, "1970-01-01T00:59:59.000+0100"},
-    {"past a leap day", {1709251199, 0}, 60, "2024-03-01T00:00:59.000+0001"},
-    {"by both", {-2, 1000000000}, 1, "1970-01-01T00:00:00.000+0000"},
+    {"999000000 ns carry nothing", {0, 999000000}, 0, "1970-01-01T00:00:00.999Z"},
+    {"1000000000 ns carry a second", {0, 1000000000}, 0, "1970-01-01T00:00:01.000Z"},
+    {"1250000000 ns carry a second and leave a fraction",
+     {0, 1250000000},
+     0,
+     "1970-01-01T00:00:01.250Z"},
+    {"4294967295 ns carry four seconds", {0, UINT_MAX}, 0, "1970-01-01T00:00:04.294Z"},
+    {"a carry leads into a new year", {-1, 1000000000}, 0, "1970-01-01T00:00:00.000Z"},
+    {"an offset leads into a new year", {-1, 0}, 3600, "1970-01-01T00:59:59.000+0100"},
+    {"an offset leads past a leap day", {1709251199, 0}, 60, "2024-03-01T00:00:59.000+0001"},
+    {"a carry and an offset lead into a new year",
+     {-2, 1000000000},
+     1,
+     "1970-01-01T00:00:00.000+0000"},
     // KEPT(year-wraps-at-32-bits)
-    {"an offset too far", {-67768040609740800, 0}, -60, "1900-01-00T00:00:00.000-0001"},
-    {"a carry too far", {67768036191676799, 1000000000}, 0, "1900-01-00T00:00:00.000Z"},
-    {"the last of all", {LONG_MAX, UINT_MAX}, INT_MAX, "1900-01-00T00:00:00.294"},
-    {"the first of all", {LONG_MIN, 0}, INT_MIN, "1900-01-00T00:00:00.000"},
+    {"an offset leads out of the recorded years",
+     {-67768040609740800, 0},
+     -60,
+     "1900-01-00T00:00:00.000-0001"},
+    {"a carry leads out of the recorded years",
+     {67768036191676799, 1000000000},
+     0,
+     "1900-01-00T00:00:00.000Z"},
+    {"the sum of the largest seconds, nanoseconds and offset wraps",
+     {LONG_MAX, UINT_MAX},
+     INT_MAX,
+     "1900-01-00T00:00:00.294"},
+    {"the sum of the smallest seconds and offset wraps",
+     {LONG_MIN, 0},
+     INT_MIN,
+     "1900-01-00T00:00:00.000"},
 };
 
 TEST(XtimeToString, ShowsTheSumOfSecondsCarryAndOffset) {
@@ -160,13 +178,13 @@ YearFact const YEAR_FACTS[] = {
     {"year 99999", 3093527980799, "99999-12-31T23:59:59"},
     // KEPT(year-wraps-at-32-bits)
     {"the largest year", 67767976233532799, "2147483647-12-31T23:59:59"},
-    {"the next is the smallest", 67767976233532800, "-2147483648-01-01T00:00:00"},
+    {"the year after the largest is the smallest", 67767976233532800, "-2147483648-01-01T00:00:00"},
     {"the last that is shown", 67768036191676799, "-2147481749-12-31T23:59:59"},
-    {"the one after it", 67768036191676800, "1900-01-00T00:00:00"},
+    {"the second after the last that is shown", 67768036191676800, "1900-01-00T00:00:00"},
     {"the first that is shown", -67768040609740800, "-2147481748-01-01T00:00:00"},
-    {"the one before it", -67768040609740801, "1900-01-00T00:00:00"},
-    {"the last second", LONG_MAX, "1900-01-00T00:00:00"},
-    {"the first second", LONG_MIN, "1900-01-00T00:00:00"},
+    {"the second before the first that is shown", -67768040609740801, "1900-01-00T00:00:00"},
+    {"LONG_MAX seconds show the record of zeros", LONG_MAX, "1900-01-00T00:00:00"},
+    {"LONG_MIN seconds show the record of zeros", LONG_MIN, "1900-01-00T00:00:00"},
 };
 
 TEST(XtimeToString, ShowsEveryYear) {
@@ -202,26 +220,26 @@ struct FractionFact {
 // Six decimals of a float, in the rounding mode of the host, of which three are shown.
 // KEPT(fraction-of-six-decimals)
 FractionFact const FRACTION_FACTS[] = {
-    {"none", 0, ".000", ".000", ".000"},
-    {"the smallest", 1, ".000", ".000", ".000"},
-    {"no millisecond", 999499, ".000", ".001", ".000"},
-    {"nearly one", 999500, ".001", ".001", ".000"},
-    {"nearer", 999999, ".001", ".001", ".000"},
-    {"one, which no float is", 1000000, ".001", ".001", ".000"},
-    {"more than one", 1000499, ".001", ".001", ".001"},
+    {"0 ns", 0, ".000", ".000", ".000"},
+    {"1 ns shows nothing", 1, ".000", ".000", ".000"},
+    {"999499 ns are 999 us", 999499, ".000", ".001", ".000"},
+    {"999500 ns round up to a millisecond", 999500, ".001", ".001", ".000"},
+    {"999999 ns round up to a millisecond", 999999, ".001", ".001", ".000"},
+    {"1000000 ns are a float below 1 ms", 1000000, ".001", ".001", ".000"},
+    {"1000499 ns are 1000 us", 1000499, ".001", ".001", ".001"},
     {"a half, which a float is", 500000000, ".500", ".500", ".500"},
     {"a quarter", 250000000, ".250", ".250", ".250"},
-    {"no 124 milliseconds", 123999499, ".123", ".124", ".123"},
-    {"nearly 124", 123999500, ".124", ".124", ".123"},
-    {"nearer", 123999999, ".124", ".124", ".123"},
-    {"no second", 999499999, ".999", ".999", ".999"},
-    {"the last that shows", 999999520, ".999", ".000", ".999"},
-    {"the first that rounds up to a second", 999999521, ".000", ".000", ".999"},
-    {"the last nanosecond", 999999999, ".000", ".000", ".999"},
-    {"more than a second's", 1250000000, ".250", ".250", ".250"},
-    {"more than four seconds'", 4000999500, ".001", ".001", ".000"},
-    {"the last of a second more", 1999999999, ".000", ".000", ".999"},
-    {"the most", UINT_MAX, ".294", ".294", ".294"},
+    {"123999499 ns are 123999 us", 123999499, ".123", ".124", ".123"},
+    {"123999500 ns round up to 124 ms", 123999500, ".124", ".124", ".123"},
+    {"123999999 ns round up to 124 ms", 123999999, ".124", ".124", ".123"},
+    {"999499999 ns are 999 ms", 999499999, ".999", ".999", ".999"},
+    {"999999520 ns are 999 ms", 999999520, ".999", ".000", ".999"},
+    {"999999521 ns round up to a second and show 000", 999999521, ".000", ".000", ".999"},
+    {"999999999 ns round up to a second and show 000", 999999999, ".000", ".000", ".999"},
+    {"of 1250000000 ns a quarter is shown", 1250000000, ".250", ".250", ".250"},
+    {"of 4000999500 ns the last 999500 are shown", 4000999500, ".001", ".001", ".000"},
+    {"of 1999999999 ns the last 999999999 are shown", 1999999999, ".000", ".000", ".999"},
+    {"of 4294967295 ns the last 294967295 are shown", UINT_MAX, ".294", ".294", ".294"},
 };
 
 std::string fractionOf(unsigned int nanoseconds, int rounding) {
@@ -249,13 +267,14 @@ struct PointFact {
 };
 
 PointFact const POINT_FACTS[] = {
-    {"a point", "C", 250000000, ".250"},
-    {"a point, and groups", "en_US.UTF-8", 250000000, ".250"},
-    {"a comma", "de_DE.UTF-8", 250000000, ",250"},
-    {"a comma in Latin", "fr_FR.ISO-8859-15", 250000000, ",250"},
-    {"a comma, of 1.000000", "tr_TR.UTF-8", 999999521, ",000"},
-    {"two bytes leave two digits", "ps_AF.UTF-8", 259000000, "\331\25325"},
-    {"of 1.000000 too", "ps_AF.UTF-8", 999999521, "\331\25300"},
+    {"C has a point", "C", 250000000, ".250"},
+    {"en_US has a point, and its groups do not show", "en_US.UTF-8", 250000000, ".250"},
+    {"de_DE has a comma", "de_DE.UTF-8", 250000000, ",250"},
+    {"fr_FR in Latin has a comma", "fr_FR.ISO-8859-15", 250000000, ",250"},
+    {"a comma precedes 000 too", "tr_TR.UTF-8", 999999521, ",000"},
+    {"a decimal point of two bytes leaves two digits", "ps_AF.UTF-8", 259000000, "\331\25325"},
+    {"a decimal point of two bytes leaves two digits of 000", "ps_AF.UTF-8", 999999521,
+     "\331\25300"},
 };
 
 TEST(XtimeToString, ShowsTheDecimalPointOfTheCLocale) {

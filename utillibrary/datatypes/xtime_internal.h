@@ -20,7 +20,7 @@ namespace com::halvorin::datatypes {
 // FE_INEXACT where libc raises nothing.
 class FixedPoint {
 public:
-    /// Takes  value: from 0 to below 2^24
+    /// Takes    value: from 0 to below 2^24
     explicit constexpr FixedPoint(float value) noexcept {
         auto const bits = std::bit_cast<std::uint32_t>(value);
         // Zero and subnormal numbers have no leading bit, and get one here all the same. At 63 places
@@ -33,13 +33,13 @@ public:
     constexpr unsigned long whole() const noexcept { return mantissa_ >> places_; }
 
     /// The part after the point, times a factor, cut.
-    /// Takes  factor: below 2^39
+    /// Takes    factor: below 2^39
     constexpr unsigned long fractionTimes(unsigned long factor) const noexcept {
         return (mantissa_ - (whole() << places_)) * factor >> places_;
     }
 
     /// The number times a factor, to the nearest whole number, a half going up.
-    /// Takes  factor: below 2^38, for a number below 1 or the number 1 itself
+    /// Takes    factor: below 2^38, for a number below 1 or the number 1 itself
     constexpr unsigned long timesToNearest(unsigned long factor) const noexcept {
         return (mantissa_ * factor + (1UL << places_ >> 1)) >> places_;
     }
@@ -55,12 +55,12 @@ private:
 inline constexpr std::size_t ISO_BUFFER_SIZE = 64;
 
 /// "%04d-%02d-%02dT%02d:%02d:%02d", as printf writes it.
-/// Takes  out: ISO_BUFFER_SIZE bytes
+/// Takes    out: ISO_BUFFER_SIZE bytes
 char* printDateAndTime(char* out, internal::BrokenDownTime const& t) noexcept;
 
 /// Bytes 1 to 4 of what printf("%f1.3") writes. A decimal point of two bytes leaves two digits.
 /// KEPT(fraction-of-six-decimals)
-/// Takes  fraction: 0 to 1
+/// Takes    fraction: 0 to 1
 char* printFraction(char* out, float fraction) noexcept;
 
 inline constexpr std::size_t FOURTEEN_DIGITS = 14;
@@ -90,7 +90,7 @@ std::optional<IsoNumbers> scanIsoNumbers(std::string const& text) noexcept;
 // ---- fourteen digits, read (xtime_conversions.cpp)
 
 /// What std::stoi reads in each field. Throws what std::stoi throws.
-/// Takes  text: FOURTEEN_DIGITS bytes
+/// Takes    text: FOURTEEN_DIGITS bytes
 long convertFourteenDigits(std::string const& text);
 
 }  // namespace com::halvorin::datatypes

@@ -86,7 +86,7 @@ private:
 };
 
 // A double rounded to the 24 bits of a float, to the nearest, whatever the SSE rounding word says.
-// Takes  value: 0, or a normal number of a float, that is in no middle between two floats
+// Takes    value: 0, or a normal number of a float, that is in no middle between two floats
 inline float roundedToFloat(double value) noexcept {
     constexpr std::uint64_t DROPPED_BITS = (1UL << 29) - 1;
     auto const bits = std::bit_cast<std::uint64_t>(value) + (1UL << 28);
@@ -160,7 +160,7 @@ inline std::optional<IsoNumbers> readIsoNumbers(std::string_view text) noexcept 
 }
 
 /// Decimal digits only: std::stoi takes all digits of each field, so both paths read the same.
-/// Takes  text: FOURTEEN_DIGITS bytes
+/// Takes    text: FOURTEEN_DIGITS bytes
 inline std::optional<long> readFourteenDigits(std::string_view text) noexcept {
     EightCharacters const first(text.data(), "00000000");
     EightCharacters const last(text.data() + FOURTEEN_DIGITS - 8, "00000000");

@@ -15,7 +15,7 @@
 namespace com::halvorin::datatypes {
 
 /// Years 0 to 9999: such a year has four digits, and every other field two.
-/// Takes  out: ISO_BUFFER_SIZE bytes
+/// Takes    out: ISO_BUFFER_SIZE bytes
 inline std::optional<char*> writeDateAndTime(char* out,
                                              internal::BrokenDownTime const& t) noexcept {
     if (t.year < 0 || t.year > 9999) return std::nullopt;
@@ -34,7 +34,7 @@ inline std::optional<char*> writeDateAndTime(char* out,
 }
 
 /// A decimal point of one byte, when libc rounds decimals to the nearest.
-/// Takes  fraction: 0 to 1
+/// Takes    fraction: 0 to 1
 inline std::optional<char*> writeFraction(char* out, float fraction) noexcept {
     using namespace com::halvorin::internal;
     char const point = singleDecimalPoint();
@@ -50,7 +50,7 @@ inline std::optional<char*> writeFraction(char* out, float fraction) noexcept {
 }
 
 /// Years 1000 to 9999, which "%4d" does not pad.
-/// Takes  out: FOURTEEN_DIGITS bytes
+/// Takes    out: FOURTEEN_DIGITS bytes
 inline std::optional<char*> writeFourteenDigits(char* out,
                                                 internal::BrokenDownTime const& t) noexcept {
     if (t.year < 1000 || t.year > 9999) return std::nullopt;

@@ -4,11 +4,11 @@
 
 // The Gregorian calendar in UTC: days to dates, dates to days, and seconds to all six fields.
 //
-// Years begin in March here, so that a leap day is a year's last day and the months' lengths follow
-// one straight line. Both directions work without a table or a loop, in time that does not depend
-// on the date. They are the algorithms of C. Neri and L. Schneider, "Euclidean affine functions and
-// their application to calendar algorithms" (2022), carried out in 64 bits. The seconds that most
-// hosts have fit 32 bits, and need no more to find their century.
+// Years begin in March here. So a leap day is the last day of its year, and one linear function
+// gives the lengths of the months. Both directions use no table and no loop, and take the same time
+// for every date. They are the algorithms of C. Neri and L. Schneider, "Euclidean affine functions
+// and their application to calendar algorithms" (2022), in 64 bits. Seconds from 1970 to 2038 find
+// their century in 32 bits.
 namespace com::halvorin::internal {
 
 inline constexpr long SECONDS_PER_DAY = 86400;
@@ -18,7 +18,7 @@ constexpr long floorDivide(long dividend, long divisor) noexcept {
     return dividend / divisor - (dividend % divisor < 0 ? 1 : 0);
 }
 
-// KEPT(calendar-ends-in-2038): the results' type could hold more; hosts rely on the end.
+// KEPT(calendar-ends-in-2038): the results end here, though their type has 64 bits.
 constexpr bool inCalendarRange(long seconds) noexcept { return seconds >= 0 && seconds <= INT_MAX; }
 
 struct ClockTime {
@@ -29,7 +29,7 @@ struct ClockTime {
 
 /// The result of the calendar routine: seconds since 1970 and an adjustment to them, or -1 if they
 /// leave the range before or after the adjustment.
-/// Takes  days: since 1970, within 2^45; clock: its fields may lie outside their ranges
+/// Takes    days: since 1970, within 2^45; clock: its fields may lie outside their ranges
 constexpr long secondsOf(long days, ClockTime const& clock, long adjustment) noexcept {
     long const secondOfDay = clock.hour * 3600L + clock.minute * 60L + clock.second;
     long const seconds = days * SECONDS_PER_DAY + secondOfDay;
@@ -39,15 +39,15 @@ constexpr long secondsOf(long days, ClockTime const& clock, long adjustment) noe
 
 inline constexpr unsigned long DAYS_PER_ERA = 146097;  // 400 years
 inline constexpr unsigned long YEARS_PER_ERA = 400;
-// Moves every date that six ints can tell to the positive side: 2.4e9 years, where the farthest of
-// them, with all that is carried into its year, is 2.34e9 away.
+// Makes the day number of every date positive that six ints can express. They are 2.4e9 years; the
+// farthest such date, with everything that is carried into its year, is 2.34e9 years away.
 inline constexpr unsigned long ERAS_SHIFTED = 6'000'000;
 // From the shifted origin, 1 March of the year 0 of that many eras before, to 1 January 1970.
 inline constexpr unsigned long DAYS_SHIFTED = ERAS_SHIFTED * DAYS_PER_ERA + 719468;
 inline constexpr unsigned long YEARS_SHIFTED = ERAS_SHIFTED * YEARS_PER_ERA;
 
 /// Days from 1970-01-01 to the first of a month.
-/// Takes  year: within 2.39e9 of 0; month: 1..12
+/// Takes    year: within 2.39e9 of 0; month: 1..12
 constexpr long daysToMonth(long year, int month) noexcept {
     bool const beforeMarch = month <= 2;
     auto const y = static_cast<unsigned long>(year) + YEARS_SHIFTED - (beforeMarch ? 1 : 0);
@@ -58,9 +58,9 @@ constexpr long daysToMonth(long year, int month) noexcept {
     return static_cast<long>(dayOfYears + dayOfMonths - DAYS_SHIFTED);
 }
 
-/// Days from 1970-01-01 to a date whose month and day may be any: what a year or a month cannot
-/// hold goes into the next ones.
-/// Takes  year: the full year; month: from 1; day: from 1; together within 2.39e9 years of 0
+/// Days from 1970-01-01 to a date whose month and day may be any number: months beyond a year and
+/// days beyond a month are carried.
+/// Takes    year: the full year; month: from 1; day: from 1; together within 2.39e9 years of 0
 constexpr long daysToDate(long year, long month, long day) noexcept {
     bool const carries = month < 1 || month > 12;
     long const years = carries ? floorDivide(month - 1, 12) : 0;
@@ -91,16 +91,16 @@ struct DayOfCentury {
 };
 
 /// The century of a day counted from the shifted origin.
-/// Takes  shiftedDay: below 2^62
+/// Takes    shiftedDay: below 2^62
 constexpr DayOfCentury centuryOf(unsigned long shiftedDay) noexcept {
     unsigned long const quarters = 4 * shiftedDay + 3;
     return {static_cast<long>(100 * (quarters / DAYS_PER_ERA) - YEARS_SHIFTED),
             static_cast<unsigned>(quarters % DAYS_PER_ERA / 4)};
 }
 
-/// The date of a day of a century. The century may be longer than a hundred years, as long as each
+/// The date of a day of a century. The century may be longer than a hundred years, as long as every
 /// fourth year is leap.
-/// Takes  place: its day below 2^22
+/// Takes    place: its day below 2^22
 constexpr CivilDate dateOf(DayOfCentury place) noexcept {
     unsigned long const years = 2939745UL * (4 * place.day + 3);           // in units of 2^-32
     unsigned const marchDay = static_cast<unsigned>(years) / 2939745 / 4;  // [0, 365]
@@ -113,7 +113,7 @@ constexpr CivilDate dateOf(DayOfCentury place) noexcept {
 }
 
 /// The date of a day counted from 1970-01-01.
-/// Takes  days: within 2.39e9 years of 0
+/// Takes    days: within 2.39e9 years of 0
 constexpr CivilDate dateOfDay(long days) noexcept {
     return dateOf(centuryOf(static_cast<unsigned long>(days) + DAYS_SHIFTED));
 }
@@ -121,7 +121,7 @@ constexpr CivilDate dateOfDay(long days) noexcept {
 static_assert(daysToMonth(1970, 1) == 0 && daysToMonth(2000, 3) == 11017);
 static_assert(dayOfYear(dateOfDay(0)) == 0 && dayOfYear(dateOfDay(11016)) == 59);
 
-// The seconds that `gmtime_r` has a record for: it holds the years since 1900 in an int.
+// The seconds that `gmtime_r` has a record for: the record has the years since 1900 in an int.
 inline constexpr long FIRST_RECORDED = daysToMonth(1900L + INT_MIN, 1) * SECONDS_PER_DAY;
 inline constexpr long END_OF_RECORDED = daysToMonth(1901L + INT_MAX, 1) * SECONDS_PER_DAY;
 
@@ -136,7 +136,7 @@ struct SecondOfCentury {
     unsigned secondOfDay;  // [0, 86399]
 };
 
-/// Takes  seconds: since 1970, that are recorded
+/// Takes    seconds: since 1970, that are recorded
 constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
     // The century of 1900 goes on until 2100 here, since 2000 was leap.
     if (inCalendarRange(seconds)) {
@@ -150,7 +150,7 @@ constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
     return {centuryOf(shifted / SECONDS), static_cast<unsigned>(shifted % SECONDS)};
 }
 
-/// Takes  secondOfDay: [0, 86399]
+/// Takes    secondOfDay: [0, 86399]
 constexpr ClockTime clockOf(unsigned secondOfDay) noexcept {
     unsigned const minuteOfDay = secondOfDay / 60;
     return {static_cast<int>(minuteOfDay / 60), static_cast<int>(minuteOfDay % 60),
@@ -167,7 +167,7 @@ struct BrokenDownTime {
     int second;  // 0..59
 };
 
-/// What stands for a second that is not recorded: a record that is all zero.
+/// The record of a second for which `gmtime_r` fails: all its fields are zero.
 inline constexpr BrokenDownTime ALL_ZERO_RECORD = {1900, 1, 0, 0, 0, 0};
 
 /// What `gmtime_r` gives for a second, without its process-wide lock and with no leap second under

@@ -40,7 +40,7 @@ void check(long tMin, long tMax, unsigned int ticks, char const* message) {
     if (ticks < 3 || tMax < tMin) throw std::invalid_argument(message);
 }
 
-// Takes  seconds: at most 2^63
+// Takes    seconds: at most 2^63
 constexpr unsigned long roundUpToDays(unsigned long seconds) noexcept {
     return (seconds + DAY - 1) / DAY * DAY;
 }
@@ -79,7 +79,7 @@ constexpr unsigned long secondsToMultiple(long time, unsigned long step) noexcep
     return rest == 0 ? 0 : step - rest;
 }
 
-// Takes  x: from 1 to 2^63
+// Takes    x: from 1 to 2^63
 TimeStep stepOfAxis(float x) noexcept {
     for (TimeStep const& row : TIME_TABLE) {
         if (static_cast<float>(row.step) >= x) return row;
@@ -105,7 +105,7 @@ void makeRoom(std::vector<long>& majors, unsigned long majorCount, std::vector<l
     majors.reserve(majorCount);
 }
 
-// Takes  window.length: below 2^32
+// Takes    window.length: below 2^32
 void listEverySecond(Window const& window, std::vector<long>& majors, std::vector<long>& minors) {
     makeRoom(majors, 2, minors, window.length > 1 ? window.length - 1 : 0);
     majors.push_back(window.at(0));

@@ -39,7 +39,7 @@ void writeDays(std::tm* record, Days const& days) noexcept {
     std::memcpy(static_cast<char*>(start) + offsetof(std::tm, tm_wday), &days, sizeof days);
 }
 
-// Takes  days: since 1970-01-01, which was a Thursday
+// Takes    days: since 1970-01-01, which was a Thursday
 constexpr int dayOfWeek(long days) noexcept { return static_cast<int>((days + 4) % 7); }
 
 bool isOrdinary(std::tm const& record) noexcept {
