@@ -168,6 +168,17 @@ TEST(EscapeString, WritesEachOfThe256Bytes) {
     }
 }
 
+// The longest results, below, at and above the size up to which a result is made on the stack.
+TEST(EscapeString, WritesSixCharactersForEachByte) {
+    ScopedCLocale const scope("C");
+    for (std::size_t size : {1U, 63U, 64U, 65U, 511U, 512U, 513U}) {
+        std::string escaped;
+        for (std::size_t i = 0; i < size; ++i)
+            escaped += "\\u0001";
+        expectPaths(std::string(size, '\x01'), false, escaped);
+    }
+}
+
 TEST(EscapeString, EqualsItsModelOnAnyString) {
     std::mt19937_64 engine = randomEngine();
     std::string const characters[] = {"abcdefgh ", "abcdefghijklmnop\n", "\"\n\t\xE9 x", "p"};

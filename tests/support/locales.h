@@ -6,10 +6,10 @@
 
 namespace testing_support {
 
-/// The locales that the suite brings along, and "C".
+/// "C" and the real locales that the tests build.
 std::vector<std::string> const& allLocales();
 
-/// Those that differ in what they say of bytes; some are like no locale in use.
+/// The locales in which bytes have different classes; some are made up (tests/support/locales).
 std::vector<std::string> const& byteLocales();
 
 /// Sets the C locale (setlocale) for a scope.
