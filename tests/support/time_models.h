@@ -5,8 +5,8 @@
 
 #include <utillibrary/datatypes/xtime.h>
 
-// Texts of times once more, written and read by libc's own functions. These count leap seconds under
-// some time zones: ask for "UTC0" first (support/time_zone.h).
+// Strings of times, written and read by libc's own functions. These count leap seconds in some time
+// zones: set "UTC0" first (support/time_zone.h).
 namespace testing_support {
 
 /// `toString`, with or without option "I".

@@ -7,9 +7,7 @@
 #include "utillibrary/datatypes/xtime.h"
 #include "utillibrary/datatypes/xtime_internal.h"
 #include "utillibrary/datatypes/xtime_readers_internal.h"
-#include "utillibrary/internal/locale.h"
-#include "utillibrary/internal/plain_number.h"
-#include "utillibrary/internal/rounding.h"
+#include "utillibrary/internal/calendar.h"
 
 // The member of xtime_t that reads a string.
 namespace com::halvorin::datatypes {
@@ -17,9 +15,6 @@ namespace com::halvorin::datatypes {
 namespace {
 
 using namespace com::halvorin::internal;
-
-constexpr int SECONDS_PER_HOUR = 3600;
-constexpr int SECONDS_PER_MINUTE = 60;
 
 // How many bytes of the whole string, of the time of day with its zone, and of the zone count.
 constexpr std::size_t MOST_BYTES = 63;

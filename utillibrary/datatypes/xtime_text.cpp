@@ -6,9 +6,8 @@
 #include "utillibrary/datatypes/xtime_conversions.h"
 #include "utillibrary/datatypes/xtime_internal.h"
 #include "utillibrary/datatypes/xtime_writers_internal.h"
+#include "utillibrary/internal/calendar.h"
 #include "utillibrary/internal/decimal.h"
-#include "utillibrary/internal/locale.h"
-#include "utillibrary/internal/rounding.h"
 #include "utillibrary/internal/wrapping.h"
 
 // The members of xtime_t that write strings.
@@ -18,11 +17,8 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-constexpr unsigned SECONDS_PER_HOUR = 3600;
-constexpr unsigned SECONDS_PER_MINUTE = 60;
-
 char* writeZone(char* out, int offsetSeconds) noexcept {
-    // KEPT(offset-of-a-day-is-silent): no report, and no zone; the time is shifted all the same.
+    // KEPT(offset-of-a-day-is-silent): no zone and no report; the time is shifted.
     if (offsetSeconds <= -SECONDS_PER_DAY || offsetSeconds >= SECONDS_PER_DAY) return out;
     if (offsetSeconds == 0) {
         *out++ = 'Z';

@@ -11,6 +11,8 @@
 // their century in 32 bits.
 namespace com::halvorin::internal {
 
+inline constexpr int SECONDS_PER_MINUTE = 60;
+inline constexpr int SECONDS_PER_HOUR = 3600;
 inline constexpr long SECONDS_PER_DAY = 86400;
 
 /// The quotient rounded down, for a positive divisor.
@@ -31,7 +33,8 @@ struct ClockTime {
 /// leave the range before or after the adjustment.
 /// Takes    days: since 1970, within 2^45; clock: its fields may lie outside their ranges
 constexpr long secondsOf(long days, ClockTime const& clock, long adjustment) noexcept {
-    long const secondOfDay = clock.hour * 3600L + clock.minute * 60L + clock.second;
+    long const secondOfDay = long{clock.hour} * SECONDS_PER_HOUR +
+                             long{clock.minute} * SECONDS_PER_MINUTE + clock.second;
     long const seconds = days * SECONDS_PER_DAY + secondOfDay;
     bool const inRange = inCalendarRange(seconds) && inCalendarRange(seconds + adjustment);
     return inRange ? seconds + adjustment : -1;
