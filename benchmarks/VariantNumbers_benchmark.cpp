@@ -309,7 +309,7 @@ void addTextToInt() {
     operation.peer("Qt", prepared(textAsQVariant, [](QVariant const& v) { return v.toInt(); }));
 #endif
 
-    // What only the general road reads: the libraries above take no trailing characters.
+    // The libraries above accept no trailing characters.
     Operation const general("text to int, blanks and a unit",
                             pool([](Random& random) { return "  " + intText(random) + " km"; }),
                             wanted);

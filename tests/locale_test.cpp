@@ -9,7 +9,6 @@
 #include "support/writing_locales.h"
 
 using com::halvorin::internal::decimalPointIsDot;
-using com::halvorin::internal::globalLocaleIsClassic;
 using com::halvorin::internal::isClassic;
 using com::halvorin::internal::singleDecimalPoint;
 using com::halvorin::internal::standardReadingFacets;
@@ -56,10 +55,10 @@ TEST(Locale, TellsTheClassicLocaleFromEachOther) {
     ScopedCLocale const c("de_DE.UTF-8");
     {
         ScopedCppLocale const cpp(classic);
-        EXPECT_TRUE(globalLocaleIsClassic());
+        EXPECT_TRUE(isClassic(std::locale()));
     }
     ScopedCppLocale const cpp(combined);
-    EXPECT_FALSE(globalLocaleIsClassic());
+    EXPECT_FALSE(isClassic(std::locale()));
 }
 
 TEST(Locale, TellsTheFacetsOfTheLibraryFromThoseOfAHost) {

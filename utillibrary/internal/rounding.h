@@ -28,9 +28,6 @@ inline unsigned arithmeticRounding() noexcept { return __builtin_ia32_stmxcsr() 
 /// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
 inline bool decimalsRoundToNearest() noexcept { return decimalRounding() == 0; }
 
-/// True if sums, products and conversions of float and double round to the nearest.
-inline bool arithmeticRoundsToNearest() noexcept { return arithmeticRounding() == 0; }
-
 /// True if libc and arithmetic round in the same direction. Then an operation on exact operands
 /// gives what libc gives, since both round the same exact result once.
 inline bool arithmeticRoundsAsDecimals() noexcept {
@@ -42,17 +39,9 @@ inline bool arithmeticRoundsAsDecimals() noexcept {
 /// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
 inline bool decimalsRoundToNearest() noexcept { return std::fegetround() == FE_TONEAREST; }
 
-/// True if sums, products and conversions of float and double round to the nearest.
-inline bool arithmeticRoundsToNearest() noexcept { return decimalsRoundToNearest(); }
-
 /// True, because there is one word.
 inline bool arithmeticRoundsAsDecimals() noexcept { return true; }
 
 #endif
-
-/// True if both do. Code that reads or writes decimals by floating arithmetic needs both.
-inline bool roundsToNearest() noexcept {
-    return decimalsRoundToNearest() && arithmeticRoundsToNearest();
-}
 
 }  // namespace com::halvorin::internal
