@@ -5,14 +5,15 @@ set(monitor_dir "${PROJECT_SOURCE_DIR}/examples/monitor")
 # One program for all units: the sources are compiled once.
 utillibrary_test_program(monitor_test monitor/averages_test.cpp)
 target_include_directories(monitor_test PRIVATE "${monitor_dir}")
-foreach(unit IN ITEMS chart chart_options history line_reader number_text option_values output
-    printable reading reading_line reading_log replay schedule svg table time_axis)
+foreach(unit IN ITEMS chart chart_options history line_reader log_progress number_text
+    option_values output printable reading reading_line reading_log replay schedule svg table time_axis)
   target_sources(monitor_test PRIVATE monitor/${unit}_test.cpp)
 endforeach()
 foreach(source IN ITEMS
     chart/chart chart/chart_options chart/history chart/time_axis
     plugins/svg
-    program/log_hook program/option_values program/output program/printable program/schedule
+    program/log_hook program/log_progress program/option_values program/output
+    program/printable program/schedule
     readings/averages readings/descriptor readings/line_reader readings/number_text
     readings/reading
     readings/reading_line readings/reading_log readings/replay
@@ -61,7 +62,7 @@ set(monitor_environment
   "CXX=${CMAKE_CXX_COMPILER}"
   "TZ=Pacific/Kiritimati"
   "${leak_options}")
-foreach(name IN ITEMS averages chart ending log options plugins progress replay table)
+foreach(name IN ITEMS averages chart ending log options plugins progress replay table terminal)
   add_test(NAME monitor.${name}
     COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor/${name}.bats")
   set_tests_properties(monitor.${name} PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300

@@ -30,10 +30,15 @@ public:
     /// Fails    as `show` does.
     bool begin(com::halvorin::datatypes::Variant const& free);
 
-    /// Shows the row of a reading. `begin` comes first.
+    /// Shows the row of a reading. `begin` comes first. On a terminal the header is shown again
+    /// before it leaves the screen, and cells that have no room are left out.
     /// Gives    what `show` returns.
     /// Fails    as `show` does.
     bool showRow(Reading const& reading);
+
+    /// Says that a message was written to standard error. It may have moved the header up.
+    /// Fails    never.
+    void noteMessage(std::string const& message) noexcept;
 
     /// Adds a reading to the averages and to the chart.
     /// Takes    span: the time that the reading covers.
@@ -53,9 +58,12 @@ public:
     bool hasBegun() const noexcept { return table_.has_value(); }
 
 private:
+    bool showHeader();
+
     std::function<bool(std::string const&)> show_;
     int offsetSeconds_;
     std::optional<Table> table_;
+    unsigned long lines_ = 0;  // on the terminal, from the last header on
     Averages averages_;
     std::unique_ptr<ChartFile> chart_;  // null if no chart is asked for
 };

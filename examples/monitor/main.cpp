@@ -1,4 +1,5 @@
 // Watches this machine: a host program of utillibrary. Readings become a table, a log and a chart.
+#include <climits>
 #include <exception>
 #include <optional>
 #include <string>
@@ -11,8 +12,10 @@
 
 #include "display.h"
 #include "program/interruption.h"
+#include "program/log_progress.h"
 #include "program/options.h"
 #include "program/output.h"
+#include "program/printable.h"
 #include "program/watch.h"
 #include "readings/reading.h"
 #include "readings/reading_line.h"
@@ -27,6 +30,23 @@ using namespace monitor;
 
 constexpr int FAILED = 1;
 constexpr int WRONG_OPTIONS = 2;
+
+// The titles of charts.
+constexpr char const* USUAL_TITLE = "Processor, memory and disk in use";
+constexpr char const* TITLE_AFTER_NAME = ": processor, memory and disk in use";
+
+// "HOST: processor, memory and disk in use"
+std::string titleOfThisMachine() {
+    char name[HOST_NAME_MAX + 1] = {};  // gethostname need not end a name that fills it
+    if (gethostname(name, HOST_NAME_MAX) != 0) return USUAL_TITLE;
+    return printable(name) + TITLE_AFTER_NAME;
+}
+
+// The options, with the title of the chart if none is given.
+Options withTitle(Options options, std::string const& title) {
+    if (options.chart.title.empty()) options.chart.title = title;
+    return options;
+}
 
 // Shows readings of this machine, and appends them to the log if there is one.
 void showMachine(Options const& options) {
@@ -48,62 +68,86 @@ void showMachine(Options const& options) {
             display.drawChart();
             return true;
         },
+        [&](std::string const& message) {
+            say(message);
+            display.noteMessage(message);
+        },
     };
     watch(options, interruption, watcher);
     display.end();
     eraseProgress();
 }
 
-// Reports malformed lines: each of the first ones, and the number of the others.
-class MalformedLines {
+// Shows the readings of a log. A reading covers the time since the reading of the line before.
+class LogView {
 public:
-    explicit MalformedLines(std::string path) : path_(std::move(path)) {}
+    explicit LogView(Options const& options)
+        : path_(options.replayPath), display_(options, [this](std::string const& row) {
+              rows_ += row;
+              return true;
+          }) {}
 
-    void add(unsigned long line, Malformed const& wrong) {
-        if (++count_ > MOST_MESSAGES) return;
-        say(path_ + ":" + std::to_string(line) + ": " + wrong.reason);
+    /// Gives    the exit status.
+    int show() {
+        replay(path_, {[this](Reading const& reading) { use(reading); },
+                       [this](unsigned long line, Malformed const& wrong) { refuse(line, wrong); },
+                       [this](unsigned long bytes, unsigned long size) { pause(bytes, size); }});
+        if (malformed_ > MOST_MESSAGES) {
+            unsigned long const more = malformed_ - MOST_MESSAGES;
+            report(path_ + ": " + std::to_string(more) + " more malformed line" +
+                   (more == 1 ? "" : "s"));
+        }
+        display_.drawChart();
+        if (!display_.hasBegun()) display_.begin(Variant());
+        display_.end();
+        progress_.erase();
+        flush();
+        return malformed_ == 0 ? 0 : FAILED;
     }
-
-    void end() const {
-        if (count_ <= MOST_MESSAGES) return;
-        unsigned long const more = count_ - MOST_MESSAGES;
-        say(path_ + ": " + std::to_string(more) + " more malformed line" + (more == 1 ? "" : "s"));
-    }
-
-    unsigned long count() const noexcept { return count_; }
 
 private:
     static constexpr unsigned long MOST_MESSAGES = 20;
 
-    std::string path_;
-    unsigned long count_ = 0;
-};
+    void use(Reading const& reading) {
+        if (!display_.hasBegun()) display_.begin(reading.free);
+        display_.showRow(reading);
+        xtime_t const before = before_.value_or(reading.time);
+        display_.add(reading, reading.time.toTime_point() - before.toTime_point());
+        before_ = reading.time;
+    }
 
-// Shows the readings of a log. A reading covers the time since the reading of the line before.
-// Gives the exit status.
-int showLog(Options const& options) {
-    Display display(options, [](std::string const& row) {
-        print(row);
-        return true;
-    });
-    std::optional<xtime_t> before;
-    MalformedLines malformed(options.replayPath);
-    replay(
-        options.replayPath,
-        [&](Reading const& reading) {
-            if (!display.hasBegun()) display.begin(reading.free);
-            display.showRow(reading);
-            display.add(reading,
-                        reading.time.toTime_point() - before.value_or(reading.time).toTime_point());
-            before = reading.time;
-        },
-        [&](unsigned long line, Malformed const& wrong) { malformed.add(line, wrong); });
-    malformed.end();
-    display.drawChart();
-    if (!display.hasBegun()) display.begin(Variant());
-    display.end();
-    return malformed.count() == 0 ? 0 : FAILED;
-}
+    void refuse(unsigned long line, Malformed const& wrong) {
+        if (++malformed_ > MOST_MESSAGES) return;
+        report(path_ + ":" + std::to_string(line) + ": " + wrong.reason);
+    }
+
+    // The next piece of a log may be long in coming, from a pipe. So all rows are shown before.
+    void pause(unsigned long bytes, unsigned long size) {
+        flush();
+        progress_.show(bytes, size);
+    }
+
+    void report(std::string const& message) {
+        flush();
+        progress_.erase();
+        say(message);
+        display_.noteMessage(message);
+    }
+
+    void flush() {
+        if (isTerminal_) progress_.erase();
+        if (!rows_.empty()) print(rows_);
+        rows_.clear();
+    }
+
+    std::string path_;
+    bool isTerminal_ = isatty(STDOUT_FILENO) != 0;
+    std::string rows_;  // not shown yet: one write for many rows is faster
+    Display display_;
+    LogProgress progress_;
+    std::optional<xtime_t> before_;
+    unsigned long malformed_ = 0;
+};
 
 int run(int argc, char** argv) {
     auto const commandLine = parseCommandLine(argc, argv);
@@ -116,8 +160,11 @@ int run(int argc, char** argv) {
         return 0;
     }
     auto const& options = std::get<Options>(commandLine);
-    if (!options.replayPath.empty()) return showLog(options);
-    showMachine(options);
+    if (!options.replayPath.empty()) {
+        // A log does not say which machine wrote it.
+        return LogView(withTitle(options, USUAL_TITLE)).show();
+    }
+    showMachine(withTitle(options, titleOfThisMachine()));
     return 0;
 }
 

@@ -34,6 +34,19 @@ std::string cell(std::string_view text, std::size_t width) {
     return std::string(2 + padding, ' ').append(text);
 }
 
+// A row of cells, as many of them as the width has room for. Spaces at its end are removed.
+template <typename Cells>
+std::string joined(std::string row, Cells const& cells, std::size_t width) {
+    if (width == 0) width = std::string::npos;
+    for (std::string const& next : cells) {
+        if (row.size() + next.size() > width) break;
+        row += next;
+    }
+    if (row.size() > width) row.resize(width);
+    row.erase(row.find_last_not_of(' ') + 1);
+    return row + "\n";
+}
+
 // "1+02:03:04": days, then the remaining seconds as a time of day. The library writes that time for
 // the same number of seconds since 1970.
 std::string daysAndTime(Variant const& seconds) {
@@ -58,37 +71,35 @@ ByteUnit byteUnitFor(Variant const& bytes) {
 Table::Table(int offsetSeconds, ByteUnit freeUnit)
     : offsetSeconds_(offsetSeconds), freeUnit_(freeUnit) {}
 
-std::string Table::header() const {
-    std::string text = "time";
-    text.resize(timeText(xtime_t()).size(), ' ');
-    for (std::string_view const heading : {PROCESSOR, MEMORY, DISK})
-        text += cell(heading, 0);
-    text += cell(FREE, 0);
-    text += freeUnit_.name;
-    return text + cell(UPTIME, 0) + "\n";
+std::string Table::header(std::size_t width) const {
+    std::string first = "time";
+    first.resize(timeText(xtime_t()).size(), ' ');
+    return joined(first,
+                  Cells{cell(PROCESSOR, 0), cell(MEMORY, 0), cell(DISK, 0),
+                        cell(std::string(FREE) + freeUnit_.name, 0), cell(UPTIME, 0)},
+                  width);
 }
 
-std::string Table::row(Reading const& reading) const {
-    return timeText(reading.time) + cells(reading) + "\n";
+std::string Table::row(Reading const& reading, std::size_t width) const {
+    return joined(timeText(reading.time), cells(reading), width);
 }
 
-std::string Table::averageRow(Reading const& mean, std::chrono::duration<double> span) const {
+std::string Table::averageRow(Reading const& mean, std::chrono::duration<double> span,
+                              std::size_t width) const {
     double const seconds = span.count();
     // From a day on the fraction is of no interest, and has no room.
-    std::string row =
+    std::string first =
         "average over " + to_string(seconds, seconds < SECONDS_PER_DAY ? "%.3f" : "%.0f") + " s";
-    row.resize(std::max(row.size(), timeText(xtime_t()).size()), ' ');
-    row += cells(mean);
-    row.erase(row.find_last_not_of(' ') + 1);
-    return row + "\n";
+    first.resize(std::max(first.size(), timeText(xtime_t()).size()), ' ');
+    return joined(first, cells(mean), width);
 }
 
-std::string Table::cells(Reading const& reading) const {
-    return cell(oneDecimal(reading.processor), PROCESSOR.size()) +
-           cell(oneDecimal(reading.memory), MEMORY.size()) +
-           cell(oneDecimal(reading.disk), DISK.size()) +
-           cell(oneDecimal(reading.free, freeUnit_.bytes), FREE.size() + UNIT_SIZE) +
-           cell(daysAndTime(reading.uptime), UPTIME.size());
+Table::Cells Table::cells(Reading const& reading) const {
+    return {cell(oneDecimal(reading.processor), PROCESSOR.size()),
+            cell(oneDecimal(reading.memory), MEMORY.size()),
+            cell(oneDecimal(reading.disk), DISK.size()),
+            cell(oneDecimal(reading.free, freeUnit_.bytes), FREE.size() + UNIT_SIZE),
+            cell(daysAndTime(reading.uptime), UPTIME.size())};
 }
 
 std::string Table::timeText(xtime_t const& time) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <string>
 
 #include "readings/reading.h"
@@ -19,6 +21,9 @@ struct ByteUnit {
 ByteUnit byteUnitFor(com::halvorin::datatypes::Variant const& bytes);
 
 // Readings as rows of text. Numbers are written by `oneDecimal`, times by xtime_t::toString.
+//
+// A row is never wider than a width that the caller gives: cells that have no room are left out,
+// from the right. If even the time has no room, it is cut. A width of 0 is no limit.
 class Table {
 public:
     /// Takes    offsetSeconds: the zone of the times, east of UTC, less than a day; freeUnit: the
@@ -28,20 +33,23 @@ public:
 
     /// The row of headings with their units. It ends with a newline, as all rows do.
     /// Fails    never, save std::bad_alloc.
-    std::string header() const;
+    std::string header(std::size_t width = 0) const;
 
     /// The row of a reading.
     /// Fails    never, save std::bad_alloc.
-    std::string row(Reading const& reading) const;
+    std::string row(Reading const& reading, std::size_t width = 0) const;
 
     /// The last row: averages, with the time that they cover in the first column.
     /// Takes    mean: a value that is Unknown has an empty cell.
     /// Fails    never, save std::bad_alloc.
-    std::string averageRow(Reading const& mean, std::chrono::duration<double> span) const;
+    std::string averageRow(Reading const& mean, std::chrono::duration<double> span,
+                           std::size_t width = 0) const;
 
 private:
+    using Cells = std::array<std::string, 5>;
+
     std::string timeText(com::halvorin::datatypes::xtime_t const& time) const;
-    std::string cells(Reading const& reading) const;
+    Cells cells(Reading const& reading) const;
 
     int offsetSeconds_;
     ByteUnit freeUnit_;

@@ -131,16 +131,26 @@ png_size() {
 }
 
 @test "a live reading and its replay give the same texts" {
-    "$MONITOR" --count 1 --interval 0.1 --chart live.svg --log readings.log >/dev/null
-    "$MONITOR" --replay readings.log --chart replayed.svg >/dev/null
+    "$MONITOR" --count 1 --interval 0.1 --chart live.svg --title load --log readings.log >/dev/null
+    "$MONITOR" --replay readings.log --chart replayed.svg --title load >/dev/null
     diff <(ask live.svg '//text()' | sed '/{/d') <(ask replayed.svg '//text()' | sed '/{/d')
     [ "$(ask live.svg "count($TEXTS)")" -gt 10 ]
 }
 
 @test "a value that could not be read is null in the chart" {
     "$MONITOR" --count 2 --interval 0.05 --chart chart.svg --path /nowhere >/dev/null 2>&1
-    [ "$(ask chart.svg "${TEXTS}[last()]/text()")" = null ]
+    [ "$(ask chart.svg "${TEXTS}[@font-weight][last()]/text()")" = null ]
     [[ $(ask chart.svg "string($SVG/*[@id=\"description\"])") == *"; disk without a value." ]]
+}
+
+@test "the title is that of --title, or names the machine of live readings" {
+    write_log
+    "$MONITOR" --replay readings.log --chart chart.svg --title 'A & B' >/dev/null
+    [ "$(ask chart.svg "string($SVG/*[@id=\"title\"])")" = "A & B" ]
+    "$MONITOR" --count 1 --interval 0.001 --chart chart.svg >/dev/null
+    title="$(uname -n): processor, memory and disk in use"
+    [ "$(ask chart.svg "string($SVG/*[@id=\"title\"])")" = "$title" ]
+    "$MONITOR" --count 1 --interval 0.001 --chart chart.png --title "$(printf '%050d' 0)€" >/dev/null
 }
 
 @test "the chart of an empty log says that there are no readings" {

@@ -33,6 +33,12 @@ class DrawingOfAChart : public testing::Test {
     testing_support::ScopedLocale locale_{"C"};
 };
 
+constexpr char const* TITLE = "Processor, memory and disk in use";
+
+Drawing chartOf(History const& history, int offsetSeconds) {
+    return drawChart(history, offsetSeconds, TITLE);
+}
+
 History historyOf(std::vector<Reading> const& readings, std::chrono::seconds window = 60s) {
     History history(window);
     for (Reading const& reading : readings)
@@ -48,11 +54,13 @@ std::vector<std::string> textsOf(Drawing const& drawing, double size) {
     return texts;
 }
 
-// The lines of a role, without dots, and without the last one, which leads to the last value.
+// The lines of a role, without dots and marks, and without the last one, which leads to the last
+// value.
 std::vector<Drawing::Line> pathsOf(Drawing const& drawing, MonitorChartRole role) {
     std::vector<Drawing::Line> lines;
     for (Drawing::Line const& line : drawing.lines) {
-        if (line.role == role && line.stroke.width != 7) lines.push_back(line);
+        bool const isPath = line.stroke.width != 7 && line.stroke.width != 3;
+        if (line.role == role && isPath) lines.push_back(line);
     }
     if (!lines.empty()) lines.pop_back();
     return lines;
@@ -69,8 +77,8 @@ std::vector<Point> dotsOf(Drawing const& drawing, MonitorChartRole role) {
 MATCHER_P2(IsAt, x, y, "") { return std::abs(arg.x - x) < 1e-6 && std::abs(arg.y - y) < 1e-6; }
 
 TEST_F(DrawingOfAChart, SaysThatThereIsNoReading) {
-    Drawing const drawing = drawChart(History(60s), 0);
-    EXPECT_EQ(drawing.title, "Processor, memory and disk in use");
+    Drawing const drawing = chartOf(History(60s), 0);
+    EXPECT_EQ(drawing.title, TITLE);
     EXPECT_EQ(drawing.description, "A line chart without a reading.");
     EXPECT_THAT(textsOf(drawing, 20), ElementsAre(drawing.title));
     EXPECT_THAT(textsOf(drawing, 13), ElementsAre("no readings"));
@@ -80,7 +88,7 @@ TEST_F(DrawingOfAChart, SaysThatThereIsNoReading) {
 }
 
 TEST_F(DrawingOfAChart, EndsAtTheLatestReading) {
-    Drawing const drawing = drawChart(
+    Drawing const drawing = chartOf(
         historyOf({readingAt(NOON, 0.0F, 25.0F, 0.0F), readingAt(NOON + 30, 100.0F, 50.0F, 75.0F),
                    readingAt(NOON + 60, 50.0F, 50.0F, 100.0F)}),
         0);
@@ -106,7 +114,7 @@ TEST_F(DrawingOfAChart, EndsAtTheLatestReading) {
 }
 
 TEST_F(DrawingOfAChart, ShowsTheLastValuesBesideTheirLines) {
-    Drawing const drawing = drawChart(historyOf({readingAt(NOON, 12.34F, null(), 100.0F)}), 3600);
+    Drawing const drawing = chartOf(historyOf({readingAt(NOON, 12.34F, null(), 100.0F)}), 3600);
     EXPECT_THAT(textsOf(drawing, 14),
                 ElementsAre("cpu", "12.3 %", "memory", "null", "disk", "100.0 %"));
     EXPECT_THAT(textsOf(drawing, 13), ElementsAre("1 minute to 13:00:00 UTC+01:00"));
@@ -118,9 +126,9 @@ TEST_F(DrawingOfAChart, ShowsTheLastValuesBesideTheirLines) {
 
 TEST_F(DrawingOfAChart, DescribesRangesAndValuesThatBecameNull) {
     Drawing const drawing =
-        drawChart(historyOf({readingAt(NOON, 20.0F), readingAt(NOON + 1, 5.0F),
-                             readingAt(NOON + 2, 10.0F), readingAt(NOON + 3, null(), 39.5F)}),
-                  0);
+        chartOf(historyOf({readingAt(NOON, 20.0F), readingAt(NOON + 1, 5.0F),
+                           readingAt(NOON + 2, 10.0F), readingAt(NOON + 3, null(), 39.5F)}),
+                0);
     EXPECT_EQ(drawing.description,
               "A line chart of 4 readings, the last at 2024-03-05T12:00:03.000Z, over 1 minute. "
               "In percent: cpu from 5.0 to 20.0, last null; memory from 39.5 to 40.0, last 39.5; "
@@ -140,22 +148,23 @@ SubtitleFact const SUBTITLE_FACTS[] = {
     {61, 35999, "61 seconds to 21:59:59 UTC+09:59"},
     {90 * 60, 36000, "90 minutes to 22:00:00 UTC+10:00"},
     {3600, -19800, "1 hour to 06:30:00 UTC-05:30"},
-    {86400, 86340, "1 day to 11:59:00 UTC+23:59"},
-    {90000, 0, "25 hours to 12:00:00 UTC"},
-    {2592000, 0, "30 days to 12:00:00 UTC"},
+    {86399, 0, "86399 seconds to 12:00:00 UTC"},
+    {86400, 86340, "1 day to 6 Mar 2024, 11:59 UTC+23:59"},
+    {90000, 0, "25 hours to 5 Mar 2024, 12:00 UTC"},
+    {2592000, 0, "30 days to 5 Mar 2024, 12:00 UTC"},
 };
 
 TEST_F(DrawingOfAChart, ShowsItsWindowAndZone) {
     for (SubtitleFact const& row : SUBTITLE_FACTS) {
-        Drawing const drawing = drawChart(historyOf({readingAt(xtime_t(NOON, 999'000'000), 1.0F)},
-                                                    std::chrono::seconds(row.window)),
-                                          row.offsetSeconds);
+        Drawing const drawing = chartOf(historyOf({readingAt(xtime_t(NOON, 999'000'000), 1.0F)},
+                                                  std::chrono::seconds(row.window)),
+                                        row.offsetSeconds);
         EXPECT_THAT(textsOf(drawing, 13), ElementsAre(row.subtitle));
     }
 }
 
 TEST_F(DrawingOfAChart, InterruptsALineWhereThereIsNoValue) {
-    Drawing const drawing = drawChart(
+    Drawing const drawing = chartOf(
         historyOf({readingAt(NOON, 0.0F), readingAt(NOON + 10, 0.0F), readingAt(NOON + 20, null()),
                    readingAt(NOON + 30, 100.0F), readingAt(NOON + 40, null()),
                    readingAt(NOON + 50, 50.0F), readingAt(NOON + 60, 50.0F)}),
@@ -183,15 +192,15 @@ TEST_F(DrawingOfAChart, InterruptsALineWhereReadingsAreMissing) {
         std::vector<Reading> readings;
         for (long const second : seconds)
             readings.push_back(readingAt(NOON + second, 1.0F));
-        Drawing const drawing = drawChart(historyOf(readings), 0);
+        Drawing const drawing = chartOf(historyOf(readings), 0);
         EXPECT_EQ(pathsOf(drawing, MONITOR_CHART_PROCESSOR).size(), paths) << seconds.back();
     }
 }
 
 TEST_F(DrawingOfAChart, HasNoDotForALineThatEndsBeforeTheEdge) {
-    Drawing const drawing = drawChart(historyOf({readingAt(NOON, 0.0F), readingAt(NOON + 30, 50.0F),
-                                                 readingAt(NOON + 60, null())}),
-                                      0);
+    Drawing const drawing = chartOf(historyOf({readingAt(NOON, 0.0F), readingAt(NOON + 30, 50.0F),
+                                               readingAt(NOON + 60, null())}),
+                                    0);
     EXPECT_THAT(dotsOf(drawing, MONITOR_CHART_PROCESSOR), IsEmpty());
     EXPECT_THAT(dotsOf(drawing, MONITOR_CHART_MEMORY), ElementsAre(IsAt(760, 235.2)));
 }
@@ -201,23 +210,91 @@ TEST_F(DrawingOfAChart, ShowsTheMeanOfReadingsOfOneMomentOnABand) {
         historyOf({readingAt(NOON, 0.0F), readingAt(NOON + 1, 100.0F), readingAt(NOON + 2, 50.0F),
                    readingAt(NOON + 3600, 0.0F), readingAt(NOON + 3601, 75.0F)},
                   7200s);
-    Drawing const drawing = drawChart(history, 0);
+    Drawing const drawing = chartOf(history, 0);
     auto const cpu = pathsOf(drawing, MONITOR_CHART_PROCESSOR);
     ASSERT_EQ(cpu.size(), 1);
-    // The line ends at the last value.
     double const start = 760 - 3599 * 696 / 7200.0;
-    EXPECT_THAT(cpu[0].points, ElementsAre(IsAt(start, 210), IsAt(760, 147)));
-    ASSERT_EQ(drawing.areas.size(), 2);
+    // The line ends at the mean. The last reading, 75 %, is a dot.
+    EXPECT_THAT(cpu[0].points, ElementsAre(IsAt(start, 210), IsAt(760, 241.5)));
+    EXPECT_THAT(dotsOf(drawing, MONITOR_CHART_PROCESSOR), ElementsAre(IsAt(760, 147)));
+    // There is no second shade below the line.
+    ASSERT_EQ(drawing.areas.size(), 1);
     EXPECT_THAT(drawing.areas[0].points,
                 ElementsAre(IsAt(start, 84), IsAt(760, 147), IsAt(760, 336), IsAt(start, 336)));
-    EXPECT_GT(drawing.areas[0].opacity, drawing.areas[1].opacity);
+    EXPECT_THAT(textsOf(drawing, 12),
+                testing::Contains("line: mean, band: lowest to highest, dot: last reading"));
     EXPECT_THAT(drawing.description, testing::StartsWith("A line chart of 5 readings, "));
     EXPECT_THAT(drawing.description, testing::HasSubstr("cpu from 0.0 to 100.0, last 75.0;"));
 }
 
+TEST_F(DrawingOfAChart, HasNoNotesWithoutABandOrAMark) {
+    Drawing const drawing =
+        chartOf(historyOf({readingAt(NOON, 0.0F), readingAt(NOON + 60, 100.0F)}), 0);
+    for (char const* const note : {"band", "cut off"}) {
+        EXPECT_THAT(textsOf(drawing, 12), testing::Each(testing::Not(testing::HasSubstr(note))));
+    }
+}
+
+// Marks of values above 100 %: lines of width 3, each with an arrow.
+std::vector<Drawing::Line> marksOf(Drawing const& drawing) {
+    std::vector<Drawing::Line> marks;
+    for (Drawing::Line const& line : drawing.lines) {
+        if (line.stroke.width == 3) marks.push_back(line);
+    }
+    return marks;
+}
+
+TEST_F(DrawingOfAChart, MarksEachStretchOfValuesAbove100Percent) {
+    std::vector<Reading> readings;
+    float const disks[] = {100, 100.1F, 101, 100.5F, 100, 100, 102};
+    for (long i = 0; i < 7; ++i)
+        readings.push_back(readingAt(NOON + 10 * i, 1.0F, 1.0F, disks[i]));
+    Drawing const drawing = chartOf(historyOf(readings), 0);
+    auto const marks = marksOf(drawing);
+    ASSERT_EQ(marks.size(), 2);
+    EXPECT_EQ(marks[0].role, MONITOR_CHART_DISK);
+    EXPECT_THAT(marks[0].points, ElementsAre(IsAt(180, 79), IsAt(412, 79)));
+    EXPECT_THAT(marks[1].points, ElementsAre(IsAt(760, 79), IsAt(760, 79)));
+    // The arrows are at the highest values, and one is in the note.
+    std::vector<double> tips;
+    for (Drawing::Area const& area : drawing.areas) {
+        if (area.points.size() == 3) tips.push_back(area.points[1].x);
+    }
+    ASSERT_EQ(tips.size(), 3);
+    EXPECT_NEAR(tips[0], 296, 1e-6);
+    EXPECT_NEAR(tips[1], 760, 1e-6);
+    EXPECT_THAT(textsOf(drawing, 12), testing::Contains("above 100 %, cut off"));
+    EXPECT_THAT(drawing.description, testing::HasSubstr("disk from 100.0 to 102.0, last 102.0"));
+}
+
+TEST_F(DrawingOfAChart, HasNoMarkAt100Percent) {
+    Drawing const drawing =
+        chartOf(historyOf({readingAt(NOON, 100.0F), readingAt(NOON + 60, 100.0F)}), 0);
+    EXPECT_THAT(marksOf(drawing), IsEmpty());
+}
+
+TEST_F(DrawingOfAChart, HasASmallerFontForALongTitle) {
+    struct {
+        std::string title;
+        double size;
+    } const facts[] = {
+        {"a", 20},
+        {std::string(67, 'a'), 20},
+        {std::string(100, 'a'), 912 / 68.0},
+        {"\xe2\x82\xac", 20},
+    };
+    for (auto const& [title, size] : facts) {
+        SCOPED_TRACE(title);
+        Drawing const drawing = drawChart(History(60s), 0, title);
+        EXPECT_EQ(drawing.title, title);
+        EXPECT_NEAR(drawing.texts[5].size, size, 1e-6);
+        EXPECT_EQ(drawing.texts[5].text, title);
+    }
+}
+
 TEST_F(DrawingOfAChart, KeepsValuesWithinTheChart) {
     Drawing const drawing =
-        drawChart(historyOf({readingAt(NOON, -5.0F), readingAt(NOON + 60, 250.0F)}), 0);
+        chartOf(historyOf({readingAt(NOON, -5.0F), readingAt(NOON + 60, 250.0F)}), 0);
     auto const cpu = pathsOf(drawing, MONITOR_CHART_PROCESSOR);
     ASSERT_EQ(cpu.size(), 1);
     EXPECT_THAT(cpu[0].points, ElementsAre(IsAt(64, 336), IsAt(760, 84)));
@@ -243,7 +320,7 @@ TEST_F(DrawingOfAChart, KeepsNamesApart) {
     for (SpreadFact const& row : SPREAD_FACTS) {
         SCOPED_TRACE(row.fact);
         Drawing const drawing =
-            drawChart(historyOf({readingAt(NOON, row.processor, row.memory, row.disk)}), 0);
+            chartOf(historyOf({readingAt(NOON, row.processor, row.memory, row.disk)}), 0);
         std::vector<double> heights;
         for (Drawing::Text const& text : drawing.texts) {
             if (text.size == 14 && text.anchor == MONITOR_CHART_START) {
@@ -258,7 +335,7 @@ TEST_F(DrawingOfAChart, KeepsNamesApart) {
 
 TEST_F(DrawingOfAChart, StaysWithinThePicture) {
     std::mt19937_64 random = testing_support::randomEngine();
-    auto const percent = [&] { return Variant(static_cast<float>(random() % 1001) / 10); };
+    auto const percent = [&] { return Variant(static_cast<float>(random() % 1101) / 10); };
     for (long window = 5; window <= 2592000; window = window * 3 / 2 + 1) {
         SCOPED_TRACE(window);
         History history{std::chrono::seconds(window)};
@@ -267,11 +344,11 @@ TEST_F(DrawingOfAChart, StaysWithinThePicture) {
                                static_cast<unsigned int>(random() % 1000) * 1'000'000);
             history.add(readingAt(time, percent(), percent(), percent()));
         }
-        Drawing const drawing = drawChart(history, 19800);
+        Drawing const drawing = chartOf(history, 19800);
         for (Drawing::Line const& line : drawing.lines) {
             for (Point const& point : line.points) {
                 ASSERT_TRUE(point.x >= 64 && point.x <= 800) << point.x;
-                ASSERT_TRUE(point.y >= 84 && point.y <= 344) << point.y;
+                ASSERT_TRUE(point.y >= 79 && point.y <= 344) << point.y;
             }
         }
         for (Drawing::Text const& text : drawing.texts) {

@@ -123,7 +123,7 @@ TEST(WindowOfReadings, ReplacesImpossibleTimesByTheLimits) {
         History history(60s);
         history.add(readingAt(second, 1.0F));
         EXPECT_THAT(timesOf(history), ElementsAre(time));
-        EXPECT_FALSE(drawChart(history, 86340).lines.empty());
+        EXPECT_FALSE(drawChart(history, 86340, "title").lines.empty());
     }
 }
 

@@ -137,38 +137,75 @@ TEST(OptionValues, ReadsAnOffset) {
     }
 }
 
-using Names = std::vector<std::string>;
-
 struct NamesFact {
     char const* fact;
     char const* text;
-    std::optional<Names> names;
+    std::vector<std::string> names;
+    char const* wrong;
 };
 
+#define ALL_NAMES "cpu,memory,disk,free,uptime"
+
 NamesFact const NAMES_FACTS[] = {
-    {"one name is read", "cpu", Names{"cpu"}},
-    {"the last name of all is read", "uptime", Names{"uptime"}},
-    {"names are read in the order given", "disk,cpu", Names{"disk", "cpu"}},
-    {"all names are read", "cpu,memory,disk,free,uptime",
-     Names{"cpu", "memory", "disk", "free", "uptime"}},
-    {"an empty string is refused", "", std::nullopt},
-    {"a comma alone is refused", ",", std::nullopt},
-    {"a comma at the end is refused", "cpu,", std::nullopt},
-    {"a comma at the start is refused", ",cpu", std::nullopt},
-    {"two commas together are refused", "cpu,,disk", std::nullopt},
-    {"a space after a comma is refused", "cpu, disk", std::nullopt},
-    {"a space in place of a comma is refused", "cpu disk", std::nullopt},
-    {"a name that comes twice is refused", "cpu,disk,cpu", std::nullopt},
-    {"a part of a name is refused", "cp", std::nullopt},
-    {"a name with one letter more is refused", "cpus", std::nullopt},
-    {"a name in capitals is refused", "CPU", std::nullopt},
-    {"the name of the time is refused", "time", std::nullopt},
+    {"one name is read", "cpu", {"cpu"}, ""},
+    {"the last name of all is read", "uptime", {"uptime"}, ""},
+    {"names are read in the order given", "disk,cpu", {"disk", "cpu"}, ""},
+    {"all names are read", ALL_NAMES, {"cpu", "memory", "disk", "free", "uptime"}, ""},
+    {"an empty string lacks a name", "", {}, "a name is missing"},
+    {"a comma alone lacks a name", ",", {}, "a name is missing"},
+    {"a comma at the end lacks a name", "cpu,", {}, "a name is missing"},
+    {"a comma at the start lacks a name", ",cpu", {}, "a name is missing"},
+    {"two commas together lack a name", "cpu,,disk", {}, "a name is missing"},
+    {"a space is part of a name", "cpu, disk", {}, "\" disk\" is not one of " ALL_NAMES},
+    {"a space does not part names", "cpu disk", {}, "\"cpu disk\" is not one of " ALL_NAMES},
+    {"a name that comes twice is wrong", "cpu,disk,cpu", {}, "\"cpu\" is named twice"},
+    {"the first wrong name is quoted", "cpu,foo,bar", {}, "\"foo\" is not one of " ALL_NAMES},
+    {"a part of a name is wrong", "cp", {}, "\"cp\" is not one of " ALL_NAMES},
+    {"a name with one letter more is wrong", "cpus", {}, "\"cpus\" is not one of " ALL_NAMES},
+    {"a name in capitals is wrong", "CPU", {}, "\"CPU\" is not one of " ALL_NAMES},
+    {"the name of the time is wrong", "time", {}, "\"time\" is not one of " ALL_NAMES},
 };
 
 TEST(OptionValues, ReadsNamesOfValues) {
     for (NamesFact const& row : NAMES_FACTS) {
         SCOPED_TRACE(row.fact);
-        EXPECT_EQ(parseNames(row.text), row.names);
+        Names const read = parseNames(row.text);
+        EXPECT_EQ(read.names, row.names);
+        EXPECT_EQ(read.wrong, row.wrong);
+    }
+}
+
+struct TitleFact {
+    char const* fact;
+    std::string text;
+    bool isTitle;
+};
+
+std::string repeated(std::string const& text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+TitleFact const TITLE_FACTS[] = {
+    {"an empty string is no title", "", false},
+    {"one character is a title", "a", true},
+    {"99 characters are a title", repeated("a", 99), true},
+    {"100 characters are a title", repeated("a", 100), true},
+    {"101 characters are no title", repeated("a", 101), false},
+    {"100 characters of three bytes are a title", repeated("\xe2\x82\xac", 100), true},
+    {"101 characters of three bytes are no title", repeated("\xe2\x82\xac", 101), false},
+    {"a control character is not allowed", "a\tb", false},
+    {"invalid UTF-8 is not allowed", "a\xff", false},
+};
+
+TEST(OptionValues, ReadsATitle) {
+    for (TitleFact const& row : TITLE_FACTS) {
+        SCOPED_TRACE(row.fact);
+        std::optional<std::string> const title = parseTitle(row.text);
+        EXPECT_EQ(title.has_value(), row.isTitle);
+        EXPECT_EQ(title.value_or(row.text), row.text);
     }
 }
 

@@ -8,7 +8,7 @@ load common
     run --separate-stderr -0 "$MONITOR" --help
     [ "$stderr" = "" ]
     for text in 'Usage: monitor [OPTIONS]' '--interval SECONDS' '--count NUMBER' '--path PATH' \
-        '--offset ZONE' '--log FILE' '--replay FILE' '--average NAMES' '--help' '--version' \
+        '--offset ZONE' '--log FILE' '--replay FILE' '--average NAMES' '-h, --help' '--version' \
         'Z, +hh:mm or -hh:mm' 'Exit status: 0'; do
         grep -qF -e "$text" <<<"$output"
     done
@@ -18,6 +18,12 @@ load common
 @test "README.md shows the help text" {
     run -0 "$MONITOR" --help
     [[ $(<"$PAGE") == *$'monitor --help\n'"$output"$'\n```'* ]]
+}
+
+@test "-h shows the same as --help" {
+    run --separate-stderr -0 "$MONITOR" -h
+    [ "$stderr" = "" ]
+    [ "$output" = "$("$MONITOR" --help)" ]
 }
 
 @test "--version names the program and the library" {
@@ -54,7 +60,7 @@ load common
 }
 
 @test "an option without its value is refused" {
-    refuses '--count: 1 required NUMBER missing' --count
+    refuses '--count: a value is missing' --count
     refuses '--count: a value is missing' --count= 3
     refuses '--path: a value is missing' --path= --help
 }
@@ -64,17 +70,20 @@ load common
 }
 
 @test "an option given twice is refused" {
-    refuses '--count: At Most 1 required but received 2' --count 1 --count 2
+    refuses '--count: given more than once' --count 1 --count 2
 }
 
 @test "a word that is no option is refused" {
     refuses '"--colour" is not an option' --colour
     refuses '"-c" is not an option' -c 3
-    refuses '"extra" is not an option' extra
-    refuses '"extra" is not an option' --count 1 extra more
-    refuses '"" is not an option' ''
-    refuses 'help was given a disallowed flag override' --help=no
-    refuses 'version was given a disallowed flag override' --version=no
+    refuses '"help" is not an option, which begins with "--"' help
+    refuses '"extra" is not an option, which begins with "--"' --count 1 extra more
+    refuses '"" is not an option, which begins with "--"' ''
+}
+
+@test "an option without a value is refused with one" {
+    refuses '--help: takes no value' --help=no
+    refuses '--version: takes no value' --version=no
 }
 
 @test "an empty name of a log is refused" {
@@ -82,11 +91,17 @@ load common
     refuses '--replay: "" is not a path' --replay ''
 }
 
-@test "averages are refused unless they are names of values, each once" {
-    for text in load '' cpu,,disk 'cpu,' ,cpu 'cpu disk' cpu,cpu CPU time --count; do
-        refuses "--average: \"$text\" is not some of cpu,memory,disk,free,uptime" --average "$text"
+@test "a wrong name of an average is named" {
+    for text in load 'cpu disk' CPU time --count; do
+        refuses "--average: \"$text\" is not one of cpu,memory,disk,free,uptime" --average "$text"
+        refuses "--average: \"$text\" is not one of cpu,memory,disk,free,uptime" \
+            --average "cpu,$text,disk"
     done
-    refuses '--average: At Most 1 required but received 2' --average cpu --average disk
+    refuses '--average: "cpu" is named twice' --average cpu,cpu
+    for text in '' cpu,,disk 'cpu,' ,cpu; do
+        refuses '--average: a name is missing' --average "$text"
+    done
+    refuses '--average: given more than once' --average cpu --average disk
 }
 
 @test "a replay does not go with options of live readings" {
@@ -114,6 +129,14 @@ load common
     refuses '--theme: "grey" is not light or dark' --chart a.svg --theme grey
 }
 
+@test "a title is refused unless it has 1 to 100 characters without control characters" {
+    for text in '' "$(printf '%0101d' 0)"; do
+        refuses "--title: \"$text\" is not a title of 1 to 100 characters" --chart a.svg --title "$text"
+    done
+    refuses '--title: "a\x0Ab" is not a title of 1 to 100 characters' --chart a.svg --title $'a\nb'
+    refuses '--title: "\xFF" is not a title of 1 to 100 characters' --chart a.svg --title $'\xff'
+}
+
 @test "an empty folder of plugins is refused" {
     refuses '--plugins: "" is not a path' --chart a.svg --plugins ''
 }
@@ -121,5 +144,6 @@ load common
 @test "options of a chart are refused without a chart" {
     refuses '--window does not go without --chart' --window 60
     refuses '--theme does not go without --chart' --theme dark
+    refuses '--title does not go without --chart' --title load
     refuses '--plugins does not go without --chart' --plugins folder
 }

@@ -52,3 +52,25 @@ setup() {
     [ "${#lines[@]}" -eq 3 ]
     [[ $output != *readings* && $output != *$'\033'* ]]
 }
+
+# The log comes through a pipe that pauses until the first rows are shown, and half a second more.
+@test "a long replay shows how much is read, and erases it in the end" {
+    write_log
+    : >table
+    run -0 on_terminal '
+        (cat readings.log; until [ -s table ]; do sleep 0.05; done; sleep 0.5; cat readings.log) |
+            "$MONITOR" --replay /dev/stdin >table'
+    erase=$'\r\033[K'
+    [[ $output == "$erase"*"read: 0 MiB"*"$erase" ]]
+    [ "$(wc -l <table)" -eq 13 ]
+    run ! grep -E 'read|[[:cntrl:]]' table
+}
+
+@test "a row erases the progress of a replay first" {
+    write_log
+    run -0 on_terminal '
+        (cat readings.log; sleep 1; cat readings.log) | "$MONITOR" --replay /dev/stdin'
+    mapfile -t shown < <(sed -e 's/\r$//' -e 's/.*\r\x1b\[K//' <<<"$output")
+    [ "$(grep -c '^2026' <<<"$(printf '%s\n' "${shown[@]}")")" -eq 12 ]
+    run ! grep read <<<"$(printf '%s\n' "${shown[@]}")"
+}

@@ -104,6 +104,8 @@ struct LineFact {
 #define TIME_TEXT "time=2024-03-05T06:08:09.250Z"
 char const NOT_PAIRS[] = "not a line of name=value pairs";
 char const NO_TIME[] = "time is not a time such as 2024-03-05T06:08:09.250Z";
+char const TOO_EARLY[] = "time is before 1970-01-01T00:00:00.000Z";
+char const TOO_LATE[] = "time is after 2038-01-19T03:14:07.999Z";
 char const NO_CPU[] = "cpu is not a number";
 char const NO_FREE[] = "free is not a whole number";
 
@@ -145,12 +147,16 @@ LineFact const LINE_FACTS[] = {
      "time=2024-02-29T06:08:09.250Z"},
     {"hour 24 is refused", "time=2024-03-05T24:08:09.250Z", NO_TIME},
     {"second 60 is refused", "time=2024-03-05T06:08:60.250Z", NO_TIME},
-    {"a time before 1970 is refused", "time=1969-12-31T23:59:59.999Z", NO_TIME},
+    {"a time before 1970 is refused", "time=1969-12-31T23:59:59.999Z", TOO_EARLY},
     {"the first time of 1970 is read", "time=1970-01-01T00:00:00.000Z",
      "time=1970-01-01T00:00:00.000Z"},
     {"the last time before the limit is read", "time=2038-01-19T03:14:07.999Z",
      "time=2038-01-19T03:14:07.999Z"},
-    {"a time after the limit is refused", "time=2038-01-19T03:14:08.000Z", NO_TIME},
+    {"a time after the limit is refused", "time=2038-01-19T03:14:08.000Z", TOO_LATE},
+    {"a time far after the limit is refused", "time=9999-12-31T23:59:59.999Z", TOO_LATE},
+    {"the byte before '0' is no digit of a year", "time=203/-01-19T03:14:08.000Z", NO_TIME},
+    {"the byte after '9' is no digit of a year", "time=203:-01-19T03:14:08.000Z", NO_TIME},
+    {"a late time with a wrong sign is no time", "time=2039+01-19T03:14:08.000Z", NO_TIME},
 
     {"an empty value is refused", TIME_TEXT " cpu=", NO_CPU},
     {"a word is refused", TIME_TEXT " cpu=null", NO_CPU},

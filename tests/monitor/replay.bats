@@ -71,6 +71,32 @@ replays() {
     [[ ${lines[1]} == "2026-11-21T13:50:00.500Z    1.0"* ]]
 }
 
+# peak_memory LOG: the KiB of memory that a replay with averages and a chart takes at most.
+peak_memory() {
+    # A sanitizer keeps freed memory for a while; this limits it.
+    ASAN_OPTIONS="$ASAN_OPTIONS:quarantine_size_mb=1" python3 -c '
+import resource, subprocess, sys
+subprocess.run(sys.argv[1:], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)' \
+        "$MONITOR" --replay "$1" --average cpu,free --chart chart.svg
+}
+
+@test "a log of any size takes the same memory, and so does a line of any size" {
+    write_log
+    small=$(peak_memory readings.log)
+    for ((i = 0; i < 18; ++i)); do
+        cat readings.log readings.log >twice
+        mv twice readings.log
+    done
+    head -c 20M readings.log >log
+    large=$(peak_memory log)
+    head -c 50M /dev/zero >line
+    long=$(peak_memory line)
+    echo "small $small, large $large, long line $long"
+    ((large - small < 8192))
+    ((long - small < 8192))
+}
+
 @test "the first 20 malformed lines are reported one by one, the others by their number" {
     yes '' | head -n 20 >log
     run --separate-stderr -1 "$MONITOR" --replay log

@@ -18,16 +18,22 @@ TEST(Replay, CallsOneFunctionForEachLine) {
                                 std::string(LineReader::LONGEST_LINE + 1, 'x') +
                                 "\ntime=2024-03-05T06:08:10.250Z cpu=2");
     std::string calls;
-    replay(
-        file.path(), [&](Reading const& reading) { calls += toLine(reading) + "\n"; },
-        [&](unsigned long line, Malformed const& malformed) {
-            calls += std::to_string(line) + " is " + malformed.reason + "\n";
-        });
+    replay(file.path(), {[&](Reading const& reading) { calls += toLine(reading) + "\n"; },
+                         [&](unsigned long line, Malformed const& malformed) {
+                             calls += std::to_string(line) + " is " + malformed.reason + "\n";
+                         },
+                         [&](unsigned long bytes, unsigned long size) {
+                             // The first call comes before anything is known of the file.
+                             if (bytes == 0) return;
+                             calls += std::to_string(bytes) + " of " + std::to_string(size) + "\n";
+                         }});
     EXPECT_EQ(calls,
               "time=2024-03-05T06:08:09.250Z cpu=1\n"
               "2 is not a line of name=value pairs\n"
               "3 is longer than 65536 bytes\n"
-              "time=2024-03-05T06:08:10.250Z cpu=2\n");
+              "65610 of 65610\n"
+              "time=2024-03-05T06:08:10.250Z cpu=2\n"
+              "65610 of 65610\n");
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -24,7 +26,10 @@ constexpr double RIGHT = 760;
 constexpr double TOP = 84;
 constexpr double BOTTOM = 336;
 
+constexpr double MARGIN = 24;
+
 constexpr double TITLE_SIZE = 20;
+constexpr double WIDEST_LETTER = 0.68;  // of the font's size, on average in a bold text
 constexpr double SUBTITLE_SIZE = 13;
 constexpr double VALUE_SIZE = 14;
 constexpr double VALUE_SPACING = 24;
@@ -34,12 +39,23 @@ constexpr double HALF_A_DIGIT =
 constexpr double NAME_LEFT = 804;
 constexpr double VALUE_RIGHT = 940;
 
+constexpr double SUBTITLE_Y = 58;
+
 constexpr double AREA_OPACITY = 0.1;
-constexpr double BAND_OPACITY = 0.25;
+constexpr double BAND_OPACITY = 0.2;
+
+// Values above 100 % have a mark above the chart: a line with an arrow.
+constexpr double CUT_OFF_Y = TOP - 5;
+constexpr double ARROW_WIDTH = 10;
+constexpr double ARROW_HEIGHT = 8;
 
 constexpr Drawing::Stroke THIN = {1, 0, 0};
 constexpr Drawing::Stroke DOT = {7, 0, 0};
+constexpr Drawing::Stroke CUT_OFF = {3, 0, 0};
 
+constexpr std::chrono::hours ONE_DAY{24};
+
+// How the line of a value looks.
 struct SeriesLook {
     char const* name;
     MonitorChartRole role;
@@ -94,11 +110,42 @@ std::string zoneText(int offsetSeconds) {
            twoDigits(minutes % 60);
 }
 
+// The end of a window: "13:50:40 UTC". The axis shows the day, unless its ticks are days.
+std::string endText(long end, std::chrono::seconds window, int offsetSeconds) {
+    std::string const time = timeOfDay(end, offsetSeconds);
+    std::string const zone = " " + zoneText(offsetSeconds);
+    if (window < ONE_DAY) return time + zone;
+    return dayAndYear(end, offsetSeconds) + ", " + time.substr(0, time.rfind(':')) + zone;
+}
+
+// The width of a title in units of its font size, at most: a character that is not ASCII may be as
+// wide as the font is high.
+double titleWidth(std::string const& title) noexcept {
+    double width = 0;
+    for (char const c : title) {
+        unsigned int const byte = static_cast<unsigned char>(c);
+        bool const continuesCharacter = (byte & 0xC0U) == 0x80;
+        if (!continuesCharacter) width += byte < 0x80 ? WIDEST_LETTER : 1;
+    }
+    return width;
+}
+
 void drawHeading(Drawing& drawing, std::string const& subtitle) {
+    double const size =
+        std::min(TITLE_SIZE, (WIDTH - 2 * MARGIN) / std::max(1.0, titleWidth(drawing.title)));
     drawing.texts.push_back(
-        {MONITOR_CHART_INK, MONITOR_CHART_START, true, TITLE_SIZE, {24, 36}, drawing.title});
-    drawing.texts.push_back(
-        {MONITOR_CHART_MUTED, MONITOR_CHART_START, false, SUBTITLE_SIZE, {24, 58}, subtitle});
+        {MONITOR_CHART_INK, MONITOR_CHART_START, true, size, {MARGIN, 36}, drawing.title});
+    drawing.texts.push_back({MONITOR_CHART_MUTED,
+                             MONITOR_CHART_START,
+                             false,
+                             SUBTITLE_SIZE,
+                             {MARGIN, SUBTITLE_Y},
+                             subtitle});
+}
+
+// A small triangle that points up. Its base is at `y`.
+std::vector<Point> arrowAt(double x, double y) {
+    return {{x - ARROW_WIDTH / 2, y}, {x, y - ARROW_HEIGHT}, {x + ARROW_WIDTH / 2, y}};
 }
 
 void drawPercentAxis(Drawing& drawing) {
@@ -165,16 +212,14 @@ std::vector<Run> runsOf(std::deque<Moment> const& moments, Series series) {
     return runs;
 }
 
-// The line of a run: the mean of each moment. It ends at the last value, which the text beside it
-// shows.
+// The line of a run: the mean of each moment.
 std::vector<Point> pathOf(Run const& run, Series series, TimeScale const& scale) {
     std::vector<Point> path;
     for (Moment const* const moment : run) {
         Values const& values = moment->values[series];
-        path.push_back(
-            {scale.place(moment->time), heightOf(values.sum / static_cast<double>(values.count))});
+        double const mean = values.sum / static_cast<double>(values.count);
+        path.push_back({scale.place(moment->time), heightOf(mean)});
     }
-    path.back().y = heightOf(run.back()->values[series].last);
     return path;
 }
 
@@ -192,25 +237,84 @@ std::vector<Point> bandOf(Run const& run, Series series, TimeScale const& scale)
     return band;
 }
 
-// Draws a line with its band and area. Gives the point where the line ends.
-Point drawRun(Drawing& drawing, Series series, Run const& run, TimeScale const& scale) {
+// What the reader of a chart must be told.
+struct Notes {
+    bool hasBand = false;
+    bool isCutOff = false;
+};
+
+// Marks the values of a run that are above 100 %: one mark for each stretch of such moments.
+void drawCutOff(Drawing& drawing, Series series, Run const& run, TimeScale const& scale,
+                Notes& notes) {
+    MonitorChartRole const role = LOOKS[series].role;
+    auto const isAbove = [series](Moment const* moment) {
+        return moment->values[series].high > 100;
+    };
+    auto const isHigher = [series](Moment const* a, Moment const* b) {
+        return a->values[series].high < b->values[series].high;
+    };
+    for (auto from = std::find_if(run.begin(), run.end(), isAbove); from != run.end();) {
+        auto const to = std::find_if_not(from, run.end(), isAbove);
+        double const first = scale.place((*from)->time);
+        double const last = scale.place((*std::prev(to))->time);
+        double const highest = scale.place((*std::max_element(from, to, isHigher))->time);
+        drawing.lines.push_back({role, CUT_OFF, {{first, CUT_OFF_Y}, {last, CUT_OFF_Y}}});
+        drawing.areas.push_back({role, 1, arrowAt(highest, CUT_OFF_Y)});
+        notes.isCutOff = true;
+        from = std::find_if(to, run.end(), isAbove);
+    }
+}
+
+// Draws a line with its band or area. Gives the place of the last reading.
+Point drawRun(Drawing& drawing, Series series, Run const& run, TimeScale const& scale,
+              Notes& notes) {
     SeriesLook const& look = LOOKS[series];
     std::vector<Point> path = pathOf(run, series, scale);
-    Point const end = path.back();
-    if (path.size() == 1) {  // a line through one point is invisible, so draw a dot
-        drawing.lines.push_back({look.role, DOT, {end, end}});
-        return end;
-    }
-    drawing.lines.push_back({look.role, look.stroke, path});
+    drawCutOff(drawing, series, run, scale, notes);
     auto band = bandOf(run, series, scale);
-    if (!band.empty()) drawing.areas.push_back({look.role, BAND_OPACITY, std::move(band)});
-    // The processor's line jumps up and down. An area below it makes it easier to follow.
-    if (series == PROCESSOR) {
+    bool const hasBand = !band.empty() && path.size() > 1;
+    notes.hasBand = notes.hasBand || hasBand;
+    if (path.size() == 1) {  // a line through one point is invisible, so draw a dot
+        drawing.lines.push_back({look.role, DOT, {path[0], path[0]}});
+    } else {
+        drawing.lines.push_back({look.role, look.stroke, path});
+    }
+    Point const last = {path.back().x, heightOf(run.back()->values[series].last)};
+    if (hasBand) {
+        drawing.areas.push_back({look.role, BAND_OPACITY, std::move(band)});
+    } else if (series == PROCESSOR && path.size() > 1) {
+        // The processor's line jumps up and down. An area below it makes it easier to follow.
+        // Beside a band it would be a second shade that means nothing.
         path.push_back({path.back().x, BOTTOM});
         path.push_back({path.front().x, BOTTOM});
         drawing.areas.push_back({look.role, AREA_OPACITY, std::move(path)});
     }
-    return end;
+    return last;
+}
+
+// Explains marks in the row of the subtitle. The notes end at the right edge.
+void drawNotes(Drawing& drawing, Notes const& notes) {
+    double right = VALUE_RIGHT;
+    if (notes.hasBand) {
+        std::string const note = "line: mean, band: lowest to highest, dot: last reading";
+        drawing.texts.push_back({MONITOR_CHART_MUTED,
+                                 MONITOR_CHART_END,
+                                 false,
+                                 AXIS_FONT_SIZE,
+                                 {right, SUBTITLE_Y},
+                                 note});
+        right -= estimatedWidth(note, AXIS_FONT_SIZE) + LABEL_GAP;
+    }
+    if (!notes.isCutOff) return;
+    std::string const note = "above 100 %, cut off";
+    double const left = right - estimatedWidth(note, AXIS_FONT_SIZE);
+    drawing.areas.push_back({MONITOR_CHART_MUTED, 1, arrowAt(left - ARROW_WIDTH, SUBTITLE_Y - 1)});
+    drawing.texts.push_back({MONITOR_CHART_MUTED,
+                             MONITOR_CHART_START,
+                             false,
+                             AXIS_FONT_SIZE,
+                             {left, SUBTITLE_Y},
+                             note});
 }
 
 // ---- the last values
@@ -296,11 +400,11 @@ std::string describe(History const& history, int offsetSeconds) {
 
 }  // namespace
 
-Drawing drawChart(History const& history, int offsetSeconds) {
+Drawing drawChart(History const& history, int offsetSeconds, std::string const& title) {
     Drawing drawing;
     drawing.width = WIDTH;
     drawing.height = HEIGHT;
-    drawing.title = "Processor, memory and disk in use";
+    drawing.title = title;
     drawPercentAxis(drawing);
     if (history.moments().empty()) {
         drawing.description = "A line chart without a reading.";
@@ -314,14 +418,16 @@ Drawing drawChart(History const& history, int offsetSeconds) {
     auto const last = static_cast<long>(std::floor(end));
     auto const first = static_cast<long>(std::ceil(end - window));
     drawTimeAxis(drawing, timeAxis(first, last, scale.unitsPerSecond(), offsetSeconds), scale);
-    drawHeading(drawing, windowText(history.window()) + " to " + timeOfDay(last, offsetSeconds) +
-                             " " + zoneText(offsetSeconds));
+    drawHeading(drawing, windowText(history.window()) + " to " +
+                             endText(last, history.window(), offsetSeconds));
+    Notes notes;
     std::array<std::optional<Point>, SERIES_COUNT> ends;
     for (Series const series : {DISK, MEMORY, PROCESSOR}) {
         for (Run const& run : runsOf(history.moments(), series))
-            ends[series] = drawRun(drawing, series, run, scale);
+            ends[series] = drawRun(drawing, series, run, scale, notes);
     }
     drawLastValues(drawing, history.latest(), ends);
+    drawNotes(drawing, notes);
     drawing.description = describe(history, offsetSeconds);
     return drawing;
 }

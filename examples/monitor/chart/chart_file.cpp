@@ -48,7 +48,8 @@ ChartFile::ChartFile(ChartOptions const& options, int offsetSeconds)
 }
 
 void ChartFile::draw() const {
-    replaceFile(options_.file, writer_.write(drawChart(history_, offsetSeconds_), options_.theme));
+    replaceFile(options_.file,
+                writer_.write(drawChart(history_, offsetSeconds_, options_.title), options_.theme));
 }
 
 }  // namespace monitor

@@ -18,6 +18,7 @@ struct ChartOptions {
     std::string file;  // empty: no chart
     std::chrono::seconds window{60};
     Theme theme = Theme::EITHER;
+    std::string title;    // empty: says what the chart shows, and of which machine if that is known
     std::string plugins;  // the folder of the plugins; empty: the usual one
 };
 

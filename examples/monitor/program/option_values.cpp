@@ -6,6 +6,7 @@
 #include <iterator>
 #include <system_error>
 
+#include "program/printable.h"
 #include "readings/reading.h"
 
 namespace monitor {
@@ -16,6 +17,7 @@ constexpr double SHORTEST_SECONDS = 0.001;
 constexpr double LONGEST_SECONDS = 86400;
 constexpr double NANOSECONDS_PER_SECOND = 1e9;
 constexpr unsigned long LARGEST_COUNT = 1'000'000'000;
+constexpr long LONGEST_TITLE = 100;
 constexpr unsigned long SHORTEST_WINDOW = 5;
 constexpr unsigned long LONGEST_WINDOW = 30UL * 86400;
 
@@ -24,6 +26,14 @@ constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 bool isFieldName(std::string_view text) noexcept {
     return std::any_of(std::begin(FIELDS), std::end(FIELDS),
                        [text](Field const& field) { return text == field.name; });
+}
+
+// "cpu,memory,disk,free,uptime"
+std::string fieldNames() {
+    std::string names;
+    for (Field const& field : FIELDS)
+        names += (names.empty() ? "" : ",") + std::string(field.name);
+    return names;
 }
 
 // The number that two digits write, or -1 if they are not both digits.
@@ -63,15 +73,18 @@ std::optional<int> parseOffset(std::string_view text) noexcept {
     return text[0] == '-' ? -seconds : seconds;
 }
 
-std::optional<std::vector<std::string>> parseNames(std::string_view text) {
-    std::vector<std::string> names;
+Names parseNames(std::string_view text) {
+    Names read;
     for (;;) {
         std::size_t const comma = text.find(',');
-        std::string_view const name = text.substr(0, comma);
-        bool const isNew = std::find(names.begin(), names.end(), name) == names.end();
-        if (!isFieldName(name) || !isNew) return std::nullopt;
-        names.emplace_back(name);
-        if (comma == std::string_view::npos) return names;
+        std::string const name(text.substr(0, comma));
+        bool const isNew =
+            std::find(read.names.begin(), read.names.end(), name) == read.names.end();
+        if (name.empty()) return {{}, "a name is missing"};
+        if (!isFieldName(name)) return {{}, "\"" + name + "\" is not one of " + fieldNames()};
+        if (!isNew) return {{}, "\"" + name + "\" is named twice"};
+        read.names.push_back(name);
+        if (comma == std::string_view::npos) return read;
         text.remove_prefix(comma + 1);
     }
 }
@@ -84,6 +97,15 @@ std::optional<std::chrono::seconds> parseWindow(std::string_view text) noexcept 
 
 std::optional<std::string> parseChartFile(std::string_view text) {
     if (formatOf(text).empty()) return std::nullopt;
+    return std::string(text);
+}
+
+std::optional<std::string> parseTitle(std::string_view text) {
+    // The bytes that do not continue a character are the first bytes of the characters.
+    auto const characters = std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80;
+    });
+    if (characters < 1 || characters > LONGEST_TITLE || !isPrintable(text)) return std::nullopt;
     return std::string(text);
 }
 

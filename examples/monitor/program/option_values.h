@@ -26,9 +26,16 @@ std::optional<unsigned long> parseCount(std::string_view text) noexcept;
 /// Fails    never.
 std::optional<int> parseOffset(std::string_view text) noexcept;
 
+// Names of values, or what is wrong with them.
+struct Names {
+    std::vector<std::string> names;
+    std::string wrong;  // empty if nothing is wrong
+};
+
 /// Names of values with commas between them: of FIELDS, each at most once, in any order.
+/// Gives    the names; or, if they are wrong, half a sentence that quotes the first wrong one.
 /// Fails    never, save std::bad_alloc.
-std::optional<std::vector<std::string>> parseNames(std::string_view text);
+Names parseNames(std::string_view text);
 
 /// A window of time in whole seconds, from 5 to 2592000 (30 days).
 /// Fails    never.
@@ -37,6 +44,10 @@ std::optional<std::chrono::seconds> parseWindow(std::string_view text) noexcept;
 /// The name of a chart's file. It has a format, as `formatOf` says.
 /// Fails    never, save std::bad_alloc.
 std::optional<std::string> parseChartFile(std::string_view text);
+
+/// The title of a chart: 1 to 100 characters of UTF-8, without control characters.
+/// Fails    never, save std::bad_alloc.
+std::optional<std::string> parseTitle(std::string_view text);
 
 /// A theme: "light" or "dark".
 /// Fails    never.

@@ -1,5 +1,6 @@
 #include "program/options.h"
 
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -37,6 +38,15 @@ struct Description {
     char const* help;
 };
 
+// "-h, --help", where CLI11 writes no space after the comma.
+class Formatter : public CLI::Formatter {
+    std::string make_option_name(CLI::Option const* option, bool isPositional) const override {
+        std::string name = CLI::Formatter::make_option_name(option, isPositional);
+        std::size_t const comma = name.find(',');
+        return comma == std::string::npos ? name : name.insert(comma + 1, " ");
+    }
+};
+
 // Adds an option with a value. `parse` reads the value.
 template <typename Value>
 void addOption(CLI::App& app, Description const& option,
@@ -63,6 +73,17 @@ std::optional<Refusal> refuseMissingValue(int argc, char const* const* argv) {
     return std::nullopt;
 }
 
+void addAverageOption(CLI::App& app, std::vector<std::string>& names) {
+    auto const read = [&names](std::string const& text) {
+        Names const parsed = parseNames(text);
+        if (!parsed.wrong.empty()) throw CLI::ValidationError("--average", parsed.wrong);
+        names = parsed.names;
+    };
+    app.add_option_function<std::string>("--average", read,
+                                         "end with averages: some of cpu,memory,disk,free,uptime")
+        ->type_name("NAMES");
+}
+
 void addChartOptions(CLI::App& app, ChartOptions& chart) {
     addOption(app,
               {"--chart", "FILE", "a file name that ends like load.svg or load.png",
@@ -76,6 +97,10 @@ void addChartOptions(CLI::App& app, ChartOptions& chart) {
         app, {"--theme", "NAME", "light or dark", "light or dark (default: the viewer's, for SVG)"},
         parseTheme, chart.theme);
     addOption(app,
+              {"--title", "TEXT", "a title of 1 to 100 characters",
+               "title of the chart (default: names this machine)"},
+              parseTitle, chart.title);
+    addOption(app,
               {"--plugins", "FOLDER", "a path",
                "folder of chart plugins (default: that of this program)"},
               parsePath, chart.plugins);
@@ -88,12 +113,34 @@ std::optional<Refusal> refuseConflicts(CLI::App const& app, Options const& optio
             return Refusal{std::string("--replay does not go with ") + live};
         }
     }
-    for (char const* const ofChart : {"--window", "--theme", "--plugins"}) {
+    for (char const* const ofChart : {"--window", "--theme", "--title", "--plugins"}) {
         if (options.chart.file.empty() && app.count(ofChart) > 0) {
             return Refusal{std::string(ofChart) + " does not go without --chart"};
         }
     }
     return std::nullopt;
+}
+
+// The refusal of a word that CLI11 does not expect.
+Refusal refusalOf(std::string const& word) {
+    bool const isLikeAnOption = word.rfind('-', 0) == 0;
+    return {"\"" + word + "\" is not an option" +
+            (isLikeAnOption ? "" : ", which begins with \"--\"")};
+}
+
+// What CLI11 says of a wrong number of values, in the words of this program.
+Refusal refusalOf(CLI::App const& app, CLI::ArgumentMismatch const& error) {
+    for (CLI::Option const* const option : app.get_options()) {
+        if (option->count() > 1) return {option->get_name() + ": given more than once"};
+    }
+    std::string_view const what = error.what();
+    // "--count: 1 required NUMBER missing"
+    std::size_t const colon = what.find(": ");
+    if (colon != std::string_view::npos) {
+        return {std::string(what.substr(0, colon)) + ": a value is missing"};
+    }
+    // "help was given a disallowed flag override"
+    return {"--" + std::string(what.substr(0, what.find(' '))) + ": takes no value"};
 }
 
 }  // namespace
@@ -104,8 +151,9 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
     Options options;
     CLI::App app(DESCRIPTION, "monitor");
     app.footer(FOOTER);
+    app.formatter(std::make_shared<Formatter>());
     app.get_formatter()->column_width(22);
-    app.set_help_flag("--help", "show this text and end")->disable_flag_override();
+    app.set_help_flag("-h,--help", "show this text and end")->disable_flag_override();
     app.set_version_flag("--version", VERSION, "show the version and end")->disable_flag_override();
     addOption(app,
               {"--interval", "SECONDS", "a number of seconds from 0.001 to 86400",
@@ -126,10 +174,7 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
               parsePath, options.logPath);
     addOption(app, {"--replay", "FILE", "a path", "show the readings of such a file"}, parsePath,
               options.replayPath);
-    addOption(app,
-              {"--average", "NAMES", "some of cpu,memory,disk,free,uptime",
-               "end with averages: some of cpu,memory,disk,free,uptime"},
-              parseNames, options.averageNames);
+    addAverageOption(app, options.averageNames);
     addChartOptions(app, options.chart);
     try {
         app.parse(argc, argv);
@@ -138,7 +183,9 @@ std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* co
     } catch (CLI::CallForVersion const& version) {
         return Answer{version.what() + std::string("\n")};
     } catch (CLI::ExtrasError const&) {
-        return Refusal{"\"" + app.remaining().front() + "\" is not an option"};
+        return refusalOf(app.remaining().front());
+    } catch (CLI::ArgumentMismatch const& error) {
+        return refusalOf(app, error);
     } catch (CLI::ParseError const& error) {
         return Refusal{error.what()};
     }

@@ -22,7 +22,7 @@ void watch(Options const& options, Interruption const& interruption, Watcher con
     auto const take = [&] {
         Reading reading = sampler.read();
         std::string const change = diskErrorChange(options.path, diskError, reading.diskError);
-        if (!change.empty()) say(change);
+        if (!change.empty()) watcher.report(change);
         diskError = reading.diskError;
         return reading;
     };

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
 
 #include "program/interruption.h"
 #include "program/options.h"
@@ -9,12 +10,14 @@
 
 namespace monitor {
 
-// What the main loop calls. Each function returns false to end the loop.
+// What the main loop calls. `begin` and `add` return false to end the loop.
 struct Watcher {
     /// Receives the reading at the start. Its processor load covers no interval.
     std::function<bool(Reading const&)> begin;
     /// Receives each further reading, and the time since the one before.
     std::function<bool(Reading const&, std::chrono::nanoseconds)> add;
+    /// Receives a message for the user.
+    std::function<void(std::string const&)> report;
 };
 
 /// The main loop: takes readings of this machine until it has taken all that `options` asks for, a

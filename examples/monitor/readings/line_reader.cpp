@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -20,8 +21,9 @@ constexpr unsigned int BUFFER_SIZE = 2 * LineReader::LONGEST_LINE;
 
 }  // namespace
 
-LineReader::LineReader(std::string path)
+LineReader::LineReader(std::string path, std::function<void()> beforeReading)
     : path_(std::move(path)),
+      beforeReading_(std::move(beforeReading)),
       descriptor_(open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY)),
       buffer_(BUFFER_SIZE) {
     if (descriptor_ < 0) fail(path_);
@@ -58,13 +60,21 @@ bool LineReader::readMore() {
     std::memmove(buffer_.buffer(), buffer_.data() + begin_, end_ - begin_);
     end_ -= begin_;
     begin_ = 0;
+    if (beforeReading_) beforeReading_();
     ssize_t count = 0;
     do {
         count = read(descriptor_, buffer_.buffer() + end_, BUFFER_SIZE - end_);
     } while (count < 0 && errno == EINTR);
     if (count < 0) fail(path_);
     end_ += static_cast<unsigned int>(count);
+    bytesRead_ += static_cast<unsigned long>(count);
     return count > 0;
+}
+
+unsigned long LineReader::size() const noexcept {
+    struct stat status {};
+    bool const isFile = fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+    return isFile ? static_cast<unsigned long>(status.st_size) : 0;
 }
 
 // Makes the next `size` bytes the line, or the end of a line that is too long.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -15,8 +16,9 @@ public:
     static constexpr unsigned int LONGEST_LINE = 65536;
 
     /// Opens the file.
+    /// Takes    beforeReading: is called before each piece is read, which may take long.
     /// Fails    with std::system_error "cannot read PATH: REASON".
-    explicit LineReader(std::string path);
+    explicit LineReader(std::string path, std::function<void()> beforeReading = {});
     /// Closes the file.
     ~LineReader();
     /// Cannot be copied: it owns a descriptor.
@@ -42,11 +44,19 @@ public:
     /// Fails    never.
     unsigned long number() const noexcept { return number_; }
 
+    /// The bytes that were read so far.
+    /// Fails    never.
+    unsigned long bytesRead() const noexcept { return bytesRead_; }
+    /// The size of the file, or 0 if it has none, like a pipe.
+    /// Fails    never.
+    unsigned long size() const noexcept;
+
 private:
     bool readMore();
     void take(unsigned int size) noexcept;
 
     std::string path_;
+    std::function<void()> beforeReading_;
     int descriptor_;
     com::halvorin::datatypes::ByteStream buffer_;
     unsigned int begin_ = 0;  // of the bytes in the buffer that no line has taken
@@ -55,6 +65,7 @@ private:
     std::string_view line_;
     bool isTooLong_ = false;
     unsigned long number_ = 0;
+    unsigned long bytesRead_ = 0;
 };
 
 }  // namespace monitor

@@ -1,5 +1,6 @@
 #include "readings/reading_line.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <string_view>
@@ -24,8 +25,14 @@ constexpr std::size_t SECONDS_END = 19;
 constexpr std::size_t ZONE = SECONDS_END + 4;
 constexpr unsigned int NANOSECONDS_PER_MILLISECOND = 1'000'000;
 
+// What xtime_t::fromString reads.
+constexpr std::string_view EARLIEST_TIME = "1970-01-01T00:00:00.000Z";
+constexpr std::string_view LATEST_TIME = "2038-01-19T03:14:07.999Z";
+
 // The smallest and the largest float take fewer characters.
 constexpr std::size_t LONGEST_NUMBER = 64;
+
+constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 bool isFree(Field const& field) noexcept { return field.value == &Reading::free; }
 
@@ -34,7 +41,7 @@ template <typename Number>
 std::optional<Number> wholeNumber(std::string_view text) noexcept {
     Number number = 0;
     // from_chars also reads "nan", "inf" and a minus sign.
-    if (text.empty() || ((text[0] < '0' || text[0] > '9') && text[0] != '.')) return std::nullopt;
+    if (text.empty() || (!isDigit(text[0]) && text[0] != '.')) return std::nullopt;
     char const* const end = text.data() + text.size();
     auto const [rest, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc() || rest != end) return std::nullopt;
@@ -57,6 +64,22 @@ std::optional<xtime_t> readTime(std::string const& text) {
     if (!time.fromString(seconds) || time.toString(false, 0, "I") != seconds) return std::nullopt;
     time.putNanoseconds(milliseconds * NANOSECONDS_PER_MILLISECOND);
     return time;
+}
+
+// True if a string has the form of a time: "2024-03-05T06:08:09.250Z" with any digits.
+bool hasFormOfTime(std::string_view text) noexcept {
+    return text.size() == LATEST_TIME.size() &&
+           std::equal(text.begin(), text.end(), LATEST_TIME.begin(),
+                      [](char c, char form) { return isDigit(form) ? isDigit(c) : c == form; });
+}
+
+// Why a string is not a time that can be read. Times of this form compare as strings.
+std::string reasonAgainst(std::string_view text) {
+    if (hasFormOfTime(text)) {
+        if (text < EARLIEST_TIME) return "time is before " + std::string(EARLIEST_TIME);
+        if (text > LATEST_TIME) return "time is after " + std::string(LATEST_TIME);
+    }
+    return "time is not a time such as 2024-03-05T06:08:09.250Z";
 }
 
 // The value of a pair, or nothing if the string is not such a number.
@@ -98,7 +121,7 @@ std::variant<Reading, Malformed> readLine(std::string const& line) {
     auto const timePair = pairs.find(TIME);
     if (timePair == pairs.end()) return Malformed{"time is missing"};
     auto const time = readTime(timePair->second);
-    if (!time) return Malformed{"time is not a time such as 2024-03-05T06:08:09.250Z"};
+    if (!time) return Malformed{reasonAgainst(timePair->second)};
 
     Reading reading;
     reading.time = *time;

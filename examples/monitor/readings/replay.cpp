@@ -17,15 +17,18 @@ std::variant<Reading, Malformed> readingOf(LineReader const& lines) {
 
 }  // namespace
 
-void replay(std::string const& path, std::function<void(Reading const&)> const& use,
-            std::function<void(unsigned long, Malformed const&)> const& refuse) {
-    LineReader lines(path);
+void replay(std::string const& path, Replayer const& replayer) {
+    unsigned long bytesRead = 0;
+    unsigned long size = 0;
+    LineReader lines(path, [&] { replayer.beforeReading(bytesRead, size); });
+    size = lines.size();
     while (lines.next()) {
+        bytesRead = lines.bytesRead();
         auto const read = readingOf(lines);
         if (auto const* const reading = std::get_if<Reading>(&read)) {
-            use(*reading);
+            replayer.use(*reading);
         } else {
-            refuse(lines.number(), std::get<Malformed>(read));
+            replayer.refuse(lines.number(), std::get<Malformed>(read));
         }
     }
 }

@@ -8,11 +8,19 @@
 
 namespace monitor {
 
-/// Reads a log, and calls a function for each line.
-/// Takes    use: is called for each reading; refuse: is called for each malformed line, with the
-///          line's number. A line above 64 KiB is malformed.
-/// Fails    as `LineReader`, `use` and `refuse` do.
-void replay(std::string const& path, std::function<void(Reading const&)> const& use,
-            std::function<void(unsigned long, Malformed const&)> const& refuse);
+// What a replay calls.
+struct Replayer {
+    /// Receives each reading.
+    std::function<void(Reading const&)> use;
+    /// Receives each malformed line, with its number.
+    std::function<void(unsigned long, Malformed const&)> refuse;
+    /// Is called before each piece of the file is read. It receives the number of bytes that were
+    /// read so far, and the size of the file, or 0 if it has none.
+    std::function<void(unsigned long, unsigned long)> beforeReading;
+};
+
+/// Reads a log, and calls a function for each line. A line above 64 KiB is malformed.
+/// Fails    as `LineReader` and the replayer's functions do.
+void replay(std::string const& path, Replayer const& replayer);
 
 }  // namespace monitor
