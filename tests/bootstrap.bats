@@ -16,7 +16,7 @@ setup() {
         ln -s "$(command -v "$command")" "$MACHINE/$command"
     done
     for command in cmake ninja pkg-config clang-format clang-tidy gdb git ld.lld localedef python3 \
-        readelf shellcheck taskset xmllint bats chromium doxygen dpkg-buildpackage dh lintian; do
+        readelf shellcheck taskset xmllint bats help2man chromium doxygen dpkg-buildpackage dh lintian; do
         ln -s /bin/true "$MACHINE/$command"
     done
     fake g++ 'cat >/dev/null'
@@ -141,7 +141,7 @@ END
     grep -q 'install --no-install-recommends libgmock-dev \[' "$ASKED"
 }
 
-TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats gdb git python3 localedef)
+TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats help2man gdb git python3 localedef)
 
 @test "the demonstration needs nothing that only tests need" {
     take_away "${TEST_COMMANDS[@]}" clang-tidy taskset
@@ -153,7 +153,7 @@ TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats gdb g
 @test "each command that tests need is asked for" {
     take_away "${TEST_COMMANDS[@]}"
     bootstrap test
-    grep -q 'install --no-install-recommends clang clang-format lld shellcheck binutils libxml2-utils bats gdb git python3 libc-bin \[' "$ASKED"
+    grep -q 'install --no-install-recommends clang clang-format lld shellcheck binutils libxml2-utils bats help2man gdb git python3 libc-bin \[' "$ASKED"
 }
 
 @test "clang-tidy and clang's sanitizers are for the profile test-all alone" {

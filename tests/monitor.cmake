@@ -10,7 +10,7 @@ foreach(unit IN ITEMS chart chart_options history line_reader log_progress numbe
   target_sources(monitor_test PRIVATE monitor/${unit}_test.cpp)
 endforeach()
 foreach(source IN ITEMS
-    chart/chart chart/chart_options chart/history chart/time_axis
+    chart/chart chart/chart_lines chart/chart_options chart/history chart/time_axis
     plugins/svg
     program/log_hook program/log_progress program/option_values program/output
     program/printable program/schedule
@@ -32,9 +32,9 @@ endif()
 # space.
 find_program(BATS_PROGRAM bats REQUIRED)
 set(host_dir "${CMAKE_CURRENT_BINARY_DIR}/monitor host")
-add_test(NAME monitor.install
+add_test(NAME monitor.library
   COMMAND "${CMAKE_COMMAND}" --install "${PROJECT_BINARY_DIR}" --prefix "${host_dir}/prefix")
-set_tests_properties(monitor.install PROPERTIES FIXTURES_SETUP installed_library)
+set_tests_properties(monitor.library PROPERTIES FIXTURES_SETUP installed_library)
 
 # Builds the monitor in a folder of its own. Further arguments go to CMake.
 function(utillibrary_monitor_build name)
@@ -58,11 +58,12 @@ set(monitor_environment
   "PLUGINS=${CMAKE_CURRENT_BINARY_DIR}/monitor_plugins"
   "LIBRARY_VERSION=${PROJECT_VERSION}"
   "SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+  "CMAKE=${CMAKE_COMMAND}"
   "NM=${CMAKE_NM}"
   "CXX=${CMAKE_CXX_COMPILER}"
   "TZ=Pacific/Kiritimati"
   "${leak_options}")
-foreach(name IN ITEMS averages chart ending log options plugins progress replay table terminal)
+foreach(name IN ITEMS averages chart ending install log options plugins progress replay table terminal)
   add_test(NAME monitor.${name}
     COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor/${name}.bats")
   set_tests_properties(monitor.${name} PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300

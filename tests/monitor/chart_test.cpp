@@ -1,4 +1,5 @@
-// A chart as areas, lines and texts. What a file of it contains is in chart.bats.
+// A chart as areas, lines and texts: chart.cpp and chart_lines.cpp, which only chart.cpp calls.
+// What the file of a chart contains is in chart.bats.
 #include "chart/chart.h"
 
 #include <chrono>

@@ -3,7 +3,7 @@
 #   PLUGINS          the folder of the plugins that the suite builds
 #   LIBRARY_VERSION  the version of the library that the program was built with
 #   SOURCE_DIR       the checkout
-#   NM, CXX          tools
+#   CMAKE, NM, CXX   tools
 # shellcheck shell=bash
 # shellcheck disable=SC2034,SC2154 # the tests use the variables; `run` sets some
 #
@@ -93,4 +93,9 @@ write_log() {
 # ask FILE XPATH: the value of an expression.
 ask() {
     xmllint --xpath "$2" "$1"
+}
+
+# library_of PROGRAM: the path of the utillibrary that a program loads.
+library_of() {
+    ldd "$1" | sed -n 's/.*libutillibrary\.so\.1 => \(.*\) (0x.*/\1/p'
 }

@@ -131,7 +131,8 @@ load common
 
 @test "a title is refused unless it has 1 to 100 characters without control characters" {
     for text in '' "$(printf '%0101d' 0)"; do
-        refuses "--title: \"$text\" is not a title of 1 to 100 characters" --chart a.svg --title "$text"
+        refuses "--title: \"$text\" is not a title of 1 to 100 characters" \
+            --chart a.svg --title "$text"
     done
     refuses '--title: "a\x0Ab" is not a title of 1 to 100 characters' --chart a.svg --title $'a\nb'
     refuses '--title: "\xFF" is not a title of 1 to 100 characters' --chart a.svg --title $'\xff'

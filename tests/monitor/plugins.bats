@@ -50,7 +50,7 @@ setup() {
     cp -R "$MONITOR" "$OWN_PLUGINS" moved
     write_log
     ln -s moved/monitor link
-    LD_LIBRARY_PATH=$(dirname "$(ldd "$MONITOR" | awk '/libutillibrary/ { print $3 }')")
+    LD_LIBRARY_PATH=$(dirname "$(library_of "$MONITOR")")
     export LD_LIBRARY_PATH
     ./link --replay readings.log --chart chart.svg >/dev/null
     xmllint --noout chart.svg

@@ -12,8 +12,8 @@ setup() {
 many_readings() {
     local i
     for ((i = 0; i < $1; ++i)); do
-        printf 'time=2026-11-21T13:50:%02d.500Z cpu=%d.5 memory=42.5 disk=68.5 free=%d uptime=%d\n' \
-            $((i % 60)) $((i % 100)) 85899345920 "$i"
+        printf 'time=2026-11-21T13:50:%02d.500Z cpu=%d.5 ' $((i % 60)) $((i % 100))
+        echo "memory=42.5 disk=68.5 free=85899345920 uptime=$i"
     done >readings.log
 }
 

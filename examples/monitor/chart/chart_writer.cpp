@@ -173,7 +173,10 @@ std::string ChartWriter::write(Drawing const& drawing, Theme theme) const {
 }
 
 std::string pluginFolder() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "plugins";
+    auto const program = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    std::error_code unreadable;
+    if (std::filesystem::is_directory(program / "plugins", unreadable)) return program / "plugins";
+    return (program / MONITOR_INSTALLED_PLUGINS).lexically_normal();
 }
 
 }  // namespace monitor

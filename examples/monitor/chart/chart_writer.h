@@ -31,7 +31,9 @@ private:
     MonitorChartWriter const* writer_ = nullptr;
 };
 
-/// The folder of the plugins: "plugins", beside the program.
+/// The folder of the plugins: "plugins" beside the program, if there is one, as in a build tree.
+/// For an installed program it is the folder where they are installed, relative to the program's
+/// own.
 /// Fails    with std::filesystem::filesystem_error if the program's own path cannot be read.
 std::string pluginFolder();
 
