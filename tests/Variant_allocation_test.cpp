@@ -23,7 +23,7 @@ using testing_support::ScopedCppLocale;
 using testing_support::ScopedLocale;
 using testing_support::watchedAllocations;
 
-// What a Variant allocates, and what it leaves behind when an allocation fails.
+// What a Variant allocates, and what it contains after an allocation failed.
 namespace {
 
 char const* const LONG_TEXT = "text far beyond any short form of a string";
@@ -80,7 +80,7 @@ TEST(VariantAllocation, IsNoneForReadingNumbers) {
 }
 
 TEST(VariantAllocation, IsNoneForReadingPlainDigits) {
-    ScopedLocale const foreign("de_DE.UTF-8");  // which has no say in them
+    ScopedLocale const foreign("de_DE.UTF-8");  // which makes no difference
     for (wchar_t const* const text :
          {L"123456789012345678", L"-123456789012345678", L"+123456789012345678"}) {
         Variant const digits(text);
@@ -93,7 +93,7 @@ TEST(VariantAllocation, IsNoneForReadingPlainDigits) {
     }
 }
 
-// Directly, where a stream would print plainly: its text would have to be allocated.
+// Without a stream, if a stream would write the same characters.
 TEST(VariantAllocation, IsNoneForTheNarrowTextOfANumber) {
     std::locale const classic = std::locale::classic();
     for (std::locale const& plain :
@@ -130,14 +130,14 @@ TEST(VariantAllocation, IsOneForALongText) {
     EXPECT_EQ(allocationsOf([&] { static_cast<void>(static_cast<char const*>(variant)); }), 1);
 }
 
-// ---- every road on which text comes in
+// ---- every way to assign a string
 
-struct TextRoad {
+struct TextWay {
     char const* name;
     std::function<void(Variant&)> assign;
 };
 
-std::vector<TextRoad> textRoads() {
+std::vector<TextWay> textWays() {
     std::string const text(LONG_TEXT);
     std::wstring const wide(LONG_WIDE_TEXT);
     return {
@@ -151,16 +151,16 @@ std::vector<TextRoad> textRoads() {
 }
 
 TEST(VariantAllocation, IsNoneForTextWhereThereIsRoom) {
-    for (TextRoad const& road : textRoads()) {
-        SCOPED_TRACE(road.name);
+    for (TextWay const& way : textWays()) {
+        SCOPED_TRACE(way.name);
         Variant variant(std::string(100, 'x'));
-        EXPECT_EQ(allocationsOf([&] { road.assign(variant); }), 0);
+        EXPECT_EQ(allocationsOf([&] { way.assign(variant); }), 0);
         EXPECT_EQ(variant.wText, LONG_WIDE_TEXT);
         variant = 7;
-        EXPECT_EQ(allocationsOf([&] { road.assign(variant); }), 0);
+        EXPECT_EQ(allocationsOf([&] { way.assign(variant); }), 0);
         EXPECT_EQ(variant.wText, LONG_WIDE_TEXT);
         variant.clear();
-        EXPECT_EQ(allocationsOf([&] { road.assign(variant); }), 0);
+        EXPECT_EQ(allocationsOf([&] { way.assign(variant); }), 0);
         EXPECT_EQ(variant.wText, LONG_WIDE_TEXT);
     }
     Variant const source(LONG_TEXT);
@@ -182,17 +182,17 @@ void expectTheRestOf(Variant const& variant) {
 }
 
 TEST(VariantAllocation, LeavesAClearedVariantWhenTextFails) {
-    for (TextRoad const& road : textRoads()) {
-        SCOPED_TRACE(road.name);
+    for (TextWay const& way : textWays()) {
+        SCOPED_TRACE(way.name);
         Variant variant = withoutRoom();
         variant.sbcText = "cached";
-        EXPECT_TRUE(failsWithout(0, [&] { road.assign(variant); }));
+        EXPECT_TRUE(failsWithout(0, [&] { way.assign(variant); }));
         EXPECT_EQ(variant.type(), 0);
         EXPECT_EQ(variant.uVal.asUint64, 0U);
         EXPECT_EQ(variant.wText, L"");
         expectTheRestOf(variant);
         EXPECT_EQ(variant.sbcText, "cached");
-        road.assign(variant);
+        way.assign(variant);
         EXPECT_EQ(variant.type(), 9);
         EXPECT_EQ(variant.wText, LONG_WIDE_TEXT);
     }
@@ -203,11 +203,11 @@ TEST(VariantAllocation, LeavesTheSourcesTypeBesideNoTextWhenACopyFails) {
     source.uVal.asUint64 = 5;
     source.wTextAux = LONG_WIDE_TEXT;
     source.timeVal = xtime_t(1, 2);
-    std::vector<std::function<void(Variant&)>> const roads = {
+    std::vector<std::function<void(Variant&)>> const ways = {
         [&source](Variant& variant) { variant.assign(source); },
         [&source](Variant& variant) { variant = source; },
     };
-    for (auto const& copy : roads) {
+    for (auto const& copy : ways) {
         Variant variant = withoutRoom();
         EXPECT_TRUE(failsWithout(0, [&] { copy(variant); }));
         EXPECT_EQ(variant.type(), 9);

@@ -15,8 +15,8 @@ using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::VariantType;
 using com::halvorin::datatypes::xtime_t;
 
-// What the compiler knows of a Variant: its members, its overloads, what turns into one, what one
-// turns into, and what cannot fail. Most of it is asserted here rather than run.
+// What the compiler knows of a Variant: its members, its overloads, what converts to it, what it
+// converts to, and what cannot fail. Most of it is asserted at compile time.
 namespace {
 
 // ---- members, in the stated order and without anything between or around them
@@ -94,7 +94,7 @@ static_assert(HasOperator<unsigned int> && HasOperator<xtime_t const&>);
 // The 64-bit integers come by reference, not by value.
 static_assert(!HasOperator<long> && !HasOperator<unsigned long>);
 static_assert(!HasOperator<xtime_t> && !HasOperator<Variant> && !HasOperator<Variant&&>);
-// Text objects have none; they take the way through a temporary.
+// std::string and std::wstring have none; they convert to a temporary Variant.
 static_assert(!HasOperator<std::string> && !HasOperator<std::string const&>);
 static_assert(!HasOperator<std::wstring> && !HasOperator<std::wstring const&>);
 
@@ -171,7 +171,7 @@ static_assert(
 // Any other pointer is a bool, as everywhere in the language.
 static_assert(EACH_TURNS_INTO_A_VARIANT<void*, int const*, unsigned char const*, char8_t const*>);
 
-// Equally near to several overloads, and refused for that.
+// Ambiguous between several overloads, so they do not compile.
 static_assert(
     NONE_TURNS_INTO_A_VARIANT<long long, unsigned long long, long double, std::nullptr_t>);
 static_assert(NONE_TURNS_INTO_A_VARIANT<std::string_view, std::wstring_view, std::u16string, Scoped,
@@ -195,7 +195,7 @@ constexpr bool A_VARIANT_TURNS_INTO_NONE = !(... || turnsFrom<Targets>());
 static_assert(
     A_VARIANT_TURNS_INTO_EACH<unsigned char, char, short, unsigned short, int, unsigned int, long,
                               unsigned long, float, double, bool, xtime_t, char const*>);
-// Equally near to several operators, and refused for that.
+// Ambiguous between several operators, so they do not compile.
 static_assert(A_VARIANT_TURNS_INTO_NONE<signed char, wchar_t, char8_t, char16_t, char32_t,
                                         long long, unsigned long long, long double, Unscoped>);
 static_assert(A_VARIANT_TURNS_INTO_NONE<std::string, std::wstring, std::string_view, char*,
@@ -241,7 +241,7 @@ static_assert(noexcept(Variant::compareDoublesHelper(0, 0, 0)));
 static_assert(noexcept(Variant::compareDoubles(0, 0)));
 static_assert(noexcept(Variant::compareFloats(0, 0)));
 
-// ---- copies are deep, and there is no moving form
+// ---- copies are deep, and a move is a copy
 
 static_assert(!std::is_trivially_copyable_v<Variant>);
 static_assert(!std::is_trivially_destructible_v<Variant>);
@@ -285,12 +285,12 @@ PromotionFact const PROMOTION_FACTS[] = {
     {"char32_t is a Uint32", U'\U0010FFFF', 3, 1114111},
     {"an enumerator is an Int32", UNSCOPED, 6, 0},
     {"a pointer is a Boolean", somewhere(), 12, 1},
-    {"a null pointer to void as well", static_cast<void*>(nullptr), 12, 0},
-    {"a character of text is a Byte", 'A', 4, 65},
+    {"a null pointer to void is a Boolean", static_cast<void*>(nullptr), 12, 0},
+    {"a character literal is a Byte", 'A', 4, 65},
     {"a literal of digits is an Int32", 2147483647, 6, 2147483647},
-    {"a longer one is an Int64", 2147483648, 10, 2147483648},
-    {"text is no Boolean", "1", 9, 1},
-    {"wide text neither", L"1", 9, 1},
+    {"a literal beyond int is an Int64", 2147483648, 10, 2147483648},
+    {"a string literal is a String and no Boolean", "1", 9, 1},
+    {"a wide string literal is a String and no Boolean", L"1", 9, 1},
 };
 
 TEST(VariantInterface, TakesWhatHasNoOverloadByTheLanguagesOwnPromotions) {
@@ -301,7 +301,7 @@ TEST(VariantInterface, TakesWhatHasNoOverloadByTheLanguagesOwnPromotions) {
     }
 }
 
-TEST(VariantInterface, StandsInACondition) {
+TEST(VariantInterface, IsTestedInACondition) {
     Variant const yes(0.5);
     Variant no(0.0);
     EXPECT_TRUE(yes ? true : false);
