@@ -24,9 +24,9 @@
 #include <QByteArray>
 #endif
 
-// Strings in printable form, and back. Each library has its own form. The job is the same if the same
-// bytes become printable and the peer can undo it. So the peer itself reads its result back; that
-// string is escaped in our form, and compared with the expected one.
+// Strings in printable form, and back. Each library has its own form. The job is the same if the
+// same bytes become printable and the peer can undo it. So the peer itself reads its result back;
+// that string is escaped in our form, and compared with the expected one.
 namespace {
 
 using namespace benchmarks;
@@ -105,8 +105,8 @@ std::string words(Random& random, std::size_t size) {
     return text;
 }
 
-// Without a zero byte, which ends a string for some peers, and without a backslash, which drops what
-// is before it in our form.
+// Without a zero byte, which ends a string for some peers, and without a backslash, which drops
+// what is before it in our form.
 std::string anyBytes(Random& random, std::size_t size) {
     std::string text(size, '\0');
     for (char& c : text) {

@@ -301,8 +301,8 @@ TEST(EscapeString, AllocatesItsResultOnce) {
     }
 }
 
-// The fast path makes a string of 16 to 29 bytes exactly. The general path reserves its size, and the
-// standard library then reserves 30.
+// The fast path makes a string of 16 to 29 bytes exactly. The general path reserves its size, and
+// the standard library then reserves 30.
 TEST(EscapeString, TakesTheFastPathUnderAUsualLocale) {
     std::string const text = "ab cdefghijklmn";
     ScopedCLocale const scope("C");

@@ -4,8 +4,8 @@
 #include <cstdio>
 
 // The classes of bytes under the C locale of the calling thread. Each byte is taken as a signed
-// char, so that 0xFF is -1, which is libc's EOF. EOF is of no class and its own lower case, whatever
-// the locale says of the character 255. KEPT(byte-ff-is-eof)
+// char, so that 0xFF is -1, which is libc's EOF. EOF is of no class and its own lower case,
+// whatever the locale says of the character 255. KEPT(byte-ff-is-eof)
 namespace com::halvorin::internal {
 
 // ---- general path: the functions that every libc has

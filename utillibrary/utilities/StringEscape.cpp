@@ -86,9 +86,9 @@ char* writeWithRoom(char* out, std::string_view text, EscapeTable const& table) 
     return out;
 }
 
-// Writes a string without a backslash, and nothing after its escapes: for the last seven bytes there
-// may be no room for whole words. Eight bytes are read at once. Otherwise the compiler reads each
-// byte after the store of the one before it, which might have changed it.
+// Writes a string without a backslash, and nothing after its escapes: for the last seven bytes
+// there may be no room for whole words. Eight bytes are read at once. Otherwise the compiler reads
+// each byte after the store of the one before it, which might have changed it.
 void writeExactly(char* out, std::string_view text, EscapeTable const& table) noexcept {
     constexpr std::size_t STEP = sizeof(std::uint64_t);
     for (; text.size() >= 2 * STEP; text.remove_prefix(STEP)) {

@@ -15,8 +15,8 @@ namespace {
 // Finds the first element that contains `text`.
 template <typename List>
 auto findContaining(List& list, std::string const& text) noexcept {
-    // std::string looks for the first byte and then compares. That is the fastest for short strings,
-    // but may take the product of both lengths. memmem takes their sum.
+    // std::string looks for the first byte and then compares. That is the fastest for short
+    // strings, but may take the product of both lengths. memmem takes their sum.
     constexpr std::size_t LONG_SIZE = 64;
     if (text.size() < LONG_SIZE) {
         return std::find_if(list.begin(), list.end(), [&text](std::string const& element) {
@@ -35,10 +35,11 @@ auto search(List& list, std::string const& text, bool partial) noexcept {
 
 // ---- comparing without case
 
-bool equalWithoutCase(char const* left, char const* right, std::size_t size) noexcept {
-    constexpr std::size_t BLOCK_SIZE = sizeof(Bytes);
-    LowerCase const lower;
-    if (size < BLOCK_SIZE || !pairsLetters(lower)) return equalByTable(lower, left, right, size);
+constexpr std::size_t BLOCK_SIZE = sizeof(Bytes);
+
+// For a locale that pairs the letters, and at least one block.
+bool equalByBlocks(LowerCase lower, char const* left, char const* right,
+                   std::size_t size) noexcept {
     auto const equalAt = [&](std::size_t i) {
         if (auto const equal = equalByLetters(left + i, right + i)) return *equal;
         return equalByTable(lower, left + i, right + i, BLOCK_SIZE);
@@ -47,6 +48,13 @@ bool equalWithoutCase(char const* left, char const* right, std::size_t size) noe
         if (!equalAt(i)) return false;
     }
     return equalAt(size - BLOCK_SIZE);  // the last block may overlap the one before it
+}
+
+bool equalWithoutCase(char const* left, char const* right, std::size_t size) noexcept {
+    LowerCase const lower;
+    bool const useBlocks = size >= BLOCK_SIZE && pairsLetters(lower);
+    return useBlocks ? equalByBlocks(lower, left, right, size)
+                     : equalByTable(lower, left, right, size);
 }
 
 }  // namespace
