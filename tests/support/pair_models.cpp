@@ -40,10 +40,11 @@ std::optional<SortedMap> modelOfDeserialize(std::string const& text) {
 std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
                                         std::string const& average, float averageDuration,
                                         std::string const& sample, float sampleDuration) {
-    // Volatile, so that no processor does two steps at once.
+    // Volatile: each step is done by itself, and when it is written here.
     float volatile weight = 1;
     float volatile sampleWeight = 0;
-    if (!(sampleDuration <= 0) && !(averageDuration < 0)) {
+    // These comparisons raise no flag for NaN, unlike <= and <.
+    if (!std::islessequal(sampleDuration, 0.0F) && !std::isless(averageDuration, 0.0F)) {
         float const volatile sum = averageDuration + sampleDuration;
         weight = averageDuration / sum;
         sampleWeight = 1 - weight;
@@ -56,11 +57,15 @@ std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
         std::optional<float> const number = modelOfStof(samples->at(name));
         if (!number) continue;
         std::optional<float> const old = modelOfStof(averages->at(name));
-        float const volatile oldPart = old.value_or(0) * weight;
-        float const volatile newPart = *number * sampleWeight;
-        float const volatile mixed = oldPart + newPart;
+        float value = *number;
+        if (old) {
+            float const volatile oldPart = *old * weight;
+            float const volatile newPart = *number * sampleWeight;
+            float const volatile sum = oldPart + newPart;
+            value = sum;
+        }
         std::array<char, 32> text;
-        std::snprintf(text.data(), text.size(), "%g", static_cast<double>(old ? mixed : *number));
+        std::snprintf(text.data(), text.size(), "%g", static_cast<double>(value));
         (*averages)[name] = text.data();
     }
     for (auto& [name, value] : *averages) {
@@ -68,6 +73,17 @@ std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
         if (value == "-nan") value = "nan";
     }
     return averages;
+}
+
+SortedMap writtenPairs(std::string const& text) {
+    SortedMap pairs;
+    if (text.empty()) return pairs;
+    for (std::string const& field : modelOfSplit(text, " ")) {
+        std::size_t const equals = field.find('=');
+        std::string const value = equals == std::string::npos ? "" : field.substr(equals + 1);
+        pairs.emplace(field.substr(0, equals), value == "-nan" ? "nan" : value);
+    }
+    return pairs;
 }
 
 }  // namespace testing_support

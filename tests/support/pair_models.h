@@ -5,18 +5,22 @@
 #include <string>
 #include <vector>
 
-// Name-value pairs once more, by way of sorted maps and of libc, for nothing but to be read.
+// Name-value pairs in the plainest code: sorted maps, strtof and snprintf. Tests compare the library
+// with these models.
 namespace testing_support {
 
 using SortedMap = std::map<std::string, std::string>;
 
-/// The pairs of a text; none where a field is malformed.
+/// The pairs of a string. Nothing if a field is malformed.
 std::optional<SortedMap> modelOfDeserialize(std::string const& text);
 
-/// The pairs of the new average, their values escaped; none where the average stays as it is. NaN is
-/// "nan" there: its sign is the processor's own.
+/// The pairs of the new average, as `writtenPairs` reads them. Nothing if the average stays as it is.
 std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
                                         std::string const& average, float averageDuration,
                                         std::string const& sample, float sampleDuration);
+
+/// The pairs of a string that `serializeNVP` wrote, values still escaped. "-nan" becomes "nan",
+/// because the sign of a NaN that arithmetic makes is the processor's choice.
+SortedMap writtenPairs(std::string const& text);
 
 }  // namespace testing_support

@@ -2,143 +2,201 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <utillibrary/export.h>
-#include <utillibrary/utilities/StringNVP_detail.h>
+#include <utillibrary/utilities/StringTrim.h>
 #include <utillibrary/utilities/StringUtilities.h>
 
-// Fields of texts, and texts of name-value pairs: "name=value" fields with a space between two.
+// Strings that are split into fields, and strings of name-value pairs.
 //
-// A name is what stands before the first "=" of its field, and is not empty; the value is all
-// behind it, further "=" included. Names are never escaped and never checked: one that holds a
-// space or "=" is not read back. KEPT(names-are-unchecked)
+// A string of pairs has fields "name=value" with one space between two fields. The name is what
+// comes before the first "=" of the field, and is not empty. The value is everything after that
+// "=", and may contain "=". `serializeNVP` escapes values and `deserializeNVP` unescapes them. No
+// function escapes or checks a name: a name that contains a space or "=" cannot be read back.
 //     std::unordered_map<std::string, std::string> pairs;
-//     deserializeNVP(pairs, "place=east\\u0020wing t=20.5");    // {place: "east wing", t: "20.5"}
-//     std::string line;
-//     addToNVPString(line, "t", "21");                          // "t=21"
-//     averageNVP({"t"}, line, 60, "t=24", 30);                  // "t=22"
+//     deserializeNVP(pairs, "place=east\\u0020wing t=20.5")    // true
+//     pairs                                                    // {place: "east wing", t: "20.5"}
+//     std::string average;
+//     addToNVPString(average, "t", "21");                      // "t=21"
+//     averageNVP({"t"}, average, 60, "t=24", 30);
+//     average                                                  // "t=22"
+//
+// `split`, `serializeNVP` and `deserializeNVP` are templates, for lists and maps of any type. The
+// library exports the forms for std::vector and std::unordered_map, which are faster.
+//
+// A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
+// Kept     names-are-unchecked
 namespace com::halvorin::utilities {
 
-/// Appends the fields of a text to a list.
-/// Takes    out: any sequence of strings that can be appended to; it is not emptied first.
-///          KEPT(appended-never-cleared) separators: a set of bytes, each of which ends a field;
-///          with none the text is one field. Text and separators may be elements of `out`, where
-///          `out` is a std::vector or leaves its elements in place.
-/// Gives    the fields that are not empty, and the last one always: "a,,b," gives "a", "b" and "",
-///          ",a" gives "a" alone, and an empty text one empty field. KEPT(split-keeps-last)
-/// Fails    never, but for std::bad_alloc; the fields before stay then.
-/// Cost     the list grows once at most.
+/// Appends the fields of a string to a list.
+/// Takes    out: any type that has a push_back for a std::string. It is not emptied first.
+///          separators: a set of bytes; each of them ends a field. Without one the whole string is
+///          one field. text and separators may be elements of `out`.
+/// Gives    the fields that are not empty, and always the last field, even if it is empty. So an
+///          empty string gives one empty field.
+/// Fails    never, except with std::bad_alloc or with what push_back throws; `out` then has the
+///          fields before.
+/// Like     strtok_r(3), except: (1) the last field is appended even if it is empty; (2) the string
+///          is not changed; (3) a zero byte is an ordinary byte.
+/// Example  std::vector<std::string> fields;
+///          split(fields, "a,,b;", ",;");      // {"a", "b", ""}
+///          split(fields, ",c", ",");          // {"a", "b", "", "c"}
+/// Kept     split-keeps-last, appended-never-cleared
 template <typename List>
 void split(List& out, std::string const& text, std::string const& separators) {
-    bool const moves = detail::holds(out, text);
-    std::string const copy = moves ? text : std::string();
-    detail::FieldReader fields(moves ? copy : text, separators);
-    // KEPT(appended-never-cleared): what the list holds already stays in front.
-    detail::makeRoom(out, fields);
-    for (std::string_view field; fields.next(field);) {
-        detail::append(out, field, fields.following(field));
+    // Copies: when `out` grows, its elements may move or change.
+    std::string const source = text;
+    std::string const ends = separators;
+    std::size_t start = 0;
+    std::size_t end = source.find_first_of(ends, start);
+    while (end != std::string::npos) {
+        if (end != start) out.push_back(source.substr(start, end - start));
+        start = end + 1;
+        end = source.find_first_of(ends, start);
     }
+    // KEPT(split-keeps-last): no test for emptiness, unlike above; with one, "a," gives {"a"}.
+    out.push_back(source.substr(start));
 }
 
-/// Appends one pair, the value as it is: for numbers and plain words. `serializeNVP` escapes.
-/// KEPT(two-writers)
-/// Takes    nvp: a text of pairs; one space goes before the new pair unless it is empty. name,
-///          value: with either of them empty nothing is written. KEPT(no-empty-value-is-added)
-///          Either may be `nvp` itself, as it has become by then. KEPT(own-text-is-read-late)
-/// Fails    never, but for std::bad_alloc.
-/// Example  "a=1" with "b" and "x y" becomes "a=1 b=x y"
+/// `split` for std::vector, compiled once and exported.
+/// Cost     the vector grows at most once, and at least doubles then.
+template <>
+UTILLIBRARY_EXPORT void split(std::vector<std::string>& out, std::string const& text,
+                              std::string const& separators);
+
+/// Appends one pair without escaping its value: for numbers and plain words. `serializeNVP`
+///          escapes.
+/// Takes    nvp: a string of pairs, or an empty one. If it is not empty, a space comes before the
+///          new pair. name, value: if either is empty, nothing is appended. Either may be `nvp`
+///          itself; it is read after the space has been appended.
+/// Fails    never, except with std::bad_alloc; `nvp` is then unchanged.
+/// Example  std::string nvp = "a=1";
+///          addToNVPString(nvp, "b", "x y");      // "a=1 b=x y"
+///          addToNVPString(nvp, "c", "");         // "a=1 b=x y"
+/// Kept     two-writers, no-empty-value-is-added, own-text-is-read-late
 UTILLIBRARY_EXPORT void addToNVPString(std::string& nvp, std::string const& name,
                                        std::string const& value);
 
-/// Appends the pairs of a map, each value as `escapeString(value, false)` has it; `addToNVPString`
-/// writes it raw. KEPT(two-writers) Of a value with a backslash only the end survives.
-/// KEPT(backslash-starts-over)
-/// Takes    out: not emptied first KEPT(appended-never-cleared); one space goes before each pair
-///          unless `out` is empty then. map: any map from string to string; an empty value is
-///          written as "name=".
-/// Gives    the pairs in the map's own order, which carries no meaning.
-/// Fails    never, but for std::bad_alloc; `out` is as it was then.
-/// Example  {b: "two words"} onto "x=1" gives 'x=1 b=two\u0020words'
+/// Appends the pairs of a map, each value as `escapeString(value, false)` returns it.
+/// Takes    out: it is not emptied first. If it is not empty, a space comes before the first new
+///          pair. It may be a value of the map. map: any type whose entries have a `first` and a
+///          `second` that convert to a std::string. An empty value is written as "name=".
+/// Gives    the pairs in the order of the map. The order has no meaning. Of a value that contains a
+///          backslash, `escapeString` keeps only the end.
+/// Fails    never, except with std::bad_alloc; `out` is then unchanged.
+/// Example  std::string out = "x=1";
+///          std::unordered_map<std::string, std::string> const map = {{"b", "two words"}};
+///          serializeNVP(out, map);      // "x=1 b=two\\u0020words"
+/// Kept     two-writers, appended-never-cleared, backslash-starts-over
 template <typename Map>
 void serializeNVP(std::string& out, Map const& map) {
-    detail::PairWriter writer(!out.empty());
-    for (auto const& [name, value] : map)
-        writer.add(name, value);
-    writer.appendTo(out);
+    std::string pairs;
+    for (auto&& entry : map) {
+        std::string const& name = entry.first;
+        std::string const& value = entry.second;
+        if (!out.empty() || !pairs.empty()) pairs += ' ';
+        pairs += name;
+        pairs += '=';
+        // KEPT(two-writers): `addToNVPString` writes the value as it is.
+        pairs += escapeString(value, false);
+    }
+    // KEPT(appended-never-cleared): what `out` contains stays in front.
+    out += pairs;
 }
 
-/// Inserts the pairs of a text into a map, each value as `unescapeString` reads it.
-/// Takes    map: any map from string to string; it is not emptied first.
-///          KEPT(appended-never-cleared) text: blanks at its ends are trimmed, fields stand between
-///          spaces; other blanks belong to a field.
-/// Gives    true when every field was a pair. A name that the map holds already keeps its value, be
-///          it from before the call or from an earlier field. KEPT(first-value-wins)
-/// Fails    with false for a field without "=", or with nothing before it; all other fields are
-///          inserted all the same. KEPT(malformed-fields-are-skipped) A text of nothing but blanks
-///          is one such field. KEPT(empty-text-is-malformed) Or with std::bad_alloc; the pairs
-///          before stay then.
-/// Example  '  a=1   b=x=y  ' gives {a: "1", b: "x=y"} and true
+/// `serializeNVP` for std::unordered_map, compiled once and exported.
+/// Cost     one allocation, if the pairs take less than 4 KiB.
+template <>
+UTILLIBRARY_EXPORT void serializeNVP(std::string& out,
+                                     std::unordered_map<std::string, std::string> const& map);
+
+/// Inserts the pairs of a string into a map, each value as `unescapeString` returns it.
+/// Takes    map: any type that has `find` for a name, `end`, and `insert` for a pair of two
+///          std::string. It is not emptied first. text: whitespace at its two ends is ignored.
+///          Between fields there are one or more spaces; other whitespace belongs to a field. The
+///          string may be a value of the map.
+/// Gives    true if every field is a pair. A name that the map already contains keeps its value,
+///          whether it was there before the call or comes from an earlier field.
+/// Fails    with false if a field has no "=", or nothing before it. The other fields are inserted
+///          nevertheless. A string that is empty or only whitespace counts as one such field. Or
+///          with std::bad_alloc or what the map throws; the pairs before are then inserted.
+/// Example  std::unordered_map<std::string, std::string> map;
+///          deserializeNVP(map, "  a=1   b=x=y  ")      // true
+///          deserializeNVP(map, "a=2 junk c=3")         // false
+///          map                                         // {a: "1", b: "x=y", c: "3"}
+/// Kept     first-value-wins, malformed-fields-are-skipped, empty-text-is-malformed,
+///          appended-never-cleared
 template <typename Map>
 bool deserializeNVP(Map& map, std::string const& text) {
-    detail::FieldReader fields(detail::trimmed(text), " ");
-    detail::makeBuckets(map, fields);
-    bool const hasEscapes = text.find('\\') != std::string::npos;
+    std::vector<std::string> fields;
+    split(fields, trim(text), " ");
     bool wellFormed = true;
-    for (std::string_view field; fields.next(field);) {
+    for (std::string const& field : fields) {
         std::size_t const equals = field.find('=');
-        if (equals == 0 || equals == std::string_view::npos) {
-            // KEPT(malformed-fields-are-skipped): no return; what follows is read.
-            // KEPT(empty-text-is-malformed): its one field comes here like any other.
+        if (equals == std::string::npos || equals == 0) {
+            // KEPT(malformed-fields-are-skipped): no return; the fields after this one are read.
+            // KEPT(empty-text-is-malformed): the one field of an empty string also comes here.
             wellFormed = false;
             continue;
         }
-        std::string_view const name = field.substr(0, equals);
-        std::string_view const value = field.substr(equals + 1);
-        // KEPT(first-value-wins): emplace, never an assignment.
-        if (!hasEscapes || value.find('\\') == std::string_view::npos) {
-            map.emplace(name, value);
-        } else {
-            map.emplace(name, unescapeString(std::string(value)));
-        }
+        std::string const name = field.substr(0, equals);
+        if (map.find(name) != map.end()) continue;  // KEPT(first-value-wins)
+        std::string const value = unescapeString(field.substr(equals + 1));
+        map.insert(std::pair<std::string, std::string>(name, value));
     }
     return wellFormed;
 }
 
-/// Mixes the numbers of a new sample into a running average, each by the time that it covers.
-/// Takes    names: which pairs to average; a name that stands there twice is averaged twice.
-///          KEPT(listed-twice-averaged-twice) average, sample: texts of pairs; they and the names
-///          may be one object. averageDuration, sampleDuration: the time that each covers, in any
-///          one unit; the host adds them up for its next call.
-/// Gives    average * w + sample * (1 - w) with w = averageDuration / (averageDuration +
-///          sampleDuration), every step in single precision, written as "%g" under the C locale.
-///          Values are read as `std::stof` reads them: blanks before the number and anything behind
-///          it do not matter. A sample value that it refuses, as it does inexact subnormals, or
-///          that is not a number, is left out silently; an average value of that kind gives way to
-///          the sample's. KEPT(unreadable-values-are-silent)
-///          All other pairs of the average stay, and no pair is added. KEPT(averaging-adds-no-name)
-///          Values are read and written as by `deserializeNVP` and `serializeNVP`; a name that
-///          stood there twice stays once, with its first value. Their order carries no meaning.
-/// Fails    with a report ("StringNVP::averageNVP", 3, "Invalid duration", 0) where sampleDuration
-///          is not above zero or averageDuration is below it; then it goes on with w = 1, so that
-///          `average` is rewritten all the same. KEPT(invalid-duration-goes-on) A duration that is
-///          not a number is not reported, and makes the results so. KEPT(nan-duration-is-silent)
-///          Where either text has a malformed field, `average` stays as it is, without a report. So
-///          does an empty one: the host starts it with its first sample.
-///          KEPT(empty-text-is-malformed) With std::bad_alloc; `average` stays as it is then.
-/// Example  ({"t"}, "t=10", 3, "t=20", 1) gives "t=12.5"
+/// `deserializeNVP` for std::unordered_map, compiled once and exported.
+/// Cost     one allocation for each pair, and few for the buckets. It is the caller's map and hash:
+///          names that share a bucket take quadratic time, as with any insertion into that map.
+template <>
+UTILLIBRARY_EXPORT bool deserializeNVP(std::unordered_map<std::string, std::string>& map,
+                                       std::string const& text);
+
+/// Mixes the numbers of a new sample into a running average, weighted by the time that each covers.
+///
+/// The weight of the average is w = averageDuration / (averageDuration + sampleDuration). For each
+/// name in `names`, the value in `average` becomes:
+///
+/// sample value     average value    new value
+/// ---------------  ---------------  ------------------------------------------------------
+/// a number         a number         average value * w + sample value * (1 - w), as "%g"
+/// a number         no number        the sample value, as "%g"
+/// no number        any              unchanged
+/// no such name     any              unchanged
+/// any              no such name     no pair is added
+///
+/// A value is a number if `std::stof` returns one for it that is not NaN. So whitespace before a
+/// number and anything after it are ignored. Infinity is a number. A number too large for a float
+/// is none, nor is one that loses digits because it is too small. "%g" is `to_string(value, "%g")`.
+///
+/// Takes    names: a name that occurs twice is averaged twice; the second time starts from the six
+///          digits of the first. average, sample: strings of pairs, read as by `deserializeNVP`.
+///          They may be the same string, and may be elements of `names`. averageDuration,
+///          sampleDuration: in any one unit. The function does not add them up; the caller does,
+///          for the next call.
+/// Gives    the new pairs in `average`, written as by `serializeNVP`. Other pairs stay. A name that
+///          occurs twice in `average` stays once, with its first value. The order has no meaning.
+///          Each step of the arithmetic is in single precision.
+/// Fails    if sampleDuration <= 0 or averageDuration < 0: with a report ("StringNVP::averageNVP",
+///          3, "Invalid duration", 0); it continues with w = 1, so `average` is still rewritten. If
+///          a field of either string is malformed, or a string is empty: without a report;
+///          `average` is unchanged. If a duration is NaN: without a report; the results are NaN.
+///          With std::bad_alloc: `average` is unchanged.
+/// Cost     proportional to the sizes of the strings; at worst n log n, even for names that share a
+///          hash.
+/// Source   POSIX strtof and fprintf
+/// Example  std::string average = "t=10 place=attic";
+///          averageNVP({"t"}, average, 3, "t=20", 1);
+///          average                                      // "t=12.5 place=attic"
+/// Kept     listed-twice-averaged-twice, averaging-adds-no-name, unreadable-values-are-silent,
+///          invalid-duration-goes-on, nan-duration-is-silent, empty-text-is-malformed
 UTILLIBRARY_EXPORT void averageNVP(std::vector<std::string> const& names, std::string& average,
                                    float averageDuration, std::string const& sample,
                                    float sampleDuration);
-
-// The usual forms, compiled once and exported.
-extern template UTILLIBRARY_EXPORT void split(std::vector<std::string>&, std::string const&,
-                                              std::string const&);
-extern template UTILLIBRARY_EXPORT void serializeNVP(
-    std::string&, std::unordered_map<std::string, std::string> const&);
-extern template UTILLIBRARY_EXPORT bool deserializeNVP(
-    std::unordered_map<std::string, std::string>&, std::string const&);
 
 }  // namespace com::halvorin::utilities
