@@ -26,8 +26,8 @@ using testing_support::WritingLocale;
 using testing_support::writingLocales;
 
 // What a Variant writes for a number under any global C++ locale, facets of a host included: the
-// characters that a plain wide stream has. One table goes through the general path, the fast path and
-// the public functions.
+// characters that a plain wide stream has. One table goes through the general path, the fast path
+// and the public functions.
 namespace {
 
 template <typename Value>

@@ -52,7 +52,8 @@ void expectAsStreamed(Value value) {
     EXPECT_EQ(narrow, std::string(expected.begin(), expected.end()));
 }
 
-// Values whose last digit depends on the rounding, and values that do not fit six digits or a double.
+// Values whose last digit depends on the rounding, and values that do not fit six digits or a
+// double.
 std::vector<double> doubles() {
     std::vector<double> values = {0.0,      -0.0,    2.5,      0.1,       -0.1,       1.0 / 3,
                                   999999.5, 1000005, 1000015,  -1000005,  1e23,       5e-324,

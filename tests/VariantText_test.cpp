@@ -26,8 +26,8 @@ using testing_support::takeReports;
 
 using namespace std::string_literals;
 
-// What a Variant is written as, wide and narrow, under either locale. VariantText_facets_test.cpp has
-// the facets of a host, VariantText_digits_test.cpp the digits of a double.
+// What a Variant is written as, wide and narrow, under either locale. VariantText_facets_test.cpp
+// has the facets of a host, VariantText_digits_test.cpp the digits of a double.
 namespace {
 
 using uchar = unsigned char;

@@ -20,7 +20,8 @@ using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::VariantType;
 using com::halvorin::datatypes::xtime_t;
 
-// What a Variant contains after each constructor and assignment, after a copy, and when it is cleared.
+// What a Variant contains after each constructor and assignment, after a copy, and when it is
+// cleared.
 namespace {
 
 // ---- every kind of value, by constructor, by `assign` and by `operator=`

@@ -10,8 +10,7 @@ namespace testing_support {
 struct WritingLocale {
     char const* fact;
     std::locale locale;
-    bool
-        plain;  // a stream writes numbers as in the classic locale, by facets of the standard library
+    bool plain;  // numbers as in the classic locale, by facets of the standard library alone
 };
 
 /// The classic locale, named ones, combined ones, and ones with a facet of a host.

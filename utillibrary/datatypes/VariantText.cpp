@@ -19,9 +19,11 @@ namespace com::halvorin::internal {
 
 namespace {
 
-// What `stream << value` does, by its definition. The facet is called here, because the operator would
-// catch std::bad_alloc; and a mask that rethrows it would also throw when a facet sets badbit.
-// Not inlined: a stream needs so many registers that a caller would save them for the fast path too.
+// What `stream << value` does, by its definition. The facet is called here, because the operator
+// would catch std::bad_alloc; and a mask that rethrows it would also throw when a facet sets
+// badbit.
+//
+// Not inlined: a stream needs many registers, which a caller would save for the fast path, too.
 template <typename Value>
 [[gnu::noinline]] std::wstring inserted(Value value) {
     std::wostringstream stream;

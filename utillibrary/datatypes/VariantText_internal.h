@@ -11,8 +11,8 @@
 // How VariantText.cpp writes a number. A Variant inserts every number as one of these three types.
 namespace com::halvorin::internal {
 
-// The general path: the string of a wide stream that is made now, after the value was inserted. If a
-// facet of the host throws, sets badbit or fails its iterator, these are the characters so far.
+// The general path: the string of a wide stream that is made now, after the value was inserted. If
+// a facet of the host throws, sets badbit or fails its iterator, these are the characters so far.
 // Throws std::bad_alloc.
 std::wstring insertIntoStream(int value);
 std::wstring insertIntoStream(double value);
@@ -22,9 +22,9 @@ std::wstring insertIntoStream(bool value);
 inline constexpr std::size_t PLAIN_SIZE = GENERAL_SIZE;
 
 // The fast path: writes the same characters without a stream, and returns their number. It answers
-// for each value if the facets of the global locale are the standard library's own and write numbers
-// as in the classic locale. A double also needs libc to round to the nearest, because the stream
-// prints a double through libc.
+// for each value if the facets of the global locale are the standard library's own and write
+// numbers as in the classic locale. A double also needs libc to round to the nearest, because the
+// stream prints a double through libc.
 inline std::optional<std::size_t> writePlain(char* out, int value) {
     if (!wideStreamsWritePlainNumbers()) return std::nullopt;
     return static_cast<std::size_t>(writeWhole(out, value) - out);

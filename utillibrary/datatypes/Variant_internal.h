@@ -6,12 +6,13 @@
 
 #include "utillibrary/datatypes/Variant.h"
 
-// What the sources of Variant share: the list of the types, the one way to read a value, and the one
-// way to widen a string.
+// What the sources of Variant share: the list of the types, the one way to read a value, and the
+// one way to widen a string.
 namespace com::halvorin::internal {
 
 // The types, in the order of `Variant::typeNames`: the constant of this library, the number, the
-// name that hosts see. The enumeration, both public tables and both lookups are made from this list.
+// name that hosts see. The enumeration, both public tables and both lookups are made from this
+// list.
 //
 // Adding a type:
 // 1. Add a line to this list. The compiler then rejects the array sizes and `visitValue`.

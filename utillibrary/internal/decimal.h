@@ -53,8 +53,8 @@ char* writeGeneral(char* out, double value) noexcept;
 /// The general path of `writeGeneral`: every value, three times as slow.
 char* writeGeneralExactly(char* out, double value) noexcept;
 
-/// The fast path of `writeGeneral`: 0 and normal numbers, unless the digits that are cut off are too
-/// close to half of the last digit that stays.
+/// The fast path of `writeGeneral`: 0 and normal numbers, unless the digits that are cut off are
+/// too close to half of the last digit that stays.
 std::optional<char*> writeSixDigits(char* out, double value) noexcept;
 
 /// The same as a string. A std::string contains so few bytes without the heap; they are written in

@@ -16,12 +16,12 @@ namespace com::halvorin::internal {
 // The most bytes that `to_string` writes.
 inline constexpr std::size_t LONGEST_PRINTED = 31;
 
-// The general path of `to_string`: what snprintf writes into 32 bytes. Throws std::bad_alloc if libc
-// finds no memory, which it asks for when a number is very long.
+// The general path of `to_string`: what snprintf writes into 32 bytes. Throws std::bad_alloc if
+// libc finds no memory, which it asks for when a number is very long.
 std::string printWithLibc(double value, char const* format);
 
-// Fast paths of `to_string`: each writes the same characters, and returns their number. Both decline
-// if the C locale's decimal point is not "." or if libc does not round to the nearest.
+// Fast paths of `to_string`: each writes the same characters, and returns their number. Both
+// decline if the C locale's decimal point is not "." or if libc does not round to the nearest.
 
 // Answers for the format "%g" and every value.
 // Takes  out: GENERAL_SIZE bytes
@@ -32,7 +32,8 @@ inline std::optional<std::size_t> writeShortForm(char* out, double value) noexce
 }
 
 // Answers for the formats "%.0f" to "%.9f" if the whole result has at most LONGEST_PRINTED bytes.
-// libc and std::to_chars both round the exact value, ties to even, and spell infinity and NaN alike.
+// libc and std::to_chars both round the exact value, ties to even, and spell infinity and NaN
+// alike.
 // Takes  out: LONGEST_PRINTED bytes
 inline std::optional<std::size_t> writeFixed(char* out, double value,
                                              std::string_view format) noexcept {
