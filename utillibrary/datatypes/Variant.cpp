@@ -76,8 +76,10 @@ Variant& assigned(Variant& variant, T const& value) noexcept(noexcept(variant.as
 
 }  // namespace
 
+// NOLINTBEGIN(cppcoreguidelines-macro-usage): columns of the list of types.
 #define UTILLIBRARY_NAME(constant, number, name) name,
 #define UTILLIBRARY_NUMBER(constant, number, name) number,
+// NOLINTEND(cppcoreguidelines-macro-usage)
 
 wchar_t const* const Variant::typeNames[16] = {UTILLIBRARY_VARIANT_TYPES(UTILLIBRARY_NAME) nullptr};
 

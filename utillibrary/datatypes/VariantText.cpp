@@ -149,9 +149,9 @@ struct TextWriter {
     Text operator()(DateTime const& time) const {
         return fromNarrow<Text>(time.variant.timeVal.toString(true, 0, ""));
     }
-    Text operator()(NullValue) const { return fromNarrow<Text>("null"); }
-    Text operator()(NoValue) const { return fromNarrow<Text>("unknown"); }
-    Text operator()(UnsupportedType) const {
+    Text operator()(NullValue /*none*/) const { return fromNarrow<Text>("null"); }
+    Text operator()(NoValue /*none*/) const { return fromNarrow<Text>("unknown"); }
+    Text operator()(UnsupportedType /*none*/) const {
         application::oru::writelog(VARIANT_CONVERT_TO_STRING, LEVEL_ERROR, UNKNOWN_TYPE,
                                    GENERAL_FAILURE);
         return Text();

@@ -37,6 +37,7 @@ namespace com::halvorin::internal {
     TYPE(NULL_VALUE, 14, L"Null")           \
     TYPE(UNKNOWN, 0, L"Unknown")
 
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): a column of that list.
 #define UTILLIBRARY_CONSTANT(constant, number, name) constant = (number),
 enum TypeNumber : datatypes::VariantType { UTILLIBRARY_VARIANT_TYPES(UTILLIBRARY_CONSTANT) };
 #undef UTILLIBRARY_CONSTANT
