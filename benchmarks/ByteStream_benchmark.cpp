@@ -23,8 +23,8 @@
 #endif
 
 // Blocks of bytes made, overwritten, lengthened and zeroed. Each library's block is described once,
-// by a type of its own: `make` one of some bytes, `overwrite` it with others, however long they are,
-// `lengthen` it with zero bytes, `zero` it, and show its `bytes`.
+// by a type of its own: `make` one of some bytes, `overwrite` it with others, however long they
+// are, `lengthen` it with zero bytes, `zero` it, and show its `bytes`.
 namespace {
 
 using namespace benchmarks;

@@ -9,9 +9,9 @@
 #include <utillibrary/application/ORUsyslog.h>
 #include <utillibrary/datatypes/Library.h>
 
-// This program is its own loader: it defines the calls that Library makes, in place of libc's, and the
-// log hook, so that what passes between them is seen in its order. What a real loader does stands in
-// Library_test.cpp.
+// This program is its own loader: it defines the calls that Library makes, in place of libc's, and
+// the log hook, so that what passes between them is seen in its order. What a real loader does
+// stands in Library_test.cpp.
 
 using com::halvorin::datatypes::Library;
 using namespace std::string_literals;

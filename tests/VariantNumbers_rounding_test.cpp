@@ -34,8 +34,8 @@ using testing_support::RoundingWords;
 using testing_support::ScopedCLocale;
 using testing_support::ScopedRoundingWords;
 
-// Strings as float and double, in every state of the rounding words: the number that strtof, strtod or
-// wcstod gives, and no floating-point flag that this call does not raise.
+// Strings as float and double, in every state of the rounding words: the number that strtof, strtod
+// or wcstod gives, and no floating-point flag that this call does not raise.
 namespace {
 
 std::wstring widened(std::string const& text) { return {text.begin(), text.end()}; }

@@ -52,8 +52,8 @@ void leaveOut(std::string const& what) { missing().insert(what); }
 }  // namespace benchmarks
 
 int main(int argc, char** argv) {
-    // What is freed stays in the heap. Else a row that frees the block at its end might give the pages
-    // back each time, and take them again, or not, as the rows before it have left the heap.
+    // What is freed stays in the heap. Else a row that frees the block at its end might give the
+    // pages back each time, and take them again, or not, as the rows before it have left the heap.
     mallopt(M_TRIM_THRESHOLD, benchmarks::MOST_MEMORY);
     mallopt(M_MMAP_THRESHOLD, benchmarks::MOST_MEMORY);
     std::string const peers = UTILLIBRARY_MISSING_PEERS;

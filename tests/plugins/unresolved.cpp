@@ -1,5 +1,5 @@
-// Calls a function that no one defines: it can be loaded as long as functions are bound when they are
-// called, and not before.
+// Calls a function that no one defines: it can be loaded as long as functions are bound when they
+// are called, and not before.
 
 extern "C" int nobodyDefinesThis();
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// Name-value pairs in the plainest code: sorted maps, strtof and snprintf. Tests compare the library
-// with these models.
+// Name-value pairs in the plainest code: sorted maps, strtof and snprintf. Tests compare the
+// library with these models.
 namespace testing_support {
 
 using SortedMap = std::map<std::string, std::string>;
@@ -14,7 +14,8 @@ using SortedMap = std::map<std::string, std::string>;
 /// The pairs of a string. Nothing if a field is malformed.
 std::optional<SortedMap> modelOfDeserialize(std::string const& text);
 
-/// The pairs of the new average, as `writtenPairs` reads them. Nothing if the average stays as it is.
+/// The pairs of the new average, as `writtenPairs` reads them. Nothing if the average stays as it
+/// is.
 std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
                                         std::string const& average, float averageDuration,
                                         std::string const& sample, float sampleDuration);

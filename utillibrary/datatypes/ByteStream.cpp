@@ -8,8 +8,8 @@
 #include "utillibrary/application/ORUsyslog.h"
 #include "utillibrary/internal/result_codes.h"
 
-// The block is a plain pointer, because a class that owns it would need a heavy header in every host.
-// Nothing can throw after a block is made and before it is stored.
+// The block is a plain pointer, because a class that owns it would need a heavy header in every
+// host. Nothing can throw after a block is made and before it is stored.
 // NOLINTBEGIN(cppcoreguidelines-owning-memory)
 namespace com::halvorin::datatypes {
 
@@ -40,7 +40,8 @@ unsigned int ByteStream::allocate(unsigned int size) {
     if (size == size_) {
         zeroMemory();
     } else {
-        // KEPT(allocate-frees-first): no old byte is kept, and memory may not suffice for two blocks.
+        // KEPT(allocate-frees-first): no old byte is kept, and memory may not suffice for two
+        // blocks.
         clear();
         // KEPT(zero-length-is-not-empty): size 0 gets a block too.
         replace(new char[size](), size);
@@ -95,8 +96,8 @@ void ByteStream::replace(char* block, unsigned int size) noexcept {
     size_ = size;
 }
 
-// Moves the bytes to a longer block and sets the bytes after them to zero, up to `zeroEnd`. The caller
-// writes the bytes from `zeroEnd` on.
+// Moves the bytes to a longer block and sets the bytes after them to zero, up to `zeroEnd`. The
+// caller writes the bytes from `zeroEnd` on.
 void ByteStream::extend(unsigned int size, unsigned int zeroEnd) {
     auto* const block = new char[size];
     if (buffer_ != nullptr) std::memcpy(block, buffer_, size_);

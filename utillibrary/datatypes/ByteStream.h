@@ -112,7 +112,8 @@ public:
     /// Kept     zero-length-is-not-empty, allocate-frees-first
     unsigned int allocate(unsigned int size);
 
-    /// Makes the block `size` bytes long. Old bytes are kept as far as they fit; new bytes are zero.
+    /// Makes the block `size` bytes long. Old bytes are kept as far as they fit; new bytes are
+    /// zero.
     /// Gives    size.
     /// Fails    "0 == Sz" for size 0, unless the stream is empty; std::bad_alloc.
     /// Cost     one new block, also for a smaller size; no new block for an equal size.

@@ -73,7 +73,8 @@ public:
     /// Fails    never.
     UTILLIBRARY_INLINE bool isOpen() const noexcept { return module_ != nullptr; }
 
-    /// The name that the last successful `open` was given; empty before. `close` does not change it.
+    /// The name that the last successful `open` was given; empty before. `close` does not change
+    /// it.
     /// Fails    std::bad_alloc.
     /// Kept     name-outlives-close
     std::string name() const;
@@ -85,9 +86,9 @@ public:
     /// Finds the address of a symbol.
     /// Takes    name: as in the symbol table; names of C++ functions are mangled.
     /// Gives    the address; null after a failure.
-    /// Fails    reports "Library is not open. ", "NULL == EntryPoint. " for an empty name, or "Error
-    ///          calling dlsym. " for a symbol that is missing or whose value is null. std::bad_alloc
-    ///          for the report.
+    /// Fails    reports "Library is not open. ", "NULL == EntryPoint. " for an empty name, or
+    ///          "Error calling dlsym. " for a symbol that is missing or whose value is null.
+    ///          std::bad_alloc for the report.
     /// Source   POSIX dlsym
     /// Kept     null-symbol-is-missing
     void* procAddress(std::string const& name) const;
@@ -115,8 +116,8 @@ public:
 
     /// Closes the library. The name stays.
     /// Gives    0, also if `dlclose` fails and if no library is open.
-    /// Fails    never if a library is open. Otherwise it reports component "Library::close", level 7,
-    ///          message "Library is not open", code 0; std::bad_alloc for the report.
+    /// Fails    never if a library is open. Otherwise it reports component "Library::close", level
+    ///          7, message "Library is not open", code 0; std::bad_alloc for the report.
     /// Kept     close-always-succeeds, closed-twice-is-a-notice
     unsigned int close();
 

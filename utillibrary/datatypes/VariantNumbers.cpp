@@ -23,8 +23,8 @@ constexpr std::string_view NO_VALUE =
 static_assert(NO_VALUE.size() == 99);
 
 void reportNoValue() {
-    // A host may have set the stream so that it throws. A conversion does not throw for that. Written
-    // unformatted, because a width that the host has set is for the host's next output.
+    // A host may have set the stream so that it throws. A conversion does not throw for that.
+    // Written unformatted, because a width that the host has set is for the host's next output.
     try {
         std::cout.write(NO_VALUE.data(), NO_VALUE.size());
         std::cout << std::endl;  // NOLINT(performance-avoid-endl): flushed on purpose
@@ -34,8 +34,8 @@ void reportNoValue() {
     }
 }
 
-// Calls the reader with the value: an integer, a bool, a float, a double or a std::wstring. A Variant
-// without a value gives zero.
+// Calls the reader with the value: an integer, a bool, a float, a double or a std::wstring. A
+// Variant without a value gives zero.
 template <typename Result, typename Reader>
 Result readAs(Variant const& variant, Reader const& reader) {
     return visitValue(variant, [&reader](auto const& value) -> Result {
@@ -62,7 +62,8 @@ Target truncateTo(double value) noexcept {
     } else if constexpr (std::is_same_v<Target, unsigned int>) {
         return truncateToUint32(value);
     } else {
-        // KEPT(small-integers-through-int32): neither clamped to the target nor cut to 64 bits first.
+        // KEPT(small-integers-through-int32): neither clamped to the target nor cut to 64 bits
+        // first.
         return static_cast<Target>(truncateToInt32(value));
     }
 }

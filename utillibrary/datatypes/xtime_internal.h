@@ -16,15 +16,15 @@
 namespace com::halvorin::datatypes {
 
 // A float as a number of 24 bits divided by a power of two. Its parts come from shifts: floating
-// arithmetic would round by the SSE rounding word where libc rounds by the x87 word, and would raise
-// FE_INEXACT where libc raises nothing.
+// arithmetic would round by the SSE rounding word where libc rounds by the x87 word, and would
+// raise FE_INEXACT where libc raises nothing.
 class FixedPoint {
 public:
     /// Takes    value: from 0 to below 2^24
     explicit constexpr FixedPoint(float value) noexcept {
         auto const bits = std::bit_cast<std::uint32_t>(value);
-        // Zero and subnormal numbers have no leading bit, and get one here all the same. At 63 places
-        // it is 2^-40: less than a billionth of a thousandth, so that no result contains it.
+        // Zero and subnormal numbers have no leading bit, and get one here all the same. At 63
+        // places it is 2^-40: less than a billionth of a thousandth, so that no result contains it.
         mantissa_ = (bits & 0x7F'FFFF) | 0x80'0000;
         places_ = std::min(150 - (bits >> 23), 63U);
     }

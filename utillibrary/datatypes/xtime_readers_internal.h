@@ -19,8 +19,8 @@ namespace com::halvorin::datatypes {
 
 static_assert(std::endian::native == std::endian::little);
 
-// Eight characters, compared with a pattern at once: '0' in the pattern matches any digit, any other
-// character matches itself. The first character is the lowest byte.
+// Eight characters, compared with a pattern at once: '0' in the pattern matches any digit, any
+// other character matches itself. The first character is the lowest byte.
 class EightCharacters {
 public:
     EightCharacters(char const* text, char const (&pattern)[9]) noexcept {
@@ -96,11 +96,12 @@ inline float roundedToFloat(double value) noexcept {
 // "ss", or "ss." and one to nine digits, as sscanf("%f") reads them.
 //
 // libc rounds the decimal number to a float once, and obeys the x87 rounding word. Here digits and
-// power are exact, and their quotient is rounded to a double, which obeys the SSE word, and then to a
-// float. Both give the same float, because no such number is near a middle between two floats. A
+// power are exact, and their quotient is rounded to a double, which obeys the SSE word, and then to
+// a float. Both give the same float, because no such number is near a middle between two floats. A
 // middle is an odd multiple of a power of two from 2^-18 down. No number with nine decimals is one,
-// and the nearest is 2^28 / 5^9 = 137 last places of a double away, where the quotient is at most one
-// off. FE_INEXACT is raised for the same numbers: one that a double can contain has at most 15 bits.
+// and the nearest is 2^28 / 5^9 = 137 last places of a double away, where the quotient is at most
+// one off. FE_INEXACT is raised for the same numbers: one that a double can contain has at most 15
+// bits.
 inline bool readSeconds(StringReader& reader, float& value) noexcept {
     int whole = 0;
     if (!reader.twoDigits(whole)) return false;
@@ -149,10 +150,10 @@ inline bool readWholeIso(std::string_view text, IsoNumbers& numbers) noexcept {
     return readZone(reader, numbers);
 }
 
-/// "dddd-dd-ddTdd:dd"; then ":dd", or ":dd." and 1 to 9 digits, or nothing; then "Z", "+dd", "+dddd",
-/// "+dd:dd" (or with '-'), or nothing. Seconds with a fraction need a decimal point ".", and that libc
-/// rounds decimals to the nearest. Each number has exactly the digits that its sscanf conversion
-/// takes, so both paths read the same.
+/// "dddd-dd-ddTdd:dd"; then ":dd", or ":dd." and 1 to 9 digits, or nothing; then "Z", "+dd",
+/// "+dddd", "+dd:dd" (or with '-'), or nothing. Seconds with a fraction need a decimal point ".",
+/// and that libc rounds decimals to the nearest. Each number has exactly the digits that its sscanf
+/// conversion takes, so both paths read the same.
 inline std::optional<IsoNumbers> readIsoNumbers(std::string_view text) noexcept {
     std::optional<IsoNumbers> numbers(std::in_place);
     if (!readWholeIso(text, *numbers)) numbers.reset();

@@ -9,9 +9,9 @@
 #include "utillibrary/internal/rounding.h"
 #include "utillibrary/internal/wrapping.h"
 
-// The fast paths of the time strings, written. Each returns the end of what it wrote, or declines and
-// has written nothing. Their general paths are declared in xtime_internal.h. Inline, so that a call
-// costs nothing.
+// The fast paths of the time strings, written. Each returns the end of what it wrote, or declines
+// and has written nothing. Their general paths are declared in xtime_internal.h. Inline, so that a
+// call costs nothing.
 namespace com::halvorin::datatypes {
 
 /// Years 0 to 9999: such a year has four digits, and every other field two.

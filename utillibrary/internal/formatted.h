@@ -7,9 +7,9 @@
 // Formatted extraction and insertion that keep what a facet of the host throws inside.
 namespace com::halvorin::internal {
 
-/// In a handler `catch (...)`, which must then throw again: true if it has caught the cancellation of
-/// the thread. That is no C++ exception, so there is no current one. (To catch abi::__forced_unwind
-/// would bind a reference to nothing.)
+/// In a handler `catch (...)`, which must then throw again: true if it has caught the cancellation
+/// of the thread. That is no C++ exception, so there is no current one. (To catch
+/// abi::__forced_unwind would bind a reference to nothing.)
 inline bool threadIsBeingCancelled() noexcept { return std::current_exception() == nullptr; }
 
 /// Runs `operation`, which calls a facet. Afterwards the caller uses what the stream then has: the

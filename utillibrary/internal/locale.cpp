@@ -7,7 +7,8 @@ namespace com::halvorin::internal {
 
 namespace {
 
-// A facet of one of these types, and not of a type derived from them, is the standard library's own.
+// A facet of one of these types, and not of a type derived from them, is the standard library's
+// own.
 template <typename Facet, typename... Others>
 bool isStandard(Facet const& facet) noexcept {
     auto const& type = typeid(facet);

@@ -11,8 +11,8 @@
 // locale, which new streams follow. Either may change without the other.
 namespace com::halvorin::internal {
 
-/// The decimal point that libc writes and reads in the calling thread's C locale, if it is one byte;
-/// else a zero byte.
+/// The decimal point that libc writes and reads in the calling thread's C locale, if it is one
+/// byte; else a zero byte.
 char singleDecimalPoint() noexcept;
 
 /// The decimal point that libc reads in wide strings there.
@@ -48,8 +48,8 @@ std::optional<StandardFacets> standardReadingFacets(std::locale const& locale);
 bool writesPlainNumbers(std::locale const& locale);
 
 /// True if a wide stream that is made now writes each number as in the classic locale.
-/// Cost  3 ns in the classic locale. Under another locale the C++ library copies that locale under a
-///       mutex, as each new stream does, and its facets are looked at: 50 ns.
+/// Cost  3 ns in the classic locale. Under another locale the C++ library copies that locale under
+///       a mutex, as each new stream does, and its facets are looked at: 50 ns.
 inline bool wideStreamsWritePlainNumbers() {
     std::locale const global;
     return isClassic(global) || writesPlainNumbers(global);

@@ -13,11 +13,11 @@
 #include "utillibrary/internal/power_of_ten.h"
 #include "utillibrary/internal/rounding.h"
 
-// The fast path from strings to floating numbers, narrow and wide. The general path is libc's strtof,
-// strtod or wcstod.
+// The fast path from strings to floating numbers, narrow and wide. The general path is libc's
+// strtof, strtod or wcstod.
 //
-// gcc 12 returns a std::optional through memory, which takes as long as the reading of three digits.
-// So the functions that return one are inlined always.
+// gcc 12 returns a std::optional through memory, which takes as long as the reading of three
+// digits. So the functions that return one are inlined always.
 namespace com::halvorin::internal {
 
 /// digits * 10^exponent, negative if `minus`.
@@ -37,8 +37,8 @@ inline bool isSkipped(wchar_t c) noexcept {
     return std::iswspace(static_cast<std::wint_t>(c)) != 0;
 }
 
-/// Reads a string that is an optional sign, 1 to 19 digits with at most one point among them, and an
-/// optional exponent: "e", an optional sign, and up to two digits.
+/// Reads a string that is an optional sign, 1 to 19 digits with at most one point among them, and
+/// an optional exponent: "e", an optional sign, and up to two digits.
 /// Takes  decimalPoint: gives libc's decimal point, or a zero if libc's is longer than one
 ///        character. It is called once at most, for a string with a "." or an "e".
 /// Gives  false for any other string, and `number` as it was.
@@ -153,8 +153,8 @@ template <typename Floating>
     return plain.minus ? -*magnitude : *magnitude;
 }
 
-/// The number that the whole string is, as strtof, strtod or wcstod gives it. Declines a string that
-/// is no plain number, and the few numbers that only libc rounds.
+/// The number that the whole string is, as strtof, strtod or wcstod gives it. Declines a string
+/// that is no plain number, and the few numbers that only libc rounds.
 /// Takes  Floating: float or double; text: a std::string, a std::wstring, or a std::string_view;
 ///        decimalPoint: as for `parsePlainNumber`
 template <typename Floating, typename Text, typename DecimalPoint>

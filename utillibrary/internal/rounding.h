@@ -25,7 +25,8 @@ inline unsigned decimalRounding() noexcept {
 /// The two bits of the SSE word that arithmetic obeys. They mean the same as those above.
 inline unsigned arithmeticRounding() noexcept { return __builtin_ia32_stmxcsr() >> 13 & 3U; }
 
-/// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
+/// True if libc rounds to the nearest when it converts decimal text to a number or a number to
+/// text.
 inline bool decimalsRoundToNearest() noexcept { return decimalRounding() == 0; }
 
 /// True if libc and arithmetic round in the same direction. Then an operation on exact operands
@@ -36,7 +37,8 @@ inline bool arithmeticRoundsAsDecimals() noexcept {
 
 #else
 
-/// True if libc rounds to the nearest when it converts decimal text to a number or a number to text.
+/// True if libc rounds to the nearest when it converts decimal text to a number or a number to
+/// text.
 inline bool decimalsRoundToNearest() noexcept { return std::fegetround() == FE_TONEAREST; }
 
 /// True, because there is one word.

@@ -47,9 +47,9 @@ long readClassicInt64(std::wstring const& text) {
     return takeInteger(at).value;
 }
 
-// The separator and the decimal point take precedence over the digit or the sign that they also are.
-// Whether digits are grouped at all is not asked: without groups the separator has no effect, and
-// declining is right as well.
+// The separator and the decimal point take precedence over the digit or the sign that they also
+// are. Whether digits are grouped at all is not asked: without groups the separator has no effect,
+// and declining is right as well.
 std::optional<long> readStandardInt64(std::wstring const& text, std::locale const& locale) {
     auto const facets = standardReadingFacets(locale);
     if (!facets) return std::nullopt;

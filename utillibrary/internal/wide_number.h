@@ -12,8 +12,9 @@ namespace com::halvorin::internal {
 
 /// What formatted extraction of a `long` gives in base ten. Leading whitespace and a sign are
 /// accepted, and what follows the digits is ignored.
-/// Gives  0 without digits or for an empty string; LONG_MIN or LONG_MAX outside the range of `long`.
-///        If a facet of the host throws or fails: the value that the facet has stored, or 0.
+/// Gives  0 without digits or for an empty string; LONG_MIN or LONG_MAX outside the range of
+///        `long`. If a facet of the host throws or fails: the value that the facet has stored, or
+///        0.
 /// Fails  std::bad_alloc passes.
 long wideTextToInt64(std::wstring const& text);
 
@@ -24,8 +25,8 @@ long extractInt64(std::wstring const& text);
 long readClassicInt64(std::wstring const& text);
 
 /// The fast path for the other locales. It declines if a facet of `locale` is not the standard
-/// library's own, if the separator of groups or the decimal point is a sign or a digit there, and if
-/// that separator follows the digits.
+/// library's own, if the separator of groups or the decimal point is a sign or a digit there, and
+/// if that separator follows the digits.
 std::optional<long> readStandardInt64(std::wstring const& text, std::locale const& locale);
 
 // ---- floating numbers, under the calling thread's C locale

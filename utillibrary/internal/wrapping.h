@@ -2,7 +2,8 @@
 
 // Arithmetic that wraps at 64 bits. The language leaves the overflow of a signed sum undefined, so
 // sums that may overflow are computed in unsigned numbers, here and nowhere else.
-// (The inline members of the public header xtime.h are the one exception: they cannot include this.)
+// (The inline members of the public header xtime.h are the one exception: they cannot include
+// this.)
 namespace com::halvorin::internal {
 
 /// The unsigned number with the same bits.

@@ -127,8 +127,8 @@ void listMultiples(Window const& window, unsigned long step, unsigned int minor,
     for (unsigned long i = 0; i < count; ++i) {
         majors.push_back(window.at(first + i * step));
     }
-    // The seconds from a major to each minor tick after it. KEPT(axis-counts-in-floats): the spacing
-    // is a float, and so is each multiple of it.
+    // The seconds from a major to each minor tick after it. KEPT(axis-counts-in-floats): the
+    // spacing is a float, and so is each multiple of it.
     std::array<unsigned long, 4> offsets;
     auto const spacing = static_cast<float>(step) / static_cast<float>(minor + 1);
     for (unsigned int k = 1; k <= minor; ++k) {
@@ -174,8 +174,8 @@ void MovingTimeScale(long tMin, long tMax, unsigned int ticks, unsigned long min
         if (row.step < minStep || length < distance) continue;
         if (auto const from = startOf(row, length, tMin, tMax)) return write(*from, row);
     }
-    // KEPT(days-in-32-bits): not the whole distance; and cut before it is rounded up to days, so that
-    // the scale may end before tMax.
+    // KEPT(days-in-32-bits): not the whole distance; and cut before it is rounded up to days, so
+    // that the scale may end before tMax.
     long const from = multipleBefore(tMin, DAY);
     auto const low32Bits = static_cast<unsigned int>(distanceOf(from, tMax));
     write(from, {roundUpToDays(low32Bits / intervals), MINOR_OF_OTHER_STEPS, 0});

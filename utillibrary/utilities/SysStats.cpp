@@ -20,8 +20,8 @@ using namespace com::halvorin::internal;
 constexpr std::size_t STAT_BYTES = 256;
 using StatBuffer = std::array<char, STAT_BYTES>;
 
-// While an object of this class exists, its thread cannot be cancelled: cancellation waits until the
-// reading is complete. Without it, pthread_cancel would unwind the stack from `open`, `read` or
+// While an object of this class exists, its thread cannot be cancelled: cancellation waits until
+// the reading is complete. Without it, pthread_cancel would unwind the stack from `open`, `read` or
 // `close` through functions that are noexcept, and would end the process.
 class CancellationDelay {
 public:

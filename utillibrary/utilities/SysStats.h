@@ -47,8 +47,8 @@ public:
     ///          | free    | f_bavail * f_bsize              |
     ///          | percent | (total - free) / total * 100    |
     ///
-    ///          If `f_bsize` is larger than `f_frsize`, free can exceed the total. Then total - free
-    ///          wraps, and percent is far above 100.
+    ///          If `f_bsize` is larger than `f_frsize`, free can exceed the total. Then total -
+    ///          free wraps, and percent is far above 100.
     /// Fails    returns the errno of statvfs, such as ENOENT; percent and free are unchanged.
     /// Source   statvfs(3)
     /// Kept     two-block-sizes

@@ -52,8 +52,8 @@ bool isOrdinary(std::tm const& record) noexcept {
 }
 
 // The quarter days of a year before each month; a year has 1461. From March on there is one more.
-// In 1972 and each fourth year after it, three quarter days are left over from the years before: with
-// the one more they make a day, 29 February.
+// In 1972 and each fourth year after it, three quarter days are left over from the years before:
+// with the one more they make a day, 29 February.
 constexpr std::array<unsigned, 12> QUARTERS_BEFORE = {
     4 * 0,       4 * 31,      4 * 59 + 1,  4 * 90 + 1,  4 * 120 + 1, 4 * 151 + 1,
     4 * 181 + 1, 4 * 212 + 1, 4 * 243 + 1, 4 * 273 + 1, 4 * 304 + 1, 4 * 334 + 1};
