@@ -2,6 +2,7 @@
 # scripts/check-kept finds each kind of absence, on small trees that are made up here. A mark is put
 # together by `mark`, lest this file itself seem to hold a name.
 
+# shellcheck disable=SC2016 # names of tests are in backticks
 bats_require_minimum_version 1.5.0
 
 mark() { echo "KEPT($1)"; }
@@ -166,6 +167,70 @@ complains_only() {
     : >tests/Thing_test.cpp
     : >docs/kept.md
     complains_only "the library has no KEPT mark at all"
+}
+
+# A ledger as --strict wants it, with these lines in place of the first entry's "Held by".
+strict_ledger() {
+    local name
+    {
+        for name in in-a-source in-a-private-header in-the-header-twice; do
+            echo "- [$name](#$name)"
+        done
+        printf '\n## Thing\n\n### in-a-source\nIt does so.\nTempting: not to.\nBreaks: all.\n%s\n\n' "$1"
+        for name in in-a-private-header in-the-header-twice; do
+            printf '### %s\nTempting: not to.\nBreaks: all.\nHeld by `OtherThing.TakesFacts`.\n\n' "$name"
+        done
+    } >docs/kept.md
+}
+
+HELD='Held by `Thing.GivesFacts`.'
+
+# strictly COMPLAINTS: --strict prints these, and fails if there are any.
+strictly() {
+    check --strict
+    # shellcheck disable=SC2154 # set by run --separate-stderr
+    [[ $stderr == "$1" ]]
+    # shellcheck disable=SC2031 # "run" sets it, in this shell
+    if [[ -z $1 ]]; then [[ $status -eq 0 ]]; else [[ $status -eq 1 ]]; fi
+}
+
+@test "--strict accepts a ledger with an index and with the tests of each entry" {
+    strict_ledger "$HELD"
+    strictly ""
+}
+
+@test "--strict misses the line that names the tests" {
+    strict_ledger ""
+    strictly 'check-kept: in-a-source: its entry in docs/kept.md does not end in "Held by `Suite.Test`."'
+}
+
+@test "--strict refuses words after the names of the tests" {
+    strict_ledger 'Held by `Thing.GivesFacts`, in part.'
+    strictly 'check-kept: in-a-source: its entry in docs/kept.md does not end in "Held by `Suite.Test`."'
+}
+
+@test "--strict refuses a test that does not hold the name, also as the second one" {
+    strict_ledger 'Held by `Thing.GivesFacts` and `OtherThing.TakesFacts`.'
+    strictly 'check-kept: in-a-source: docs/kept.md says that `OtherThing.TakesFacts` holds it, and that test does not'
+}
+
+@test "--strict misses an entry in the index" {
+    strict_ledger "$HELD"
+    sed -i '1d' docs/kept.md
+    strictly "check-kept: the index of docs/kept.md and its entries differ: > [in-a-source](#in-a-source)"
+}
+
+@test "--strict refuses a link of the index without an entry" {
+    strict_ledger "$HELD"
+    sed -i '1i - [nowhere](#nowhere)' docs/kept.md
+    strictly "check-kept: the index of docs/kept.md and its entries differ: < [nowhere](#nowhere)"
+}
+
+@test "without --strict neither index nor tests are asked for" {
+    strict_ledger ""
+    sed -i '1d' docs/kept.md
+    check
+    [[ $status -eq 0 ]]
 }
 
 @test "--list says which test holds which name" {

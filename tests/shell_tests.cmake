@@ -53,7 +53,7 @@ utillibrary_shell_test(header_checks)
 set_tests_properties(header_checks PROPERTIES FIXTURES_REQUIRED library_variants)
 
 # The checks of files, and the tests that each of them finds what it looks for.
-add_test(NAME kept COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-kept")
+add_test(NAME files COMMAND "${PROJECT_SOURCE_DIR}/scripts/check")
 foreach(name IN ITEMS bootstrap check check_kept scripts)
   utillibrary_shell_test(${name})
 endforeach()
