@@ -8,20 +8,20 @@
 // A name after "Kept" is a deliberate surprise; share/doc/utillibrary/kept.md explains each.
 namespace com::halvorin::datatypes {
 
-// A point in time: whole seconds since 1970-01-01T00:00:00 UTC (the epoch), plus nanoseconds.
-//
-// A time is a plain value of 16 bytes. It uses no heap, no time zone and no leap seconds. One
-// object belongs to one thread at a time. Sums of seconds wrap at 64 bits, without a report. All
-// zero means "not set", so the epoch itself reads as not set.
-//     xtime_t t(1709618889, 250000000);           // 2024-03-05T06:08:09.250Z
-//     t.add(1.5f);                                // 2024-03-05T06:08:10.750Z
-//     t.toYYYYString()                            // "20240305060811"
-//     t.fromString("2024-03-05T07:08:09+01:00")   // true
-//     t.getDateTime()                             // 1709618889
-//
-// Its members are in three sources: xtime_text.cpp writes strings (toString, toYYYYString),
-// xtime_parse.cpp reads one (fromString), and xtime.cpp has all others.
-// Kept     zero-is-unset
+/// A point in time: whole seconds since 1970-01-01T00:00:00 UTC (the epoch), plus nanoseconds.
+///
+/// A time is a plain value of 16 bytes. It uses no heap, no time zone and no leap seconds. One
+/// object belongs to one thread at a time. Sums of seconds wrap at 64 bits, without a report. All
+/// zero means "not set", so the epoch itself reads as not set.
+///     xtime_t t(1709618889, 250000000);           // 2024-03-05T06:08:09.250Z
+///     t.add(1.5f);                                // 2024-03-05T06:08:10.750Z
+///     t.toYYYYString()                            // "20240305060811"
+///     t.fromString("2024-03-05T07:08:09+01:00")   // true
+///     t.getDateTime()                             // 1709618889
+///
+/// Its members are in three sources: xtime_text.cpp writes strings (toString, toYYYYString),
+/// xtime_parse.cpp reads one (fromString), and xtime.cpp has all others.
+/// Kept     zero-is-unset
 class UTILLIBRARY_EXPORT xtime_t {
 public:
     /// A time that is not set: 0 seconds and 0 nanoseconds.
@@ -41,7 +41,7 @@ public:
     /// A time of whole seconds since the epoch. Implicit: a number may be passed where a time is
     /// expected.
     /// Fails    never.
-    // NOLINTNEXTLINE(google-explicit-constructor): hosts write `xtime_t t = seconds;`.
+    // NOLINTNEXTLINE(google-explicit-constructor): hosts write `xtime_t t = seconds`.
     UTILLIBRARY_INLINE xtime_t(long const& seconds) noexcept : seconds_(seconds) {}
 
     /// The whole seconds since the epoch; negative before it.

@@ -62,13 +62,14 @@ void split(List& out, std::string const& text, std::string const& separators) {
 }
 
 /// `split` for std::vector, compiled once and exported.
+/// Fails    as the template does.
 /// Cost     the vector grows at most once, and at least doubles then.
 template <>
 UTILLIBRARY_EXPORT void split(std::vector<std::string>& out, std::string const& text,
                               std::string const& separators);
 
-/// Appends one pair without escaping its value: for numbers and plain words. `serializeNVP`
-///          escapes.
+/// Appends one pair without escaping its value: for numbers and plain words. `serializeNVP` escapes
+/// its values.
 /// Takes    nvp: a string of pairs, or an empty one. If it is not empty, a space comes before the
 ///          new pair. name, value: if either is empty, nothing is appended. Either may be `nvp`
 ///          itself; it is read after the space has been appended.
@@ -108,6 +109,7 @@ void serializeNVP(std::string& out, Map const& map) {
 }
 
 /// `serializeNVP` for std::unordered_map, compiled once and exported.
+/// Fails    as the template does.
 /// Cost     one allocation, if the pairs take less than 4 KiB.
 template <>
 UTILLIBRARY_EXPORT void serializeNVP(std::string& out,
@@ -151,6 +153,7 @@ bool deserializeNVP(Map& map, std::string const& text) {
 }
 
 /// `deserializeNVP` for std::unordered_map, compiled once and exported.
+/// Fails    as the template does.
 /// Cost     one allocation for each pair, and few for the buckets. It is the caller's map and hash:
 ///          names that share a bucket take quadratic time, as with any insertion into that map.
 template <>
@@ -162,13 +165,13 @@ UTILLIBRARY_EXPORT bool deserializeNVP(std::unordered_map<std::string, std::stri
 /// The weight of the average is w = averageDuration / (averageDuration + sampleDuration). For each
 /// name in `names`, the value in `average` becomes:
 ///
-/// sample value     average value    new value
-/// ---------------  ---------------  ------------------------------------------------------
-/// a number         a number         average value * w + sample value * (1 - w), as "%g"
-/// a number         no number        the sample value, as "%g"
-/// no number        any              unchanged
-/// no such name     any              unchanged
-/// any              no such name     no pair is added
+/// | sample value | average value | new value                                              |
+/// |--------------|---------------|--------------------------------------------------------|
+/// | a number     | a number      | average value * w + sample value * (1 - w), as "%g"    |
+/// | a number     | no number     | the sample value, as "%g"                              |
+/// | no number    | any           | unchanged                                              |
+/// | no such name | any           | unchanged                                              |
+/// | any          | no such name  | no pair is added                                       |
 ///
 /// A value is a number if `std::stof` returns one for it that is not NaN. So whitespace before a
 /// number and anything after it are ignored. Infinity is a number. A number too large for a float
