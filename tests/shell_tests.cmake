@@ -32,6 +32,11 @@ set_tests_properties(log_hook PROPERTIES FIXTURES_REQUIRED library_variants)
 utillibrary_shell_test(exports)
 set_tests_properties(exports PROPERTIES FIXTURES_REQUIRED library_variants)
 
+utillibrary_shell_test(hardening)
+set_tests_properties(hardening PROPERTIES FIXTURES_REQUIRED "library_variants;built_monitor")
+set_property(TEST hardening APPEND PROPERTY ENVIRONMENT
+  "MONITOR=${host_dir}/monitor.build/monitor")
+
 utillibrary_shell_test(package)
 
 find_program(GDB_PROGRAM gdb)

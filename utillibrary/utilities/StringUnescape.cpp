@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "utillibrary/internal/attributes.h"
 #include "utillibrary/internal/byte_block.h"
 #include "utillibrary/internal/byte_class.h"
 #include "utillibrary/utilities/StringEscape_internal.h"
@@ -117,7 +118,7 @@ std::string unescapeString(std::string const& text) {
     char const* const rest = text.data() + plain;
     char const* const end = text.data() + text.size();
     if (text.size() <= SHORT_SIZE) {
-        std::array<char, SHORT_SIZE> result;
+        UTILLIBRARY_UNINITIALIZED std::array<char, SHORT_SIZE> result;
         char* const out = std::copy_n(text.data(), plain, result.data());
         return {result.data(), internal::readEscapes(out, rest, end)};
     }

@@ -8,6 +8,7 @@
 #include <sys/sysinfo.h>
 #include <unistd.h>
 
+#include "utillibrary/internal/attributes.h"
 #include "utillibrary/utilities/SysStats_internal.h"
 
 namespace com::halvorin::utilities {
@@ -53,7 +54,7 @@ std::string_view readStart(char const* path, StatBuffer& buffer) noexcept {
 }
 
 CpuTotals readCpuTotals() noexcept {
-    StatBuffer buffer;
+    UTILLIBRARY_UNINITIALIZED StatBuffer buffer;
     return parseCpuTotals(readStart("/proc/stat", buffer));
 }
 
