@@ -16,7 +16,8 @@
 #if defined(_LIBCPP_VERSION)
 #error "utillibrary is built for libstdc++: compile without -stdlib=libc++"
 #elif defined(_GLIBCXX_USE_CXX11_ABI) && !_GLIBCXX_USE_CXX11_ABI
-#error "utillibrary is built with _GLIBCXX_USE_CXX11_ABI=1: compile without _GLIBCXX_USE_CXX11_ABI=0"
+#error \
+    "utillibrary is built with _GLIBCXX_USE_CXX11_ABI=1: compile without _GLIBCXX_USE_CXX11_ABI=0"
 #elif defined(_GLIBCXX_DEBUG)
 #error "utillibrary is built without _GLIBCXX_DEBUG: use _GLIBCXX_ASSERTIONS instead"
 #endif
@@ -24,6 +25,14 @@
 
 // Marks a class or function that a host may link against. Everything else is hidden.
 #define UTILLIBRARY_EXPORT __attribute__((visibility("default")))
+
+// Marks a function whose sums or products of unsigned integers wrap on purpose, for clang++'s
+// -fsanitize=integer.
+#ifdef __clang__
+#define UTILLIBRARY_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow")))
+#else
+#define UTILLIBRARY_WRAPS
+#endif
 
 // Marks a private member of an exported class; nothing outside the library can call it.
 #define UTILLIBRARY_LOCAL __attribute__((visibility("hidden")))

@@ -11,6 +11,7 @@
 #include "utillibrary/internal/calendar.h"
 #include "utillibrary/internal/truncation.h"
 #include "utillibrary/internal/wrapping.h"
+#include <utillibrary/export.h>
 
 namespace com::halvorin::datatypes {
 
@@ -41,7 +42,7 @@ xtime_t realTimeClock() {
 
 }  // namespace
 
-float xtime_t::difference(xtime_t const& other) const noexcept {
+UTILLIBRARY_WRAPS float xtime_t::difference(xtime_t const& other) const noexcept {
     auto const seconds = static_cast<float>(wrappingDifference(seconds_, other.seconds_));
     auto const nanoseconds =
         static_cast<float>(static_cast<int>(nanoseconds_ - other.nanoseconds_));
@@ -65,7 +66,7 @@ void xtime_t::decompose(int& year, int& month, int& day, int& hour, int& minute,
     nanoseconds = fraction;
 }
 
-void xtime_t::add(float amount) noexcept {
+UTILLIBRARY_WRAPS void xtime_t::add(float amount) noexcept {
     double whole = 0;
     double const fraction = std::modf(static_cast<double>(amount), &whole);
     // KEPT(add-cuts-nanoseconds): not rounded.
@@ -108,7 +109,7 @@ std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds> xti
         std::chrono::nanoseconds(count));
 }
 
-unsigned long xtime_t::toVMSTime(unsigned long& ticks) const noexcept {
+UTILLIBRARY_WRAPS unsigned long xtime_t::toVMSTime(unsigned long& ticks) const noexcept {
     unsigned long const fraction =
         (nanoseconds_ + NANOSECONDS_PER_TICK / 2UL) / NANOSECONDS_PER_TICK;
     ticks = asUnsigned(seconds_) * TICKS_PER_SECOND + VMS_EPOCH_TICKS + fraction;

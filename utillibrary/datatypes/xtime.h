@@ -102,7 +102,7 @@ public:
     /// Fails    never; a sum of seconds beyond 64 bits wraps.
     /// Example  xtime_t t(10, 0);
     ///          t.putNanoseconds(2500000000);   // 1970-01-01T00:00:12.500Z
-    UTILLIBRARY_INLINE void putNanoseconds(unsigned int nanoseconds) noexcept {
+    UTILLIBRARY_WRAPS UTILLIBRARY_INLINE void putNanoseconds(unsigned int nanoseconds) noexcept {
         // An unsigned sum wraps, where the overflow of a signed one is undefined.
         seconds_ = static_cast<long>(static_cast<unsigned long>(seconds_) +
                                      nanoseconds / NANOSECONDS_PER_SECOND);

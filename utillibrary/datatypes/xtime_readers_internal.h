@@ -12,6 +12,7 @@
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/plain_number.h"
 #include "utillibrary/internal/rounding.h"
+#include <utillibrary/export.h>
 
 // The fast paths of the time strings, read, and the readers of digits that they are made of. Their
 // general paths are declared in xtime_internal.h. Inline, so that a call costs nothing.
@@ -23,7 +24,7 @@ static_assert(std::endian::native == std::endian::little);
 // other character matches itself. The first character is the lowest byte.
 class EightCharacters {
 public:
-    EightCharacters(char const* text, char const (&pattern)[9]) noexcept {
+    UTILLIBRARY_WRAPS EightCharacters(char const* text, char const (&pattern)[9]) noexcept {
         std::uint64_t wanted = 0;
         std::memcpy(&differences_, text, 8);
         std::memcpy(&wanted, pattern, 8);

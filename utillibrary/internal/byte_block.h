@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include <utillibrary/export.h>
+
 // Sixteen bytes at once, by the vector types that gcc and clang have for every processor.
 namespace com::halvorin::internal {
 
@@ -55,7 +57,7 @@ inline bool any(Bytes bytes) noexcept {
 }
 
 /// The sum of the sixteen bytes.
-inline std::size_t sum(Bytes bytes) noexcept {
+UTILLIBRARY_WRAPS inline std::size_t sum(Bytes bytes) noexcept {
     constexpr std::uint64_t EVERY_SECOND_BYTE = 0x00FF00FF00FF00FF;
     auto const halves = std::bit_cast<Halves>(bytes);
     auto const even = halves & EVERY_SECOND_BYTE;

@@ -2,6 +2,8 @@
 
 #include <climits>
 
+#include <utillibrary/export.h>
+
 // The Gregorian calendar in UTC: days to dates, dates to days, and seconds to all six fields.
 //
 // Years begin in March here. So a leap day is the last day of its year, and one linear function
@@ -51,7 +53,7 @@ inline constexpr unsigned long YEARS_SHIFTED = ERAS_SHIFTED * YEARS_PER_ERA;
 
 /// Days from 1970-01-01 to the first of a month.
 /// Takes    year: within 2.39e9 of 0; month: 1..12
-constexpr long daysToMonth(long year, int month) noexcept {
+UTILLIBRARY_WRAPS constexpr long daysToMonth(long year, int month) noexcept {
     bool const beforeMarch = month <= 2;
     auto const y = static_cast<unsigned long>(year) + YEARS_SHIFTED - (beforeMarch ? 1 : 0);
     auto const m = static_cast<unsigned long>(beforeMarch ? month + 12 : month);  // [3, 14]
@@ -95,7 +97,7 @@ struct DayOfCentury {
 
 /// The century of a day counted from the shifted origin.
 /// Takes    shiftedDay: below 2^62
-constexpr DayOfCentury centuryOf(unsigned long shiftedDay) noexcept {
+UTILLIBRARY_WRAPS constexpr DayOfCentury centuryOf(unsigned long shiftedDay) noexcept {
     unsigned long const quarters = 4 * shiftedDay + 3;
     return {static_cast<long>(100 * (quarters / DAYS_PER_ERA) - YEARS_SHIFTED),
             static_cast<unsigned>(quarters % DAYS_PER_ERA / 4)};
@@ -117,7 +119,7 @@ constexpr CivilDate dateOf(DayOfCentury place) noexcept {
 
 /// The date of a day counted from 1970-01-01.
 /// Takes    days: within 2.39e9 years of 0
-constexpr CivilDate dateOfDay(long days) noexcept {
+UTILLIBRARY_WRAPS constexpr CivilDate dateOfDay(long days) noexcept {
     return dateOf(centuryOf(static_cast<unsigned long>(days) + DAYS_SHIFTED));
 }
 
@@ -140,7 +142,7 @@ struct SecondOfCentury {
 };
 
 /// Takes    seconds: since 1970, that are recorded
-constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
+UTILLIBRARY_WRAPS constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
     // The century of 1900 goes on until 2100 here, since 2000 was leap.
     if (inCalendarRange(seconds)) {
         constexpr unsigned SECONDS = SECONDS_PER_DAY;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "utillibrary/internal/power_of_ten.h"
+#include <utillibrary/export.h>
 
 namespace com::halvorin::internal {
 
@@ -139,7 +140,7 @@ std::string wholeText(long value) {
     return {minus ? begin : begin + 1, end};
 }
 
-char* writeWhole(char* out, int value) noexcept {
+UTILLIBRARY_WRAPS char* writeWhole(char* out, int value) noexcept {
     bool const minus = value < 0;
     auto rest = static_cast<unsigned>(value);
     if (minus) rest = 0 - rest;

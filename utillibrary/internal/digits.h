@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include <utillibrary/export.h>
+
 // Signs and decimal digits in narrow and wide strings: the parts that all readers of numbers share.
 // A reader takes a position, and gives what it read with the position after it.
 namespace com::halvorin::internal {
@@ -62,8 +64,8 @@ constexpr auto endOfDigits(std::basic_string<Character> const& /*text*/) noexcep
 /// Reads digits, as if those of `value` were before them. More than MOST_DIGITS of them, leading
 /// zeros apart, wrap at 64 bits.
 template <typename Character, typename End>
-constexpr Taken<Character, unsigned long> takeDigits(Character const* at, End end,
-                                                     unsigned long value = 0) noexcept {
+UTILLIBRARY_WRAPS constexpr Taken<Character, unsigned long> takeDigits(
+    Character const* at, End end, unsigned long value = 0) noexcept {
     for (; at != end && isDecimalDigit(*at); ++at)
         value = 10 * value + static_cast<unsigned long>(*at - '0');
     return {value, at};
@@ -73,7 +75,7 @@ constexpr Taken<Character, unsigned long> takeDigits(Character const* at, End en
 /// or LONG_MAX if a long has no room for the number.
 /// Takes  text: ends before a character that is neither a sign nor a digit, such as a zero
 template <typename Character>
-constexpr Taken<Character, long> takeInteger(Character const* text) noexcept {
+UTILLIBRARY_WRAPS constexpr Taken<Character, long> takeInteger(Character const* text) noexcept {
     auto const [minus, first] = takeSign(text);
     auto const [magnitude, end] = takeDigits(first, std::unreachable_sentinel);
     unsigned long const limit = static_cast<unsigned long>(LONG_MAX) + (minus ? 1 : 0);

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <utillibrary/export.h>
+
 // Powers of ten in 64 bits, and the product of a binary number and one of them. Conversions from
 // binary to decimal and back both need this step.
 namespace com::halvorin::internal {
@@ -77,7 +79,8 @@ constexpr Scaled scaled(std::uint64_t mantissa, int exponent, int power) noexcep
 /// True if the lowest `places` bits may be exactly half of the bit above them, or may be on the
 /// other side of half than they seem.
 /// Takes  bits: rounded down, and too small by less than `error`
-constexpr bool mayBeHalfway(std::uint64_t bits, int places, std::uint64_t error) noexcept {
+UTILLIBRARY_WRAPS constexpr bool mayBeHalfway(std::uint64_t bits, int places,
+                                              std::uint64_t error) noexcept {
     std::uint64_t const half = std::uint64_t{1} << (places - 1);
     std::uint64_t const cut = bits & (2 * half - 1);
     return half - cut < error;  // more than half gives a huge number

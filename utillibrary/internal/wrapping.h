@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utillibrary/export.h>
+
 // Arithmetic that wraps at 64 bits. The language leaves the overflow of a signed sum undefined, so
 // sums that may overflow are computed in unsigned numbers, here and nowhere else.
 // (The inline members of the public header xtime.h are the one exception: they cannot include
@@ -18,18 +20,18 @@ constexpr unsigned long asUnsigned(long value) noexcept {
 constexpr long asSigned(unsigned long value) noexcept { return static_cast<long>(value); }
 
 /// left + right; above LONG_MAX it goes on from LONG_MIN, and the other way round.
-constexpr long wrappingSum(long left, long right) noexcept {
+UTILLIBRARY_WRAPS constexpr long wrappingSum(long left, long right) noexcept {
     return asSigned(asUnsigned(left) + asUnsigned(right));
 }
 
 /// left - right, in the same way. As an unsigned number it is the exact distance from `right` up to
 /// a `left` that is not below it.
-constexpr long wrappingDifference(long left, long right) noexcept {
+UTILLIBRARY_WRAPS constexpr long wrappingDifference(long left, long right) noexcept {
     return asSigned(asUnsigned(left) - asUnsigned(right));
 }
 
 /// left * right, in the same way.
-constexpr long wrappingProduct(long left, long right) noexcept {
+UTILLIBRARY_WRAPS constexpr long wrappingProduct(long left, long right) noexcept {
     return asSigned(asUnsigned(left) * asUnsigned(right));
 }
 

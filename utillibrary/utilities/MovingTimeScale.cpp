@@ -8,6 +8,7 @@
 
 #include "utillibrary/internal/calendar.h"
 #include "utillibrary/internal/wrapping.h"
+#include <utillibrary/export.h>
 
 namespace com::halvorin::utilities {
 
@@ -181,8 +182,9 @@ void MovingTimeScale(long tMin, long tMax, unsigned int ticks, unsigned long min
     write(from, {roundUpToDays(low32Bits / intervals), MINOR_OF_OTHER_STEPS, 0});
 }
 
-void MovingTimeAxis(long tMin, long tMax, unsigned int ticks, unsigned long& step,
-                    unsigned int& minor, std::vector<long>& majors, std::vector<long>& minors) {
+UTILLIBRARY_WRAPS void MovingTimeAxis(long tMin, long tMax, unsigned int ticks, unsigned long& step,
+                                      unsigned int& minor, std::vector<long>& majors,
+                                      std::vector<long>& minors) {
     // KEPT(axis-empties-before-it-checks): unlike the scale, which writes nothing when it throws.
     majors.clear();
     minors.clear();

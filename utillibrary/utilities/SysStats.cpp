@@ -10,6 +10,7 @@
 
 #include "utillibrary/internal/attributes.h"
 #include "utillibrary/utilities/SysStats_internal.h"
+#include <utillibrary/export.h>
 
 namespace com::halvorin::utilities {
 
@@ -78,7 +79,7 @@ SysStats::SysStats() noexcept { getCPUTotals(user_, nice_, system_, idle_); }
 
 // NOLINTBEGIN(readability-convert-member-functions-to-static): members by contract.
 
-float SysStats::systemMemory() const noexcept {
+UTILLIBRARY_WRAPS float SysStats::systemMemory() const noexcept {
     struct sysinfo const info = readSysinfo();
     // KEPT(cache-counts-as-used): only freeram is free. The unit of both numbers cancels.
     return percentInUse(info.totalram - info.freeram, info.totalram);

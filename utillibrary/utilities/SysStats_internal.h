@@ -3,6 +3,8 @@
 #include <charconv>
 #include <string_view>
 
+#include <utillibrary/export.h>
+
 // What SysStats computes from the numbers and the text that the system gives it.
 namespace com::halvorin::internal {
 
@@ -63,7 +65,7 @@ struct DiskUse {
 
 /// The share in use and the free bytes of a file system. All products and differences wrap at 64
 /// bits.
-inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
+UTILLIBRARY_WRAPS inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
     // KEPT(two-block-sizes): the total is in fragments, the free space in blocks.
     unsigned long const total = blocks.fragments * blocks.fragmentBytes;
     unsigned long const free = blocks.available * blocks.blockBytes;
@@ -72,7 +74,8 @@ inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
 
 /// The load in percent between two readings; `previousLoad` if no tick has passed between them or a
 /// counter went backwards.
-inline float cpuLoad(CpuTotals const& previous, CpuTotals const& now, float previousLoad) noexcept {
+UTILLIBRARY_WRAPS inline float cpuLoad(CpuTotals const& previous, CpuTotals const& now,
+                                       float previousLoad) noexcept {
     // KEPT(no-tick-no-news): without ticks there is no new figure.
     bool const backwards = previous.user > now.user || previous.nice > now.nice ||
                            previous.system > now.system || previous.idle > now.idle;

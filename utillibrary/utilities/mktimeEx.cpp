@@ -7,6 +7,7 @@
 #include "utillibrary/internal/calendar.h"
 #include "utillibrary/internal/wrapping.h"
 #include "utillibrary/utilities/mktimeEx_internal.h"
+#include <utillibrary/export.h>
 
 namespace com::halvorin::utilities {
 
@@ -43,7 +44,7 @@ void writeDays(std::tm* record, Days const& days) noexcept {
 constexpr int dayOfWeek(long days) noexcept { return static_cast<int>((days + 4) % 7); }
 
 bool isOrdinary(std::tm const& record) noexcept {
-    auto const isOneOf = [](int value, unsigned first, unsigned count) {
+    auto const isOneOf = [](int value, unsigned first, unsigned count) UTILLIBRARY_WRAPS {
         return static_cast<unsigned>(value) - first < count;
     };
     return isOneOf(record.tm_sec, 0, 60) && isOneOf(record.tm_min, 0, 60) &&
@@ -59,7 +60,7 @@ constexpr std::array<unsigned, 12> QUARTERS_BEFORE = {
     4 * 181 + 1, 4 * 212 + 1, 4 * 243 + 1, 4 * 273 + 1, 4 * 304 + 1, 4 * 334 + 1};
 
 // dayOfWeek for fewer than 2^16 days: the part of the week that is over, as a fraction in 32 bits.
-constexpr int dayOfOrdinaryWeek(unsigned days) noexcept {
+UTILLIBRARY_WRAPS constexpr int dayOfOrdinaryWeek(unsigned days) noexcept {
     constexpr unsigned SEVENTH = 613566757;  // 2^32 / 7, rounded up
     unsigned const gone = SEVENTH * (days + 4);
     return static_cast<int>(7UL * gone >> 32);
