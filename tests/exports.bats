@@ -9,8 +9,9 @@ setup_file() {
 
 # symbols VARIANT: "T NAME", a line for each symbol that others may use.
 symbols() {
-    "$NM" --dynamic --defined-only --portability "$VARIANTS/$1/libutillibrary.so.1" |
-        sed -E 's/^([^ ]+) (.).*/\2 \1/'
+    "$NM" --dynamic --defined-only --portability --without-symbol-versions \
+        "$VARIANTS/$1/libutillibrary.so.1" |
+        sed -E 's/^([^ ]+) (.).*/\2 \1/; / UTILLIBRARY_1$/d'
 }
 
 # exported_names VARIANT
@@ -43,6 +44,17 @@ exports_are_listed() {
 
 @test "every build exports what the list says" {
     for_every_variant exports_are_listed
+}
+
+every_export_has_the_version() {
+    local without
+    without=$("$NM" --dynamic --defined-only --format=just-symbols \
+        "$VARIANTS/$1/libutillibrary.so.1" | grep -vE '@@UTILLIBRARY_1$|^UTILLIBRARY_1' || true)
+    [[ -z $without ]]
+}
+
+@test "every export has the version UTILLIBRARY_1" {
+    for_every_variant every_export_has_the_version
 }
 
 @test "the list is sorted and names nothing but com::halvorin" {

@@ -1,6 +1,8 @@
 #!/usr/bin/env bats
 # The library as a package: installed, moved elsewhere, and found there by the hosts in package/.
 
+# shellcheck disable=SC2030,SC2031 # each test runs in a subshell, and reads its own variables
+
 bats_require_minimum_version 1.5.0
 
 LIBRARY_FOLDERS=(lib lib64 lib/x86_64-linux-gnu)
@@ -217,4 +219,115 @@ END
     [[ $status -eq 1 ]]
     run grep -E '"command".*(UTILLIBRARY_|-fno-math-errno|-ffp-contract|-fsemantic).*host\.cpp' "$commands"
     [[ $status -eq 1 ]]
+}
+
+# ---- a good guest
+
+@test "a host that fetches the library builds it under strict flags, and installs only itself" {
+    local repository="$BATS_TEST_TMPDIR/repository" build="$BATS_TEST_TMPDIR/build"
+    mkdir "$repository"
+    cp -r "$SOURCE_DIR"/{CMakeLists.txt,utillibrary,cmake,docs,gdb} "$repository"
+    git -C "$repository" init --quiet
+    git -C "$repository" add .
+    git -C "$repository" -c user.name=host -c user.email=host@localhost commit --quiet -m All
+
+    run "$CMAKE" -S "$SOURCE_DIR/tests/package/guest" -B "$build" -G Ninja \
+        -DREPOSITORY="$repository" -DCMAKE_CXX_COMPILER="$GXX" -DBUILD_SHARED_LIBS=OFF \
+        -DCMAKE_COMPILE_WARNING_AS_ERROR=ON -DCMAKE_INSTALL_PREFIX="$BATS_TEST_TMPDIR/prefix" \
+        -DCMAKE_CXX_FLAGS="-fno-exceptions -fno-rtti -Wall -Wextra -Wuseless-cast -Wdouble-promotion"
+    echo "$output"
+    [[ $status -eq 0 ]]
+    [[ $output == *"utillibrary is a shared library, also where BUILD_SHARED_LIBS is off"* ]]
+    "$CMAKE" --build "$build" --parallel 2
+    [[ $("$build/host") == "3 new enough" ]]
+    "$CMAKE" --install "$build"
+    diff <(cd "$BATS_TEST_TMPDIR/prefix" && find . ! -type d) - <<<./bin/host
+
+    # The options for those who work on the library are not this host's.
+    run grep -E '^UTILLIBRARY_BUILD_' "$build/CMakeCache.txt"
+    [[ $status -eq 1 ]]
+}
+
+@test "the build tree is a package that CMake finds" {
+    local build="$BATS_TEST_TMPDIR/host"
+    "$CMAKE" -S "$SOURCE_DIR/tests/package/found" -B "$build" -G Ninja \
+        -DCMAKE_CXX_COMPILER="$GXX" -Dutillibrary_DIR="$BUILD/utillibrary/package"
+    "$CMAKE" --build "$build" --target host_17
+    prints_what_it_should "$build/host_17"
+}
+
+# ask_for_components COMPONENTS: separated by semicolons.
+ask_for_components() {
+    run "$CMAKE" -S "$SOURCE_DIR/tests/package/components" -B "$BATS_TEST_TMPDIR/host" -G Ninja \
+        -DCMAKE_CXX_COMPILER="$GXX" -DCMAKE_PREFIX_PATH="$MOVED/lib" -DWANTED="$1"
+    echo "$output"
+}
+
+@test "the package has two components, and an error names one that it has not" {
+    ask_for_components "Runtime;Development"
+    [[ $status -eq 0 ]]
+    ask_for_components "Runtime;foo"
+    [[ $status -eq 1 ]]
+    [[ $output == *"utillibrary has no component foo; it has Runtime and Development"* ]]
+}
+
+@test "the component Runtime is the library alone, also below DESTDIR" {
+    DESTDIR="$BATS_TEST_TMPDIR/stage" "$CMAKE" --install "$BUILD" --prefix /usr --component Runtime
+    diff <(cd "$BATS_TEST_TMPDIR/stage" && find . ! -type d -printf '%f\n' | sort) - <<END
+libutillibrary.so.1
+libutillibrary.so.1.0.0
+END
+}
+
+@test "a prefix with a space in it works with CMake and with pkg-config" {
+    local prefix="$BATS_TEST_TMPDIR/a prefix" build="$BATS_TEST_TMPDIR/host" flags
+    cp -r "$MOVED/lib" "$prefix"
+    "$CMAKE" -S "$SOURCE_DIR/tests/package/found" -B "$build" -G Ninja \
+        -DCMAKE_CXX_COMPILER="$GXX" -DCMAKE_PREFIX_PATH="$prefix"
+    "$CMAKE" --build "$build" --target host_17
+    prints_what_it_should "$build/host_17"
+
+    flags=$(package_config "$prefix/lib" --cflags --libs)
+    eval "flags=($flags)"
+    # shellcheck disable=SC2128,SC2178 # an array since eval
+    "$GXX" -std=c++17 "$SOURCE_DIR/tests/package/host.cpp" "${flags[@]}" -o "$build/host"
+    prints_what_it_should "$build/host" "$prefix/lib"
+}
+
+@test "Meson finds the package, and builds a host without exceptions and run-time types" {
+    command -v meson >/dev/null || skip "meson is not installed"
+    local build="$BATS_TEST_TMPDIR/build"
+    CXX="$GXX" PKG_CONFIG_PATH="$MOVED/lib/lib/pkgconfig" meson setup "$build" \
+        "$SOURCE_DIR/tests/package" -Dcpp_eh=none -Dcpp_rtti=false
+    ninja -C "$build"
+    [[ $(LD_LIBRARY_PATH="$MOVED/lib/lib" "$build/host") == "3 new enough" ]]
+}
+
+# refused MESSAGE COMPILER FLAGS...: a source with these headers, one by one, gives MESSAGE first.
+refused() {
+    local header
+    while read -r header; do
+        run --separate-stderr "${@:2}" -I "$MOVED/lib/include" -fsyntax-only -x c++ - \
+            <<<"#include <$header>"
+        # shellcheck disable=SC2154 # set by run --separate-stderr
+        echo "$header: $stderr" | head -n 5
+        [[ $status -ne 0 ]]
+        [[ $(grep -m 1 'error:' <<<"$stderr") == *"$1"* ]]
+    done < <(cd "$MOVED/lib/include" && find utillibrary -name '*.h' ! -name version.h)
+}
+
+@test "an older standard than C++17 is refused by one message, first" {
+    local compiler
+    for compiler in "${COMPILERS[@]}"; do
+        refused 'utillibrary needs C++17 or later: compile with -std=c++17"' "$compiler" -std=c++14
+    done
+}
+
+@test "a standard library that does not fit is refused by one message, first" {
+    refused 'built with _GLIBCXX_USE_CXX11_ABI=1' "$GXX" -std=c++17 -D_GLIBCXX_USE_CXX11_ABI=0
+    refused 'built without _GLIBCXX_DEBUG' "$GXX" -std=c++17 -D_GLIBCXX_DEBUG
+    if ! "$CLANGXX" -stdlib=libc++ -fsyntax-only -x c++ - <<<'#include <string>'; then
+        skip "libc++ is not installed"
+    fi
+    refused 'built for libstdc++' "$CLANGXX" -std=c++17 -stdlib=libc++
 }
