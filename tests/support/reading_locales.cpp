@@ -2,8 +2,8 @@
 
 #include <ios>
 #include <stdexcept>
-#include <string>
-#include <utility>
+
+#include "support/host_facets.h"
 
 namespace testing_support {
 
@@ -51,69 +51,7 @@ protected:
     }
 };
 
-// ---- numpunct
-
-class Punctuation : public std::numpunct<wchar_t> {
-public:
-    Punctuation(wchar_t point, wchar_t separator, std::string grouping)
-        : point_(point), separator_(separator), grouping_(std::move(grouping)) {}
-
-protected:
-    wchar_t do_decimal_point() const override { return point_; }
-    wchar_t do_thousands_sep() const override { return separator_; }
-    std::string do_grouping() const override { return grouping_; }
-
-private:
-    wchar_t point_;
-    wchar_t separator_;
-    std::string grouping_;
-};
-
-class ThrowingPunctuation : public std::numpunct<wchar_t> {
-public:
-    // A locale asks once while it takes the facet in. After that the facet throws.
-    static std::locale locale() {
-        auto* const facet = new ThrowingPunctuation;
-        std::locale result(std::locale::classic(), facet);
-        facet->throws_ = true;
-        return result;
-    }
-
-protected:
-    std::string do_grouping() const override {
-        if (throws_) throw std::runtime_error("of a host");
-        return "";
-    }
-
-private:
-    bool throws_ = false;
-};
-
 // ---- ctype
-
-class OrdinaryCtype : public std::ctype<wchar_t> {};
-
-class OtherCharacters : public std::ctype<wchar_t> {
-public:
-    OtherCharacters(char first, char last, wchar_t becomes)
-        : first_(first), last_(last), becomes_(becomes) {}
-
-protected:
-    wchar_t do_widen(char c) const override {
-        return c >= first_ && c <= last_ ? becomes_ + (c - first_)
-                                         : std::ctype<wchar_t>::do_widen(c);
-    }
-    char const* do_widen(char const* from, char const* to, wchar_t* out) const override {
-        for (; from != to; ++from)
-            *out++ = do_widen(*from);
-        return to;
-    }
-
-private:
-    char first_;
-    char last_;
-    wchar_t becomes_;
-};
 
 class OtherWhitespace : public std::ctype<wchar_t> {
 protected:
@@ -124,19 +62,6 @@ class WhitespaceThatThrows : public std::ctype<wchar_t> {
 protected:
     bool do_is(mask /*m*/, wchar_t /*c*/) const override { throw std::runtime_error("of a host"); }
 };
-
-class WideningThatThrows : public std::ctype<wchar_t> {
-protected:
-    char const* do_widen(char const* /*from*/, char const* /*to*/,
-                         wchar_t* /*out*/) const override {
-        throw std::runtime_error("of a host");
-    }
-};
-
-template <typename Facet>
-std::locale with(Facet* facet) {
-    return std::locale(std::locale::classic(), facet);
-}
 
 }  // namespace
 

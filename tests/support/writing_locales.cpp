@@ -2,7 +2,8 @@
 
 #include <ios>
 #include <stdexcept>
-#include <utility>
+
+#include "support/host_facets.h"
 
 namespace testing_support {
 
@@ -66,87 +67,6 @@ private:
     }
 };
 
-// ---- numpunct
-
-class Punctuation : public std::numpunct<wchar_t> {
-public:
-    Punctuation(wchar_t point, wchar_t separator, std::string grouping)
-        : point_(point), separator_(separator), grouping_(std::move(grouping)) {}
-
-protected:
-    wchar_t do_decimal_point() const override { return point_; }
-    wchar_t do_thousands_sep() const override { return separator_; }
-    std::string do_grouping() const override { return grouping_; }
-    std::wstring do_truename() const override { return L"yes"; }
-    std::wstring do_falsename() const override { return L"no"; }
-
-private:
-    wchar_t point_;
-    wchar_t separator_;
-    std::string grouping_;
-};
-
-// Answers while a locale takes it in, which asks once, and then throws.
-class ThrowingPunctuation : public std::numpunct<wchar_t> {
-public:
-    static std::locale locale() {
-        auto* const facet = new ThrowingPunctuation;
-        std::locale result(std::locale::classic(), facet);
-        facet->throws_ = true;
-        return result;
-    }
-
-protected:
-    std::string do_grouping() const override {
-        if (throws_) throw std::runtime_error("of a host");
-        return "";
-    }
-
-private:
-    bool throws_ = false;
-};
-
-// ---- ctype
-
-class OrdinaryCtype : public std::ctype<wchar_t> {};
-
-// Widens some characters to others.
-class OtherCharacters : public std::ctype<wchar_t> {
-public:
-    OtherCharacters(char first, char last, wchar_t becomes)
-        : first_(first), last_(last), becomes_(becomes) {}
-
-protected:
-    wchar_t do_widen(char c) const override {
-        return c >= first_ && c <= last_ ? becomes_ + (c - first_)
-                                         : std::ctype<wchar_t>::do_widen(c);
-    }
-    char const* do_widen(char const* from, char const* to, wchar_t* out) const override {
-        for (; from != to; ++from)
-            *out++ = do_widen(*from);
-        return to;
-    }
-
-private:
-    char first_;
-    char last_;
-    wchar_t becomes_;
-};
-
-class ThrowingCtype : public std::ctype<wchar_t> {
-protected:
-    wchar_t do_widen(char /*c*/) const override { throw std::runtime_error("of a host"); }
-    char const* do_widen(char const* /*from*/, char const* /*to*/,
-                         wchar_t* /*out*/) const override {
-        throw std::runtime_error("of a host");
-    }
-};
-
-template <typename Facet>
-std::locale with(Facet* facet) {
-    return std::locale(std::locale::classic(), facet);
-}
-
 }  // namespace
 
 std::vector<WritingLocale> const& writingLocales() {
@@ -189,7 +109,7 @@ std::vector<WritingLocale> const& writingLocales() {
          false},
         {"ctype with another minus", with(new OtherCharacters('-', '-', L'\u2212')), false},
         {"ctype with another letter of infinity", with(new OtherCharacters('i', 'i', L'I')), false},
-        {"ctype that throws", with(new ThrowingCtype), false},
+        {"ctype that throws", with(new WideningThatThrows), false},
     };
     return all;
 }
