@@ -9,9 +9,10 @@
 
 #include <cstddef>
 
-// The interface contains strings, lists and maps of the standard library, so the host and the library
-// must agree on them. Without these lines a difference ends in undefined references. A host that
-// builds the library itself, with the same flags, defines UTILLIBRARY_BUILT_WITH_THE_SAME_FLAGS.
+// The interface contains strings, lists and maps of the standard library, so the host and the
+// library must agree on them. Without these lines a difference ends in undefined references. A host
+// that builds the library itself, with the same flags, defines
+// UTILLIBRARY_BUILT_WITH_THE_SAME_FLAGS.
 #if !defined(UTILLIBRARY_BUILDING) && !defined(UTILLIBRARY_BUILT_WITH_THE_SAME_FLAGS)
 #if defined(_LIBCPP_VERSION)
 #error "utillibrary is built for libstdc++: compile without -stdlib=libc++"
@@ -37,8 +38,8 @@
 // Marks a private member of an exported class; nothing outside the library can call it.
 #define UTILLIBRARY_LOCAL __attribute__((visibility("hidden")))
 
-// Marks a short member function that a host compiles inline. The library exports a copy of it, for a
-// host in another language or one that is built without inlining.
+// Marks a short member function that a host compiles inline. The library exports a copy of it, for
+// a host in another language or one that is built without inlining.
 #ifdef UTILLIBRARY_BUILDING
 #define UTILLIBRARY_INLINE __attribute__((visibility("default"), used)) inline
 #else
