@@ -41,29 +41,30 @@ public:
     ByteStream() noexcept;
 
     /// Makes a stream of `size` zero bytes; an empty stream for 0.
-    /// Fails    std::bad_alloc.
+    /// Fails    with std::bad_alloc.
     // NOLINTNEXTLINE(google-explicit-constructor): a length may stand for so many zero bytes.
     ByteStream(unsigned int size);
 
     /// Makes a stream that contains a copy of `size` bytes.
     /// Takes    bytes and size: null and 0 make an empty stream.
-    /// Fails    as `copy(bytes, size)`.
+    /// Fails    as `copy(bytes, size)` does.
     UTILLIBRARY_INLINE ByteStream(char const* bytes, unsigned int size) {
         copyGeneral(bytes, size);
     }
 
     /// Makes a copy of another stream.
-    /// Fails    as `copy` of its bytes: "0 == Sz" if `other` has a block of length 0.
+    /// Fails    as `copy` of its bytes: with "0 == Sz" if `other` has a block of length 0.
     UTILLIBRARY_INLINE ByteStream(ByteStream const& other) {
         copyGeneral(other.buffer_, other.size_);
     }
 
     /// Frees the block.
+    /// Fails    never.
     UTILLIBRARY_INLINE ~ByteStream() { delete[] buffer_; }
 
     /// Replaces the bytes by a copy of those of another stream. Assigning a stream to itself
     /// changes nothing, unlike `copy`.
-    /// Fails    as `copy` of its bytes: "0 == Sz" if `other` has a block of length 0.
+    /// Fails    as `copy` of its bytes: with "0 == Sz" if `other` has a block of length 0.
     UTILLIBRARY_INLINE ByteStream& operator=(ByteStream const& other) {
         if (this != &other) copy(other.buffer_, other.size_);
         return *this;
@@ -107,15 +108,15 @@ public:
     /// Gives    size. If the block already has this length, its bytes become zero in place. So
     ///          `allocate(0)` leaves an empty stream empty, and gives any other stream a block of
     ///          length 0.
-    /// Fails    std::bad_alloc; the stream is then empty, because the old block is freed first.
-    ///          `copy` and `resize` keep the old block in that case.
+    /// Fails    with std::bad_alloc; the stream is then empty, because the old block was freed
+    ///          first. `copy` and `resize` keep the old block in that case.
     /// Kept     zero-length-is-not-empty, allocate-frees-first
     unsigned int allocate(unsigned int size);
 
     /// Makes the block `size` bytes long. Old bytes are kept as far as they fit; new bytes are
     /// zero.
     /// Gives    size.
-    /// Fails    "0 == Sz" for size 0, unless the stream is empty; std::bad_alloc.
+    /// Fails    with "0 == Sz" for size 0, unless the stream is empty; with std::bad_alloc.
     /// Cost     one new block, also for a smaller size; no new block for an equal size.
     /// Kept     resize-to-nothing-throws
     unsigned int resize(unsigned int size);
@@ -130,8 +131,8 @@ public:
     /// Takes    bytes: may point into this object's block. But to copy the whole block onto itself
     ///          sets all its bytes to zero.
     /// Gives    size. Null and 0 make the stream empty.
-    /// Fails    "NULL == V" for null with a size; "0 == Sz" for a pointer with size 0;
-    ///          std::bad_alloc.
+    /// Fails    with "NULL == V" for null with a size other than 0; with "0 == Sz" for a pointer
+    ///          with size 0; with std::bad_alloc.
     /// Cost     one new block; no new block for an equal size.
     /// Kept     copy-onto-itself-zeroes
     UTILLIBRARY_INLINE unsigned int copy(char const* bytes, unsigned int size) {
@@ -145,11 +146,12 @@ public:
         return size;
     }
 
-    /// Replaces the block by a copy of another stream's: `copy(source.buffer(), source.size())`.
+    /// Replaces the block by a copy of another stream's block, as
+    /// `copy(source.buffer(), source.size())` does.
     /// Takes    source: a non-const reference, though `source` is only read. A const stream does
     ///          not compile, nor does a number, which would convert to a stream of zero bytes.
     /// Gives    source.size().
-    /// Fails    as `copy(bytes, size)`.
+    /// Fails    as `copy(bytes, size)` does.
     /// Kept     source-is-a-variable
     UTILLIBRARY_INLINE unsigned int copy(ByteStream& source) {
         // KEPT(source-is-a-variable): a const reference would take a number for a stream.
@@ -159,10 +161,11 @@ public:
     /// Writes a part of `source` over this stream, from byte `start` on. This stream becomes longer
     /// if necessary, and never shorter. Bytes between its old end and `start` become zero.
     /// Takes    source: may be this stream; the part may overlap the bytes that are written.
-    ///          sourceStart: index of the first byte to copy. start: index that it gets here.
-    ///          count: bytes to copy; 0 copies all bytes from `sourceStart` to the end.
+    ///          sourceStart: index of the first byte to copy. start: index of its copy in this
+    ///          stream. count: number of bytes to copy; 0 copies all bytes from `sourceStart` to
+    ///          the end.
     /// Gives    the number of bytes copied; 0 if `sourceStart` is the end of `source`.
-    /// Fails    "SrcStart+Num > Src.size()" if the part reaches past the end of `source`;
+    /// Fails    with "SrcStart+Num > Src.size()" if the part reaches past the end of `source`; with
     ///          std::bad_alloc, also if the new length needs more than 32 bits.
     /// Cost     one new block if the length changes.
     /// Example  ByteStream text("wxyz", 4);

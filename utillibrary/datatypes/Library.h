@@ -40,7 +40,7 @@ namespace com::halvorin::datatypes {
 /// | "Library::procAddress" | "NULL == EntryPoint. "                            | 0x80070057 |
 /// | "Library::procAddress" | "Error calling dlsym. "                           | 0xECE99F6F |
 ///
-/// A zero byte ends a name. After std::bad_alloc the object is unchanged.
+/// A name ends at its first zero byte. After std::bad_alloc the object is unchanged.
 ///
 /// Loading runs code of the file, so open only files that you trust. The loader checks little:
 /// it waits at a FIFO until somebody writes to it, and a file that was cut off in the middle may
@@ -53,13 +53,15 @@ public:
     /// Fails    never.
     Library() noexcept;
 
-    /// Opens a shared library, as `open(name)`.
-    /// Fails    throws the code of `open` as an `unsigned int`, after the report; std::bad_alloc.
+    /// Opens a shared library, as `open(name)` does.
+    /// Fails    with the code of `open`, thrown as an `unsigned int` after the report; with
+    ///          std::bad_alloc.
     /// Kept     constructor-throws-a-number
     // NOLINTNEXTLINE(google-explicit-constructor): a name may stand for the library of that name.
     Library(std::string const& name);
 
     /// Closes the library if it is open. It reports nothing.
+    /// Fails    never.
     ~Library();
 
     Library(Library const&) = delete;
@@ -73,9 +75,9 @@ public:
     /// Fails    never.
     UTILLIBRARY_INLINE bool isOpen() const noexcept { return module_ != nullptr; }
 
-    /// The name that the last successful `open` was given; empty before. `close` does not change
-    /// it.
-    /// Fails    std::bad_alloc.
+    /// The name that the last successful `open` was given; empty if no `open` succeeded. `close`
+    /// does not change it.
+    /// Fails    with std::bad_alloc.
     /// Kept     name-outlives-close
     std::string name() const;
 
@@ -86,9 +88,9 @@ public:
     /// Finds the address of a symbol.
     /// Takes    name: as in the symbol table; names of C++ functions are mangled.
     /// Gives    the address; null after a failure.
-    /// Fails    reports "Library is not open. ", "NULL == EntryPoint. " for an empty name, or
-    ///          "Error calling dlsym. " for a symbol that is missing or whose value is null.
-    ///          std::bad_alloc for the report.
+    /// Fails    with a null pointer after a report: "Library is not open. "; "NULL == EntryPoint. "
+    ///          for an empty name; "Error calling dlsym. " for a symbol that is missing or whose
+    ///          value is null. With std::bad_alloc, for the string of a report.
     /// Source   POSIX dlsym
     /// Kept     null-symbol-is-missing
     void* procAddress(std::string const& name) const;
@@ -99,25 +101,26 @@ public:
     /// Takes    name: given to the loader unchanged. With a slash it is a path; otherwise the
     ///          loader searches its folders.
     /// Gives    0; after a failure the code that the class's table lists.
-    /// Fails    reports an empty name, a library that is already open, or that the loader failed,
-    ///          with the reason of `dlerror`. The object is unchanged then. std::bad_alloc.
+    /// Fails    with a code after a report, if the name is empty, if a library is already open, or
+    ///          if the loader fails (the report then has the reason of `dlerror`). With
+    ///          std::bad_alloc. The object is then unchanged.
     /// Source   POSIX dlopen
     unsigned int open(std::string const& name);
 
     /// Loads a shared library with flags of the caller's choice.
-    /// Takes    name: as for `open(name)`. flags: for `dlopen`, unchanged: RTLD_LAZY or RTLD_NOW,
-    ///          perhaps with RTLD_GLOBAL and others.
+    /// Takes    name: as for `open(name)`. flags: given to `dlopen` unchanged: RTLD_LAZY or
+    ///          RTLD_NOW, with or without RTLD_GLOBAL and others.
     /// Gives    0; after a failure the code that the class's table lists.
-    /// Fails    as `open(name)`, but if the loader fails, the message is "Error calling dlopen. ";
-    ///          the caller can then ask `dlerror` for the reason.
+    /// Fails    as `open(name)` does. But if the loader fails, the message is "Error calling
+    ///          dlopen. "; the caller can then ask `dlerror` for the reason.
     /// Source   POSIX dlopen
     /// Kept     reason-without-flags-only
     unsigned int open(std::string const& name, unsigned int flags);
 
-    /// Closes the library. The name stays.
+    /// Closes the library. `name()` is unchanged.
     /// Gives    0, also if `dlclose` fails and if no library is open.
     /// Fails    never if a library is open. Otherwise it reports component "Library::close", level
-    ///          7, message "Library is not open", code 0; std::bad_alloc for the report.
+    ///          7, message "Library is not open", code 0; with std::bad_alloc for the report.
     /// Kept     close-always-succeeds, closed-twice-is-a-notice
     unsigned int close();
 

@@ -22,16 +22,16 @@ public:
 
     /// Contains a copy of `text`. The constructor is implicit: a std::string converts to a String.
     /// Takes    text: a zero byte is like any other.
-    /// Fails    with std::bad_alloc alone.
+    /// Fails    with std::bad_alloc only.
     String(std::string const& text);  // NOLINT(google-explicit-constructor): `String s = text;`
 
     /// Returns a copy of the string.
-    /// Fails    with std::bad_alloc alone.
+    /// Fails    with std::bad_alloc only.
     std::string operator()() const;
 
     /// Replaces the string by a copy of `text`, and returns a copy of the new string.
     /// Takes    text: a zero byte is like any other.
-    /// Fails    with std::bad_alloc alone; the string is then the old one or all of `text`.
+    /// Fails    with std::bad_alloc only; the string is then the old one or all of `text`.
     std::string operator()(std::string const& text);
 
 private:

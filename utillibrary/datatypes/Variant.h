@@ -11,7 +11,7 @@ namespace com::halvorin::datatypes {
 /// The number of a type: 0 to 14 in the first table at class Variant.
 using VariantType = int;
 
-/* A conversion to a number or a bool without a value writes this line to standard output:
+/* The conversion of a Variant without a value to a number or bool writes this line to std::cout:
 com::halvorin::utility::Variant::convert::Failed to convert data type because type is not supported
 */
 
@@ -47,21 +47,21 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// | 14 "Null"        | makeNull()        | none          | "null"                             |
 /// | any other        | a write by a host | none          | "", and a report to writelog       |
 ///
-/// A number or Boolean becomes what a std::wostringstream that is made now would contain. The
-/// global C++ locale takes part with all its facets, those of a host included: it may group digits
-/// or use another decimal point. If a facet throws or fails, the result is the characters so far.
+/// A number or Boolean is written as a new std::wostringstream writes it. This uses all facets of
+/// the global C++ locale, those of a host included, which may group digits or use another decimal
+/// point. If a facet throws or fails, the result is the characters that were written before.
 /// The string of a DateTime follows the C locale instead; each byte is widened by its sign. A
 /// narrow string consists of the low 8 bits of each wide character.
 ///
 /// | the type         | the integer of N bits                                      |
 /// |------------------|------------------------------------------------------------|
-/// | integers         | the value, its low N bits: toInt16() of 40000 gives -25536 |
+/// | integers         | the low N bits: toInt16() of 40000 gives -25536            |
 /// | Boolean          | 0 or 1; a stored byte other than 0 counts as 1             |
 /// | Float, Double    | cut toward zero, by the next table                         |
 /// | DateTime         | its OpenVMS seconds, a double, by the next table           |
 /// | String           | the number at its front, by the table after the next one   |
 /// | Null             | 0                                                          |
-/// | any other number | 0, after the line above was written to standard output     |
+/// | 0 and all others | 0, after the line above was written to standard output     |
 ///
 /// | floating value to | in range, cut toward zero                 | NaN and out of range |
 /// |-------------------|-------------------------------------------|----------------------|
@@ -71,8 +71,9 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// | long              | the range of long: itself                 | -9223372036854775808 |
 /// | unsigned long     | -2^63 to 2^64 - 1: the low 64 bits        | 9223372036854775808  |
 ///
-/// A String is read as a std::wistringstream reads a long in base ten, under the global C++ locale.
-/// If a facet throws or fails, the result is the value that the stream then has, or 0.
+/// An integer is read from a String as a std::wistringstream reads a long in base ten, under the
+/// global C++ locale. If a facet throws or fails, the result is the value that the stream then has,
+/// or 0.
 ///
 /// | part of a String | read as an integer                                                 |
 /// |------------------|--------------------------------------------------------------------|
@@ -92,7 +93,7 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// | DateTime      | its OpenVMS seconds         | whether these are not 0             |
 /// | String        | what wcstod reads; else 0   | by its first letter, see toBool()   |
 /// | Null          | 0                           | false                               |
-/// | any other     | 0, after that line          | false, after that line              |
+/// | 0, all others | 0, after that line          | false, after that line              |
 ///
 /// The line on standard output ends in a newline and is flushed. It takes no lock: if several
 /// threads may write it, std::cout must be synchronised with stdio, as it is by default.
@@ -112,7 +113,7 @@ public:
 
     /// A copy of all members but `sbcText`; `timeVal` is normalised, as `assign(Variant const&)`
     /// says.
-    /// Fails    std::bad_alloc.
+    /// Fails    with std::bad_alloc.
     /// Kept     copy-normalises-time
     Variant(Variant const& other);
 
@@ -153,23 +154,23 @@ public:
     Variant(bool value) noexcept;
     /// A String, type 9: the characters before the terminating zero.
     /// Takes    text: not null; null is undefined behaviour.
-    /// Fails    std::bad_alloc.
+    /// Fails    with std::bad_alloc.
     Variant(wchar_t const* text);
     /// A String, type 9: the whole string, zero characters included.
-    /// Fails    std::bad_alloc.
+    /// Fails    with std::bad_alloc.
     Variant(std::wstring const& text);
     /// A String, type 9: each byte before the terminating zero, widened by its sign: 0xE9 becomes
     /// the character -23. Nothing is decoded.
-    /// Fails    std::logic_error "basic_string::_M_construct null not valid" if `text` is null;
-    ///          std::bad_alloc.
+    /// Fails    with std::logic_error "basic_string::_M_construct null not valid" if `text` is
+    ///          null; with std::bad_alloc.
     /// Kept     bytes-widen-by-sign
     Variant(char const* text);
     /// A String, type 9, like `Variant(text.c_str())`: the first zero byte ends the string.
-    /// Fails    std::bad_alloc.
+    /// Fails    with std::bad_alloc.
     /// Kept     bytes-widen-by-sign, text-ends-at-zero-byte
     Variant(std::string const& text);
-    /// A DateTime, type 13: `time` as it is in `timeVal`, and `time.toVMSTime()` in
-    /// `uVal.asDouble`.
+    /// A DateTime, type 13: `time` unchanged in `timeVal`, and `time.toVMSTime()`, OpenVMS seconds,
+    /// in `uVal.asDouble`.
     /// Fails    never.
     Variant(xtime_t const& time) noexcept;
 
@@ -214,7 +215,7 @@ public:
     // ---- changes
 
     /// Sets the type to 0, all bytes of `uVal` to zero, and `wText` to the empty string.
-    /// The other members stay, so `toXtime_t` still returns an earlier time.
+    /// The other members are unchanged, so `toXtime_t` still returns an earlier time.
     /// Fails    never.
     /// Cost     keeps the memory of `wText` for the next string.
     /// Kept     clear-keeps-time
@@ -264,27 +265,27 @@ public:
     /// Replaces the value by a String, type 9: the characters before the terminating zero.
     /// Takes    text: not null; null is undefined behaviour. A pointer into the memory of this
     ///          object's own `wText` gives an empty String, because `wText` is cleared first.
-    /// Fails    std::bad_alloc; this object is then cleared.
+    /// Fails    with std::bad_alloc; this object is then cleared.
     void assign(wchar_t const* text);
 
     /// Replaces the value by a String, type 9: the whole string, zero characters included.
     /// Takes    text: this object's own `wText` gives an empty String, because it is cleared first.
-    /// Fails    std::bad_alloc; this object is then cleared.
+    /// Fails    with std::bad_alloc; this object is then cleared.
     void assign(std::wstring const& text);
 
     /// Replaces the value by a String, type 9: each byte before the terminating zero, widened by
     /// its sign: 0xE9 becomes the character -23. Nothing is decoded.
-    /// Fails    std::logic_error "basic_string::_M_construct null not valid" if `text` is null;
-    ///          std::bad_alloc. In both cases this object is then cleared.
+    /// Fails    with std::logic_error "basic_string::_M_construct null not valid" if `text` is
+    ///          null; with std::bad_alloc. In both cases this object is then cleared.
     /// Kept     bytes-widen-by-sign
     void assign(char const* text);
 
     /// Replaces the value as `assign(text.c_str())` does: the first zero byte ends the string.
-    /// Fails    std::bad_alloc; this object is then cleared.
+    /// Fails    with std::bad_alloc; this object is then cleared.
     /// Kept     bytes-widen-by-sign, text-ends-at-zero-byte
     void assign(std::string const& text);
 
-    /// Replaces the value by a DateTime, type 13: `time` as it is in `timeVal`, and
+    /// Replaces the value by a DateTime, type 13: `time` unchanged in `timeVal`, and
     /// `time.toVMSTime()`, OpenVMS seconds, in `uVal.asDouble`.
     /// Fails    never.
     void assign(xtime_t const& time) noexcept;
@@ -293,7 +294,7 @@ public:
     /// order. `sbcText` is not copied. The time is copied by `putDateTime` and `putNanoseconds`:
     /// whole seconds in the nanoseconds are carried. An object that is assigned to itself ends with
     /// type 0 and an empty string, because it is cleared before it is read.
-    /// Fails    std::bad_alloc; type and `uVal` are then the source's, `wText` is empty or
+    /// Fails    with std::bad_alloc; type and `uVal` are then the source's, `wText` is empty or
     ///          complete, and the members after the one that failed are unchanged.
     /// Kept     copy-normalises-time, self-assignment-empties
     void assign(Variant const& other);
@@ -303,15 +304,16 @@ public:
     /// Fails    never.
     void copyUVal(Variant const& other) noexcept;
 
-    // No operator= takes std::string or std::wstring. They convert to a temporary Variant, whose
-    // members all arrive: `timeVal` becomes "not set" and `wTextAux` empty. Prefer `assign`.
+    // No operator= takes std::string or std::wstring. They convert to a temporary Variant, and all
+    // its members are copied: `timeVal` becomes "not set" and `wTextAux` empty. Prefer `assign`.
 
     /// Calls `assign(text)` and returns this object.
     /// Takes    text: not null.
-    /// Fails    std::bad_alloc; this object is then cleared.
+    /// Fails    with std::bad_alloc; this object is then cleared.
     Variant& operator=(wchar_t const* text);
     /// Calls `assign(text)` and returns this object.
-    /// Fails    std::logic_error if `text` is null; std::bad_alloc. This object is then cleared.
+    /// Fails    with std::logic_error if `text` is null; with std::bad_alloc. This object is then
+    ///          cleared.
     /// Kept     bytes-widen-by-sign
     Variant& operator=(char const* text);
     /// Replaces the value by a Float, type 7, and returns this object.
@@ -333,7 +335,7 @@ public:
     /// Fails    never.
     Variant& operator=(long const& value) noexcept;
     /// Calls `assign(other)` and returns this object; `v = v` leaves it empty, with type 0.
-    /// Fails    std::bad_alloc, as `assign(Variant const&)` says.
+    /// Fails    with std::bad_alloc, as `assign(Variant const&)` says.
     /// Kept     copy-normalises-time, self-assignment-empties
     Variant& operator=(Variant const& other);
     /// Replaces the value by a Boolean, type 12, and returns this object.
@@ -358,42 +360,42 @@ public:
     // ---- numbers: the tables at the class say what each type gives
 
     /// The value as an unsigned 8-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut to an int first, then its low 8 bits; 0 for NaN and outside
-    ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero to an int, then its low 8 bits; 0 for NaN and
+    ///          outside the range of int. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(300.7).toUbyte()              // 44
     ///          Variant(-1).toUbyte()                 // 255
     /// Kept     small-integers-through-int32
     unsigned char toUbyte() const;
 
     /// The value as a signed 8-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut to an int first, then its low 8 bits; 0 for NaN and outside
-    ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero to an int, then its low 8 bits; 0 for NaN and
+    ///          outside the range of int. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(200).toByte()                 // -56
     /// Kept     small-integers-through-int32
     char toByte() const;
 
     /// The value as a signed 16-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut to an int first, then its low 16 bits; 0 for NaN and outside
-    ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero to an int, then its low 16 bits; 0 for NaN and
+    ///          outside the range of int. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(40000).toInt16()              // -25536
     /// Kept     small-integers-through-int32
     short toInt16() const;
 
     /// The value as an unsigned 16-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut to an int first, then its low 16 bits; 0 for NaN and outside
-    ///          of 32 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero to an int, then its low 16 bits; 0 for NaN and
+    ///          outside the range of int. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant("70000").toUint16()           // 4464
     /// Kept     small-integers-through-int32
     unsigned short toUint16() const;
 
     /// The value as a signed 32-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut toward zero; -2147483648 for NaN and outside of 32 bits. No
-    ///          value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero; -2147483648 for NaN and outside the range of
+    ///          int. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(-1.5).toInt32()               // -1
     ///          Variant(3e9).toInt32()                // -2147483648
     ///          Variant(" 42abc").toInt32()           // 42
@@ -401,25 +403,25 @@ public:
     int toInt32() const;
 
     /// The value as an unsigned 32-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut to a long first, then its low 32 bits; 0 for NaN and outside
-    ///          of 64 bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero to a long, then its low 32 bits; 0 for NaN and
+    ///          outside the range of long. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(3e9).toUint32()               // 3000000000
     ///          Variant(-1.5).toUint32()              // 4294967295
     unsigned int toUint32() const;
 
     /// The value as a signed 64-bit integer, by the class's table of integers.
-    /// Gives    a floating value: cut toward zero; -9223372036854775808 for NaN and outside of 64
-    ///          bits. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    /// Gives    a floating value: cut toward zero; -9223372036854775808 for NaN and outside the
+    ///          range of long. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(18446744073709551615UL).toInt64()     // -1
     ///          Variant("1e3").toInt64()                      // 1
     long toInt64() const;
 
     /// The value as an unsigned 64-bit integer, by the class's table of integers.
     /// Gives    a floating value: cut toward zero, its low 64 bits; 9223372036854775808 for NaN,
-    ///          below -2^63 and from 2^64 on. No value: 0, after a line on standard output.
-    /// Fails    std::bad_alloc, for a String under a global C++ locale other than the classic one.
+    ///          below -2^63 and from 2^64 on. Type 0: 0, after a line on standard output.
+    /// Fails    with std::bad_alloc, for a String if the C++ locale is not the classic one.
     /// Example  Variant(-1.0).toUint64()                          // 18446744073709551615
     ///          Variant("18446744073709551615").toUint64()        // 9223372036854775807
     /// Kept     uint64-from-floating, text-is-read-as-int64
@@ -427,22 +429,22 @@ public:
 
     /// The value as a double, by the class's last table.
     /// Gives    a DateTime: its OpenVMS seconds. A String: what `wcstod` reads under the C locale;
-    ///          0 without a number. No value: 0, after a line on standard output.
+    ///          0 without a number. Type 0: 0, after a line on standard output.
     /// Fails    never.
     /// Example  Variant("1e3").toDouble()             // 1000
     double toDouble() const;
 
     /// The value as a float, by the class's last table.
     /// Gives    an integer: rounded once, straight to float. A String: its double, rounded to
-    ///          float. A Double beyond the range of float: infinity. No value: 0, after a line on
+    ///          float. A Double beyond the range of float: infinity. Type 0: 0, after a line on
     ///          standard output.
     /// Fails    never.
     float toFloat() const;
 
     /// The value as a bool, by the class's last table.
-    /// Gives    a number: whether it is not 0; NaN gives true. A String: true if it begins with Y,
-    ///          y, T or t, false if with F, f, N or n; else whether `wcstol` gives a number other
-    ///          than 0. No value: false, after a line on standard output.
+    /// Gives    a number: true if it is not 0; NaN gives true. A String: true if it begins with Y,
+    ///          y, T or t; false if it begins with F, f, N or n; else whether `wcstol` gives a
+    ///          number other than 0. Type 0: false, after a line on standard output.
     /// Fails    never.
     /// Example  Variant("Yellow").toBool()            // true
     ///          Variant(" true").toBool()             // false
@@ -541,7 +543,7 @@ public:
 
     /// The value as a wide string, by the last column of the class's first table.
     /// Takes    localeId: ignored.
-    /// Fails    std::bad_alloc, and never a part of a string. A type outside 0 to 14: an empty
+    /// Fails    with std::bad_alloc, and never a part of a string. A type outside 0 to 14: an empty
     ///          string and a report.
     /// Example  Variant(1234567.0).convertToString(1033)      // L"1.23457e+06"
     /// Kept     locale-id-is-ignored
@@ -549,26 +551,26 @@ public:
 
     /// The value as a string: the low 8 bits of each character of `convertToString`.
     /// Takes    localeId: ignored.
-    /// Fails    as `convertToString` does.
+    /// Fails    as `convertToString(localeId)` does.
     /// Example  Variant(L"\u20AC").convertToStringSBC(1033)   // "\xac"
     /// Kept     low-eight-bits, locale-id-is-ignored
     std::string convertToStringSBC(unsigned int localeId) const;
 
     /// The same as `convertToString(localeId)`.
     /// Takes    localeId: ignored.
-    /// Fails    as `convertToString` does.
+    /// Fails    as `convertToString(localeId)` does.
     /// Kept     locale-id-is-ignored
     std::wstring toString(unsigned int localeId) const;
 
     /// The same as `convertToStringSBC(localeId)`.
     /// Takes    localeId: ignored.
-    /// Fails    as `convertToString` does.
+    /// Fails    as `convertToString(localeId)` does.
     /// Kept     low-eight-bits, locale-id-is-ignored
     std::string toStringSBC(unsigned int localeId) const;
 
     /// The value as a string, by the last column of the class's first table: the low 8 bits of each
     /// character. The same as `convertToStringSBC(1033)`.
-    /// Fails    as `convertToString` does.
+    /// Fails    as `convertToString(localeId)` does.
     /// Example  Variant(2.5).toString()                       // "2.5"
     ///          Variant(123456789L).toString()                // "1.23457e+08"
     ///          Variant(3000000000U).toString()               // "-1294967296"

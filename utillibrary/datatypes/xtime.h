@@ -11,8 +11,8 @@ namespace com::halvorin::datatypes {
 /// A point in time: whole seconds since 1970-01-01T00:00:00 UTC (the epoch), plus nanoseconds.
 ///
 /// A time is a plain value of 16 bytes. It uses no heap, no time zone and no leap seconds. One
-/// object belongs to one thread at a time. Sums of seconds wrap at 64 bits, without a report. All
-/// zero means "not set", so the epoch itself reads as not set.
+/// object belongs to one thread at a time. Sums of seconds wrap at 64 bits, without a report. A
+/// time of 0 seconds and 0 nanoseconds is "not set", and the epoch has the same two fields.
 ///     xtime_t t(1709618889, 250000000);           // 2024-03-05T06:08:09.250Z
 ///     t.add(1.5f);                                // 2024-03-05T06:08:10.750Z
 ///     t.toYYYYString()                            // "20240305060811"
@@ -28,9 +28,9 @@ public:
     /// Fails    never.
     UTILLIBRARY_INLINE xtime_t() noexcept = default;
 
-    /// A time of these two numbers, stored as given. Nothing is carried, unlike in
-    /// `putNanoseconds`.
-    /// Fails    never; more than 999999999 nanoseconds are stored as they are.
+    /// A time of these two numbers, stored as given. `putNanoseconds` carries whole seconds; this
+    /// constructor does not.
+    /// Fails    never; more than 999999999 nanoseconds are stored unchanged.
     /// Example  xtime_t(7, 2500000000).getDateTime()      // 7
     ///          xtime_t(7, 2500000000).getNanoseconds()   // 2500000000
     /// Kept     constructor-stores-as-given
@@ -73,15 +73,15 @@ public:
 
     /// Breaks this time down into calendar fields in UTC, of the Gregorian calendar throughout.
     /// Gives    year: the full year; month: 1..12; day: 1..31; hour: 0..23; minute: 0..59; second:
-    ///          0..59; nanoseconds: the field as it is, never carried into the seconds. They are
-    ///          stored in this order.
+    ///          0..59; nanoseconds: the field unchanged, never carried into the seconds. They
+    ///          are stored in this order.
     /// Fails    never.
     /// Cost     the same for every time. It takes no lock and does not read TZ.
     /// Like     gmtime_r(3), except: (1) the year is the full year, and months count from 1; (2) no
     ///          leap seconds are counted, whatever TZ says; (3) if the years since 1900 do not fit
-    ///          an int, the result is year 1900, month 1, day 0 and the time of day 00:00:00; (4)
-    ///          if they fit and the full year does not, the full year wraps at 32 bits; (5) there
-    ///          is no day of the week and no day of the year.
+    ///          in an int, the result is year 1900, month 1, day 0 and the time of day 00:00:00;
+    ///          (4) if they fit and the full year does not, the full year wraps at 32 bits; (5)
+    ///          there is no day of the week and no day of the year.
     /// Example  int year, month, day, hour, minute, second;
     ///          unsigned int nanoseconds;
     ///          xtime_t const t(1709618889, 5);
@@ -184,7 +184,7 @@ public:
     void fromVMSTime(unsigned long ticks) noexcept;
 
     /// Sets this time from seconds of OpenVMS time, which are cut to whole ticks.
-    /// Range    before the epoch this clears the time, as with ticks.
+    /// Range    seconds from 0 to below 3506716800, which is the epoch, clear this time.
     /// Fails    never. A count of ticks that does not fit converts as `Variant` converts a Double
     ///          to an unsigned 64-bit integer. So a negative count is not an early time: it becomes
     ///          a huge count, and NaN becomes 2^63 ticks.
@@ -203,8 +203,8 @@ public:
     ///                    nanoseconds field, and the offset; the four characters of a year include
     ///                    its sign, so year -1 is "-001"
     ///          time      %02d:%02d:%02d of the same sum
-    ///          fraction  the decimal point of the C locale and three digits; of a decimal point of
-    ///                    several bytes and its digits, four bytes are written
+    ///          fraction  the decimal point of the C locale and three digits; if the decimal point
+    ///                    has several bytes, the first four bytes of point and digits
     ///          zone      nothing without applyOffset; "Z" for offset 0; else sign, hours and
     ///                    minutes, without the odd seconds; an offset of 86400 s or more, either
     ///                    way, shifts the time by that amount and writes no zone
@@ -214,8 +214,8 @@ public:
     ///          The number is a float: the nanoseconds after the second as a float, divided by
     ///          10^9. So 123999999 ns is ".124". From 999999521 ns on it is ".000", and nothing is
     ///          carried into the seconds.
-    /// Fails    with std::bad_alloc only. A year that `decompose` cannot give is written as it
-    ///          gives it.
+    /// Fails    with std::bad_alloc only. If `decompose` cannot give the year, this writes the
+    ///          fields that `decompose` gives instead.
     /// Source   ISO 8601, extended format of the date and the time, basic format of the zone
     /// Example  xtime_t const t(1709618889, 250000000);
     ///          t.toString(true, 0, "")        // "2024-03-05T06:08:09.250Z"
@@ -271,8 +271,8 @@ public:
 
     /// Writes this time, rounded to the nearest second, as fourteen digits: "20240305060809".
     /// Exactly half a second goes down here; in `operator long` it goes up.
-    /// Gives    what `timeToYYYYString` gives. The nanoseconds add one second at most, unlike in
-    ///          `toString`, which carries all of them.
+    /// Gives    what `timeToYYYYString` gives. The nanoseconds add one second at most, where
+    ///          `toString` adds all whole seconds that they contain.
     /// Fails    with std::bad_alloc only, and only for a year of six characters or more.
     /// Example  xtime_t(1709618889, 500000000).toYYYYString()   // "20240305060809"
     ///          xtime_t(1709618889, 500000001).toYYYYString()   // "20240305060810"
@@ -306,8 +306,7 @@ private:
 };
 
 // The six comparisons compare the seconds as signed numbers; if these are equal, they compare the
-// nanoseconds as they are stored. Nothing is carried: (1 s, 0 ns) differs from (0 s, 1000000000
-// ns).
+// nanoseconds fields. Nothing is carried: (1 s, 0 ns) differs from (0 s, 1000000000 ns).
 
 /// True if the seconds are equal and the nanoseconds are equal.
 /// Fails    never.

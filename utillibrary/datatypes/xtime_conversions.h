@@ -16,9 +16,9 @@
 namespace com::halvorin::utilities {
 
 /// Writes seconds since 1970 as fourteen digits in UTC: "20240305060809".
-/// Gives    "%4d%02d%02d%02d%02d%02d" of year, month, day, hour, minute and second. A year below
-///          1000, a negative one too, is padded with spaces to four characters, where the ISO form
-///          of `xtime_t::toString` pads with zeros. A year of more than four characters makes the
+/// Gives    "%4d%02d%02d%02d%02d%02d" of year, month, day, hour, minute and second. A year of
+///          fewer than four characters, its minus sign included, is padded with spaces to four;
+///          `xtime_t::toString` pads it with zeros. A year of more than four characters makes the
 ///          string longer.
 /// Fails    with std::bad_alloc only, and only for a year of six characters or more.
 /// Example  timeToYYYYString(0)              // "19700101000000"
@@ -31,8 +31,8 @@ UTILLIBRARY_EXPORT std::string timeToYYYYString(long seconds);
 ///          may precede the digits, and what follows them in the field is ignored.
 /// Gives    what `mktimeEx` gives for the fields, whose ranges are not checked. So 20240230000000
 ///          is 1 March 2024. The result is -1 before 1970 and after 2038-01-19T03:14:07 UTC.
-/// Fails    with 0 if the string is not 14 bytes long. Throws std::invalid_argument "stoi" if a
-///          field has no digits; no field is so long that std::stoi could throw std::out_of_range.
+/// Fails    with 0 if the string is not 14 bytes long. With std::invalid_argument "stoi" if a field
+///          has no digits. No field is long enough for std::out_of_range.
 /// Example  YYYYStringTotime("20240230000000")   // 1709251200
 ///          YYYYStringTotime("2024030506080")    // 0
 ///          YYYYStringTotime("2024ab05060809")   // throws std::invalid_argument "stoi"

@@ -38,7 +38,7 @@ namespace com::halvorin::utilities {
 /// Takes    tMin, tMax: the range; ticks: 3 or more; minStep: the least step, in seconds.
 /// Gives    the smallest step of the table, not below minStep, with which a scale covers the range
 ///          (start <= tMin and tMax <= end); for that step the latest start; and the step's minor
-///          ticks. In the two other cases:
+///          ticks. Two cases do not use the table:
 ///
 ///          tMin = tMax         start = tMax; end = tMax + ticks - 1; step = 1; minor = 3.
 ///                              minStep is not used, and the table has no such step.
@@ -74,9 +74,9 @@ UTILLIBRARY_EXPORT void MovingTimeScale(long tMin, long tMax, unsigned int ticks
 /// Lists the major and the minor ticks of an axis that lie in a range.
 /// Takes    tMin, tMax: the range; ticks: about how many major ticks are wanted, 3 or more.
 /// Gives    majors: the multiples of the step from tMin to tMax; minors: the minor ticks between
-///          tMin and tMax, without these two. Both rise, and replace what the lists contained. One
-///          list may be given for both: the majors come first. x = (tMax - tMin) / (ticks - 1), a
-///          float, decides:
+///          tMin and tMax, without these two. Both lists rise, and their old elements are dropped.
+///          One list may be given for both: the majors come first. x = (tMax - tMin) / (ticks - 1),
+///          a float, decides:
 ///
 ///          x         step                         minor           ticks
 ///          below 1   0                            uint32(tMax -   majors: tMin and tMax; minors:

@@ -37,8 +37,8 @@ namespace com::halvorin::utilities {
 ///          one field. text and separators may be elements of `out`.
 /// Gives    the fields that are not empty, and always the last field, even if it is empty. So an
 ///          empty string gives one empty field.
-/// Fails    never, except with std::bad_alloc or with what push_back throws; `out` then has the
-///          fields before.
+/// Fails    only with std::bad_alloc, or with what push_back throws; the fields before are then
+///          in `out`.
 /// Like     strtok_r(3), except: (1) the last field is appended even if it is empty; (2) the string
 ///          is not changed; (3) a zero byte is an ordinary byte.
 /// Example  std::vector<std::string> fields;
@@ -73,7 +73,7 @@ UTILLIBRARY_EXPORT void split(std::vector<std::string>& out, std::string const& 
 /// Takes    nvp: a string of pairs, or an empty one. If it is not empty, a space comes before the
 ///          new pair. name, value: if either is empty, nothing is appended. Either may be `nvp`
 ///          itself; it is read after the space has been appended.
-/// Fails    never, except with std::bad_alloc; `nvp` is then unchanged.
+/// Fails    with std::bad_alloc only; `nvp` is then unchanged.
 /// Example  std::string nvp = "a=1";
 ///          addToNVPString(nvp, "b", "x y");      // "a=1 b=x y"
 ///          addToNVPString(nvp, "c", "");         // "a=1 b=x y"
@@ -85,9 +85,9 @@ UTILLIBRARY_EXPORT void addToNVPString(std::string& nvp, std::string const& name
 /// Takes    out: it is not emptied first. If it is not empty, a space comes before the first new
 ///          pair. It may be a value of the map. map: any type whose entries have a `first` and a
 ///          `second` that convert to a std::string. An empty value is written as "name=".
-/// Gives    the pairs in the order of the map. The order has no meaning. Of a value that contains a
-///          backslash, `escapeString` keeps only the end.
-/// Fails    never, except with std::bad_alloc; `out` is then unchanged.
+/// Gives    the pairs in the order of the map. The order has no meaning. If a value contains a
+///          backslash, `escapeString` keeps only its end.
+/// Fails    with std::bad_alloc only; `out` is then unchanged.
 /// Example  std::string out = "x=1";
 ///          std::unordered_map<std::string, std::string> const map = {{"b", "two words"}};
 ///          serializeNVP(out, map);      // "x=1 b=two\\u0020words"
@@ -124,7 +124,7 @@ UTILLIBRARY_EXPORT void serializeNVP(std::string& out,
 ///          whether it was there before the call or comes from an earlier field.
 /// Fails    with false if a field has no "=", or nothing before it. The other fields are inserted
 ///          nevertheless. A string that is empty or only whitespace counts as one such field. Or
-///          with std::bad_alloc or what the map throws; the pairs before are then inserted.
+///          with std::bad_alloc or what the map throws; the pairs before are then in the map.
 /// Example  std::unordered_map<std::string, std::string> map;
 ///          deserializeNVP(map, "  a=1   b=x=y  ")      // true
 ///          deserializeNVP(map, "a=2 junk c=3")         // false
@@ -154,8 +154,8 @@ bool deserializeNVP(Map& map, std::string const& text) {
 
 /// `deserializeNVP` for std::unordered_map, compiled once and exported.
 /// Fails    as the template does.
-/// Cost     one allocation for each pair, and few for the buckets. It is the caller's map and hash:
-///          names that share a bucket take quadratic time, as with any insertion into that map.
+/// Cost     one allocation for each pair, and few for the buckets. The map and its hash are the
+///          caller's: names that share a bucket take quadratic time, as in any insertion.
 template <>
 UTILLIBRARY_EXPORT bool deserializeNVP(std::unordered_map<std::string, std::string>& map,
                                        std::string const& text);
@@ -174,17 +174,18 @@ UTILLIBRARY_EXPORT bool deserializeNVP(std::unordered_map<std::string, std::stri
 /// | any          | no such name  | no pair is added                                       |
 ///
 /// A value is a number if `std::stof` returns one for it that is not NaN. So whitespace before a
-/// number and anything after it are ignored. Infinity is a number. A number too large for a float
-/// is none, nor is one that loses digits because it is too small. "%g" is `to_string(value, "%g")`.
+/// number and anything after it are ignored. Infinity is a number. A value too large for a float is
+/// no number, and neither is a value so small that it loses digits as a float. "%g" is
+/// `to_string(value, "%g")`.
 ///
 /// Takes    names: a name that occurs twice is averaged twice; the second time starts from the six
 ///          digits of the first. average, sample: strings of pairs, read as by `deserializeNVP`.
 ///          They may be the same string, and may be elements of `names`. averageDuration,
 ///          sampleDuration: in any one unit. The function does not add them up; the caller does,
 ///          for the next call.
-/// Gives    the new pairs in `average`, written as by `serializeNVP`. Other pairs stay. A name that
-///          occurs twice in `average` stays once, with its first value. The order has no meaning.
-///          Each step of the arithmetic is in single precision.
+/// Gives    the new pairs in `average`, written as by `serializeNVP`. Other pairs are unchanged. A
+///          name that occurs twice in `average` stays once, with its first value. The order has no
+///          meaning. Each step of the arithmetic is in single precision.
 /// Fails    if sampleDuration <= 0 or averageDuration < 0: with a report ("StringNVP::averageNVP",
 ///          3, "Invalid duration", 0); it continues with w = 1, so `average` is still rewritten. If
 ///          a field of either string is malformed, or a string is empty: without a report;

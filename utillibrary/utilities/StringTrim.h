@@ -14,7 +14,7 @@ namespace com::halvorin::utilities {
 ///          In "C" it is space, tab, line feed, vertical tab, form feed and carriage return. The
 ///          byte 0xFF is no whitespace under any locale. A zero byte is like any other.
 /// Gives    a new string; an empty one if all bytes are whitespace.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Source   POSIX isspace
 /// Example  trim("  a b \n")     // "a b"
 ///          trim(" \t\r\n")      // ""

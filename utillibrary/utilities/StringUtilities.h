@@ -39,7 +39,7 @@ UTILLIBRARY_EXPORT std::vector<std::string>::const_iterator searchVector(
     std::vector<std::string> const& list, std::string const& text, bool partial) noexcept;
 
 /// As the overload for a constant list, but the element at the position may be changed.
-/// Takes    partial: as in the other overload.
+/// Takes    partial: as in the overload for a constant list.
 /// Gives    the position of the first element that matches; list.end() if no element matches.
 /// Fails    never.
 /// Example  std::vector<std::string> list = {"a", "b"};
@@ -81,30 +81,30 @@ UTILLIBRARY_EXPORT bool iequals(std::string const& text, std::string const& othe
 // `to_string` for a time is in datatypes/xtime_conversions.h.
 
 /// An int in decimal, with a minus sign if it is negative.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Like     snprintf(3) with "%d".
 /// Example  to_string(-12)     // "-12"
 UTILLIBRARY_EXPORT std::string to_string(int const& value);
 
 /// An unsigned int in decimal.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Like     snprintf(3) with "%u".
 /// Example  to_string(4294967295U)     // "4294967295"
 UTILLIBRARY_EXPORT std::string to_string(unsigned int const& value);
 
 /// A long in decimal, with a minus sign if it is negative.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Like     snprintf(3) with "%ld".
 /// Example  to_string(-9223372036854775807L)     // "-9223372036854775807"
 UTILLIBRARY_EXPORT std::string to_string(long const& value);
 
 /// "true" or "false".
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Example  to_string(true)     // "true"
 UTILLIBRARY_EXPORT std::string to_string(bool const& value);
 
 /// A copy of `value`, so that a template can call `to_string` for strings too.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Example  to_string(std::string("a b"))     // "a b"
 UTILLIBRARY_EXPORT std::string to_string(std::string const& value);
 
@@ -115,7 +115,7 @@ std::string to_string(char const* value) = delete;
 /// A float as `snprintf` writes it; the float is converted to double first.
 /// Takes    format: as in the overload for double.
 /// Gives    at most 31 bytes, as in the overload for double.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Example  to_string(1.5f, "%g")       // "1.5"
 ///          to_string(0.1f, "%.9g")     // "0.100000001"
 /// Kept     numbers-cut-at-31
@@ -126,8 +126,8 @@ UTILLIBRARY_EXPORT std::string to_string(float const& value, std::string const& 
 ///          with none. It is not checked: any other conversion has undefined behaviour. A zero byte
 ///          ends it.
 /// Gives    at most 31 bytes; the bytes after them are dropped. Empty if the format is empty.
-/// Fails    with std::bad_alloc alone.
-/// Like     snprintf(3) into 32 bytes, except: (1) where libc finds no memory, this throws.
+/// Fails    with std::bad_alloc only.
+/// Like     snprintf(3) into 32 bytes, except: (1) if libc finds no memory, this throws.
 /// Source   POSIX fprintf
 /// Example  to_string(1.5, "%.3f")        // "1.500"
 ///          to_string(1e300, "%.0f")      // "1000000000000000052504760255204"
@@ -142,7 +142,8 @@ UTILLIBRARY_EXPORT std::string to_string(double const& value, std::string const&
 ///          too small gives 0 or a subnormal number.
 /// Fails    with false if the string does not begin with a number; `value` is unchanged then.
 /// Like     strtod(3), except: (1) the number is written to `value`, and false means that nothing
-///          was read; (2) where the number ends is not told; (3) a range error is not told either.
+///          was read; (2) the position after the number is not returned; (3) a range error is not
+///          reported.
 /// Source   POSIX strtod
 /// Example  double value = 0;
 ///          strtodEx("12abc", value)      // true
@@ -155,7 +156,7 @@ UTILLIBRARY_EXPORT std::string to_string(double const& value, std::string const&
 UTILLIBRARY_EXPORT bool strtodEx(std::string const& text, double& value) noexcept;
 
 /// A number as "0x" and eight lowercase hexadecimal digits, under every locale.
-/// Fails    with std::bad_alloc alone.
+/// Fails    with std::bad_alloc only.
 /// Like     snprintf(3) with "0x%08x".
 /// Example  convertToHex(255)     // "0x000000ff"
 UTILLIBRARY_EXPORT std::string convertToHex(unsigned int value);
@@ -178,13 +179,14 @@ UTILLIBRARY_EXPORT std::string convertToHex(unsigned int value);
 
 /// A string in printable form: graphic bytes stay as they are, all others become escapes.
 /// Takes    keepSpace: true if a space stays as it is; false if it becomes an escape.
-/// Gives    the bytes that `isgraph` accepts under the C locale, but not the double quote and the
-///          backslash. Others become the escapes of the table above. The four digits after "u"
-///          are lowercase; they are the signed byte widened to 16 bits: 0x20 gives "0020" and 0xC3
-///          gives "ffc3". The byte 0xFF is never graphic.
-///          A backslash drops all that was written before it, and is written as two backslashes.
-///          So the result is the escaped form of what follows the last backslash, after these two.
-/// Fails    with std::bad_alloc alone; every string has a result.
+/// Gives    unchanged: the bytes that `isgraph` accepts under the C locale, except the double quote
+///          and the backslash; and a space if `keepSpace` is true. All others become the escapes of
+///          the table above. The four digits after "u" are lowercase; they are the signed byte
+///          widened to 16 bits: 0x20 gives "0020" and 0xC3 gives "ffc3". The byte 0xFF is never
+///          graphic. A backslash drops all that was written before it, and is written as two
+///          backslashes. So the result is these two, then the escaped form of what follows the last
+///          backslash.
+/// Fails    with std::bad_alloc only; every string has a result.
 /// Cost     one allocation for the result.
 /// Example  escapeString("a b", false)             // "a\\u0020b"
 ///          escapeString("a b", true)              // "a b"
@@ -203,7 +205,7 @@ UTILLIBRARY_EXPORT std::string escapeString(std::string const& text, bool keepSp
 ///          reads the number. Without a digit it is 0, which gives a zero byte.
 /// Gives    for a result of `escapeString`, the string that was escaped, if that contained no
 ///          backslash. A backslash at the end stays.
-/// Fails    with std::bad_alloc alone; every string has a result.
+/// Fails    with std::bad_alloc only; every string has a result.
 /// Cost     one allocation, of at most twice the size of the result. If more than 8192 bytes become
 ///          less than half of them, a block of their own size is allocated first, and freed.
 /// Example  unescapeString("\\u00412\\n")     // "A2\n"
