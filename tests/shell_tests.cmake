@@ -37,6 +37,12 @@ set_tests_properties(hardening PROPERTIES FIXTURES_REQUIRED "library_variants;bu
 set_property(TEST hardening APPEND PROPERTY ENVIRONMENT
   "MONITOR=${host_dir}/monitor.build/monitor")
 
+# The stored description is of this processor. It builds the library twice.
+find_program(ABIDIFF_PROGRAM abidiff)
+if(UTILLIBRARY_TEST_ALL AND ABIDIFF_PROGRAM AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+  utillibrary_shell_test(abi)
+endif()
+
 utillibrary_shell_test(package)
 
 find_program(GDB_PROGRAM gdb)
