@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "utillibrary/application/ORUsyslog.h"
+#include "utillibrary/internal/attributes.h"
 #include "utillibrary/internal/plain_number.h"
 #include "utillibrary/internal/result_codes.h"
 #include "utillibrary/utilities/StringNVP.h"
@@ -77,8 +78,8 @@ Averaged averageGeneral(std::vector<std::string> const& names, std::string const
 std::optional<Averaged> averageByTable(std::vector<std::string> const& names,
                                        std::string const& average, std::string const& sample,
                                        Weights weights) {
-    PairTable samples;
-    PairTable averages;
+    UTILLIBRARY_UNINITIALIZED PairTable samples;
+    UTILLIBRARY_UNINITIALIZED PairTable averages;
     auto const sampleIsWellFormed = samples.read(sample);
     auto const averageIsWellFormed = averages.read(average);
     if (!sampleIsWellFormed || !averageIsWellFormed) return std::nullopt;
