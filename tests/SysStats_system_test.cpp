@@ -366,7 +366,7 @@ struct LoadStep {
 
 LoadStep const LOAD_STEPS[] = {
     {"the first measures from construction", "cpu 11 20 30 43", 25.0F},
-    {"no tick, no news", "cpu 11 20 30 43", 25.0F},  // KEPT(no-tick-no-news)
+    {"no tick, no news", "cpu 11 20 30 43", 25.0F},  // KEPT(no-tick-repeats-the-load)
     {"each measures from the one before", "cpu 11 20 32 45", 50.0F},
     {"user goes backwards", "cpu 1 20 32 45", 50.0F},
     {"and was stored all the same", "cpu 2 20 32 48", 25.0F},

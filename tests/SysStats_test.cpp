@@ -190,11 +190,11 @@ LoadFact const LOAD_FACTS[] = {
     {"no tick keeps the previous load",
      {10, 20, 30, 40},
      {10, 20, 30, 40},
-     PREVIOUS_LOAD},  // KEPT(no-tick-no-news)
+     PREVIOUS_LOAD},  // KEPT(no-tick-repeats-the-load)
     {"user time that goes backwards too",
      {10, 20, 30, 40},
      {9, 99, 99, 99},
-     PREVIOUS_LOAD},  // KEPT(no-tick-no-news)
+     PREVIOUS_LOAD},  // KEPT(no-tick-repeats-the-load)
     {"and nice time", {10, 20, 30, 40}, {99, 19, 99, 99}, PREVIOUS_LOAD},
     {"and system time", {10, 20, 30, 40}, {99, 99, 29, 99}, PREVIOUS_LOAD},
     {"and idle time", {10, 20, 30, 40}, {99, 99, 99, 39}, PREVIOUS_LOAD},

@@ -17,7 +17,7 @@ using namespace com::halvorin::internal;
 std::string printFourteenDigits(BrokenDownTime const& t) {
     // A year of 11 characters, and ten digits.
     std::array<char, 24> text;
-    // KEPT(blank-padded-year): "%4d" here, "%04d" in the ISO form.
+    // KEPT(space-padded-year): "%4d" here, "%04d" in the ISO form.
     int const length = std::snprintf(text.data(), text.size(), "%4d%02d%02d%02d%02d%02d", t.year,
                                      t.month, t.day, t.hour, t.minute, t.second);
     return {text.data(), static_cast<std::size_t>(length)};

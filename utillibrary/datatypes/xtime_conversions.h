@@ -23,7 +23,7 @@ namespace com::halvorin::utilities {
 /// Fails    with std::bad_alloc only, and only for a year of six characters or more.
 /// Example  timeToYYYYString(0)              // "19700101000000"
 ///          timeToYYYYString(-30610224001)   // " 9991231235959"
-/// Kept     blank-padded-year, year-wraps-at-32-bits
+/// Kept     space-padded-year, year-wraps-at-32-bits
 UTILLIBRARY_EXPORT std::string timeToYYYYString(long seconds);
 
 /// Reads fourteen digits in UTC, YYYYMMDDhhmmss, as seconds since 1970.

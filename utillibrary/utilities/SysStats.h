@@ -69,7 +69,7 @@ public:
     ///          none. In every case the next call measures from this reading.
     /// Fails    never; if "/proc/stat" cannot be read, its counters are 0. The next call then
     ///          measures from boot.
-    /// Kept     no-tick-no-news, first-four-counters
+    /// Kept     no-tick-repeats-the-load, first-four-counters
     float systemCPU() const noexcept;
 
     /// The seconds since boot, including suspended time.

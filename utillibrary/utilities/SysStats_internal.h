@@ -76,7 +76,7 @@ UTILLIBRARY_WRAPS inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
 /// counter went backwards.
 UTILLIBRARY_WRAPS inline float cpuLoad(CpuTotals const& previous, CpuTotals const& now,
                                        float previousLoad) noexcept {
-    // KEPT(no-tick-no-news): without ticks there is no new figure.
+    // KEPT(no-tick-repeats-the-load): without ticks there is no new figure.
     bool const backwards = previous.user > now.user || previous.nice > now.nice ||
                            previous.system > now.system || previous.idle > now.idle;
     if (backwards) return previousLoad;
