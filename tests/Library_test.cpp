@@ -231,14 +231,16 @@ struct RefusalFact {
     char const* message;
 };
 
-// The blanks at the ends are KEPT(reports-end-in-a-space), the names KEPT(reports-use-other-names).
+// KEPT(reports-end-in-a-space), KEPT(reports-use-other-names)
 RefusalFact const REFUSAL_FACTS[] = {
-    {"no name", false, "", 0x80070057, "Invalid argument (NULL == Name). "},
-    {"no name, and open already", true, "", 0x80070057, "Invalid argument (NULL == Name). "},
-    {"open already", true, OTHER, 0x80004005, "Must call Close because library is already open"},
-    {"with the same name", true, GOOD, 0x80004005,
+    {"open with an empty name", false, "", 0x80070057, "Invalid argument (NULL == Name). "},
+    {"open with an empty name while a library is open", true, "", 0x80070057,
+     "Invalid argument (NULL == Name). "},
+    {"open while another library is open", true, OTHER, 0x80004005,
      "Must call Close because library is already open"},
-    {"with a name that is missing", true, "x", 0x80004005,
+    {"open while the same library is open", true, GOOD, 0x80004005,
+     "Must call Close because library is already open"},
+    {"open with a missing name while a library is open", true, "x", 0x80004005,
      "Must call Close because library is already open"},
 };
 
@@ -273,17 +275,17 @@ struct FileFact {
 
 FileFact const FILE_FACTS[] = {
     {"a file that is missing", plugin("missing.so")},
-    {"in a directory that is none", plugin("good.so/missing.so")},
-    {"a name that is found nowhere", "no-such-library.so"},
-    {"no suffix is added", plugin("good")},
-    {"nor is a directory searched", "good.so"},
+    {"a path through a file that is no directory", plugin("good.so/missing.so")},
+    {"a name that no folder of the loader has", "no-such-library.so"},
+    {"a name without its suffix .so", plugin("good")},
+    {"a name that is only in the current folder or beside the program", "good.so"},
     {"a directory", plugin("")},
     {"a file without bytes", plugin("cut_at_0.so")},
-    {"cut within its header", plugin("cut_at_40.so")},
-    {"cut behind its header", plugin("cut_at_100.so")},
-    {"made for another processor", plugin("foreign.so")},
-    {"no shared object", "/proc/self/cmdline"},
-    {"a name of blanks", "  "},
+    {"a shared object cut within its header", plugin("cut_at_40.so")},
+    {"a shared object cut after its header", plugin("cut_at_100.so")},
+    {"a shared object for another processor", plugin("foreign.so")},
+    {"a file that is no shared object", "/proc/self/cmdline"},
+    {"a name of two spaces", "  "},
     {"a name of a thousand bytes", LONG_NAME},
 };
 
@@ -382,16 +384,21 @@ struct SymbolFact {
     char const* message;
 };
 
-// The blanks at the ends are KEPT(reports-end-in-a-space).
+// KEPT(reports-end-in-a-space)
 SymbolFact const SYMBOL_FACTS[] = {
-    {"a function", true, "pluginAnswer", SUCCESS, nullptr},
-    {"a value", true, "pluginValue", SUCCESS, nullptr},
-    {"one that is missing", true, "pluginAnswe", NOT_FOUND, "Error calling dlsym. "},
-    {"names are told by their case", true, "PluginAnswer", NOT_FOUND, "Error calling dlsym. "},
-    {"one whose value is null", true, "pluginNull", NOT_FOUND, "Error calling dlsym. "},
-    {"no name", true, "", INVALID_ARGUMENT, "NULL == EntryPoint. "},
-    {"nothing is open", false, "pluginAnswer", INVALID_ARGUMENT, "Library is not open. "},
-    {"nothing is open, nor named", false, "", INVALID_ARGUMENT, "Library is not open. "},
+    {"a function is found", true, "pluginAnswer", SUCCESS, nullptr},
+    {"a variable is found", true, "pluginValue", SUCCESS, nullptr},
+    {"a missing name gives null and a report", true, "pluginAnswe", NOT_FOUND,
+     "Error calling dlsym. "},
+    {"a name with another case gives null and a report", true, "PluginAnswer", NOT_FOUND,
+     "Error calling dlsym. "},
+    {"a symbol whose value is null gives null and a report", true, "pluginNull", NOT_FOUND,
+     "Error calling dlsym. "},
+    {"an empty name gives null and a report", true, "", INVALID_ARGUMENT, "NULL == EntryPoint. "},
+    {"a name without an open library gives null and a report", false, "pluginAnswer",
+     INVALID_ARGUMENT, "Library is not open. "},
+    {"an empty name without an open library reports the library", false, "", INVALID_ARGUMENT,
+     "Library is not open. "},
 };
 
 TEST_F(LibraryTest, LooksSymbolsUp) {  // KEPT(null-symbol-is-missing)
