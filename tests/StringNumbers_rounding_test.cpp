@@ -24,6 +24,7 @@ using testing_support::flagsRaisedBy;
 using testing_support::randomEngine;
 using testing_support::RoundingWords;
 using testing_support::ScopedCLocale;
+using testing_support::ScopedNoSubnormals;
 using testing_support::ScopedRoundingWords;
 
 // What `to_string` writes and `strtodEx` reads in every state of the rounding words: what snprintf
@@ -70,6 +71,22 @@ TEST(ToStringRounding, WritesAsLibcDoesInEachStateOfTheRoundingWords) {
             }
         }
     }
+}
+
+// "%g" used to give "0" here.
+TEST(ToStringRounding, WritesSubnormalNumbersWhereTheProcessorTakesThemForZero) {
+    ScopedCLocale const c("C");
+    std::array<double, 4> const subnormal = {5e-324, -5e-324, 0x0.fffffffffffffp-1022, -1e-310};
+    ScopedNoSubnormals const scope;
+    for (double const value : subnormal) {
+        for (char const* const format : FORMATS)
+            expectAsPrinted(value, format);
+    }
+    EXPECT_EQ(to_string(subnormal[1], "%g"), "-4.94066e-324");
+#ifdef __x86_64__
+    double const volatile least = subnormal[0];
+    EXPECT_TRUE(least == 0) << "the setting of the host must come back";
+#endif
 }
 
 TEST(ToStringRounding, WidensAFloatInEachStateOfTheRoundingWords) {

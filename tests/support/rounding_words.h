@@ -53,6 +53,26 @@ private:
     std::fenv_t before_;
 };
 
+/// Makes the processor take subnormal numbers for 0 in a scope, as operands and as results, where
+/// it can be told so.
+class ScopedNoSubnormals {
+public:
+    ScopedNoSubnormals() {
+        std::fegetenv(&before_);
+#ifdef __x86_64__
+        constexpr unsigned FLUSH_TO_ZERO = 0x8000;
+        constexpr unsigned DENORMALS_ARE_ZERO = 0x0040;
+        __builtin_ia32_ldmxcsr(__builtin_ia32_stmxcsr() | FLUSH_TO_ZERO | DENORMALS_ARE_ZERO);
+#endif
+    }
+    ~ScopedNoSubnormals() { std::fesetenv(&before_); }
+    ScopedNoSubnormals(ScopedNoSubnormals const&) = delete;
+    ScopedNoSubnormals& operator=(ScopedNoSubnormals const&) = delete;
+
+private:
+    std::fenv_t before_;
+};
+
 /// The floating-point flags that `work` raises: FE_INEXACT and its kin.
 template <typename Work>
 int flagsRaisedBy(Work const& work) {

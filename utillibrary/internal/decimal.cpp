@@ -1,6 +1,7 @@
 #include "utillibrary/internal/decimal.h"
 
 #include <bit>
+#include <cfenv>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
@@ -106,6 +107,27 @@ char* layOut(char* out, SixDigits value) noexcept {
     return fixed ? out : writeExponent(out, value.exponent);
 }
 
+char* writeByStandardLibrary(char* out, double value) noexcept {
+    return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
+}
+
+// Asked of the bits: a comparison may take a subnormal number for 0, see below.
+bool isSubnormal(double value) noexcept {
+    auto const magnitude = std::bit_cast<std::uint64_t>(value) & ~SIGN;
+    return magnitude != 0 && magnitude >> MANTISSA_BITS == 0;
+}
+
+// A host may have told the processor to take subnormal numbers for 0 (DAZ). std::to_chars would
+// then write "0", and printf would not. So it runs in the default environment.
+char* writeSubnormal(char* out, double value) noexcept {
+    std::fenv_t environment;
+    std::fegetenv(&environment);
+    std::fesetenv(FE_DFL_ENV);
+    char* const end = writeByStandardLibrary(out, value);
+    std::fesetenv(&environment);
+    return end;
+}
+
 // The number of decimal digits.
 int digitsOf(unsigned value) noexcept {
     int digits = 1;
@@ -168,7 +190,8 @@ std::optional<char*> writeSixDigits(char* out, double value) noexcept {
 }
 
 char* writeGeneralExactly(char* out, double value) noexcept {
-    return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
+    if (isSubnormal(value)) return writeSubnormal(out, value);
+    return writeByStandardLibrary(out, value);
 }
 
 char* writeGeneral(char* out, double value) noexcept {
