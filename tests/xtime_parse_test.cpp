@@ -480,6 +480,30 @@ TEST(XtimeFromString, ReadsTheDecimalPointOfTheCLocale) {
     }
 }
 
+struct SkippedSignFact {
+    char const* fact;
+    char const* text;
+    long seconds;
+};
+
+// The fast path used to read these signs, as under "C".
+SkippedSignFact const SKIPPED_SIGN_FACTS[] = {
+    {"a minus that is whitespace leaves the hours positive", "2024-03-05T06:08:09-05:30",
+     SECONDS - 5 * 3600 - 30 * 60},
+    {"a minus that is whitespace is not one of three characters of the hours",
+     "2024-03-05T06:08:09-0160", SECONDS - 16 * 3600},
+    {"a plus that is whitespace is not one of three characters of the hours",
+     "2024-03-05T06:08:09+0015", SECONDS - 1 * 3600 - 5 * 60},
+};
+
+TEST(XtimeFromString, SkipsASignOfTheZoneThatIsWhitespace) {
+    ScopedCLocale const locale("ss_SS.ISO-8859-1");
+    for (SkippedSignFact const& row : SKIPPED_SIGN_FACTS) {
+        SCOPED_TRACE(row.fact);
+        expectRead(row.text, xtime_t(row.seconds, 0));
+    }
+}
+
 // A half is the same in both directions; the seconds of an offset are not written.
 TEST(XtimeFromString, ReadsWhatToStringWrites) {
     for (std::string const& name : testing_support::allLocales()) {

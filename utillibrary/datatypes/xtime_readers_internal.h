@@ -127,6 +127,8 @@ inline bool readZone(StringReader& reader, IsoNumbers& numbers) noexcept {
     if (reader.atEnd() || reader.skip('Z')) return reader.atEnd();
     bool const west = reader.skip('-');
     if (!west && !reader.skip('+')) return false;
+    // sscanf skips a sign that is whitespace in the C locale.
+    if (internal::isSkipped(west ? '-' : '+')) return false;
     if (!reader.twoDigits(numbers.zoneHours)) return false;
     if (west) numbers.zoneHours = -numbers.zoneHours;
     if (reader.atEnd()) return true;
