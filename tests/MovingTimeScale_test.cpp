@@ -142,8 +142,9 @@ ScaleFact const MIN_STEP_FACTS[] = {
     {"a least step of 3 s makes the step 5 s", 0, 10, 11, 3, 0, 50, 5, 4},
     {"a least step of 599 s makes the step 600 s", 0, 10, 5, 599, 0, 2400, 600, 4},
     {"a least step of 600 s makes the step 600 s", 0, 10, 5, 600, 0, 2400, 600, 4},
-    {"one above", 0, 10, 5, 601, 0, 3600, 900, 2},
-    {"a late start with it", 599, 610, 5, 600, 300, 2700, 600, 4},
+    {"a least step of 601 s makes the step 900 s", 0, 10, 5, 601, 0, 3600, 900, 2},
+    {"a least step of 600 s and a start at a multiple of 300 s", 599, 610, 5, 600, 300, 2700, 600,
+     4},
     {"a least step of a day makes the step a day", 0, 10, 5, 86400, 0, 345600, 86400, 3},
     {"a least step above a day is not used", 0, 10, 5, 86401, 0, 345600, 86400, 3},
     {"the largest least step is not used", 0, 10, 5, ULONG_MAX, 0, 345600, 86400, 3},
@@ -157,7 +158,7 @@ TEST(MovingTimeScale, HonoursALeastStepOfADayAtMost) {  // KEPT(days-in-32-bits)
 
 ScaleFact const INSTANT_FACTS[] = {
     {"an instant has seconds", 100, 100, 5, 0, 100, 104, 1, 3},
-    {"an instant has seconds whatever the least step is", 100, 100, 5, 600, 100, 104, 1, 3},
+    {"an instant has steps of 1 s for every least step", 100, 100, 5, 600, 100, 104, 1, 3},
     {"an instant has three seconds with 3 ticks", 0, 0, 3, 0, 0, 2, 1, 3},
     {"an instant before 1970 has seconds", -7, -7, 4, 0, -7, -4, 1, 3},
     {"an instant has as many seconds as ticks", 100, 100, MOST, 0, 100, 4294967394, 1, 3},

@@ -223,8 +223,8 @@ TEST(VariantNumbersRandom, ReadsTextAsAStreamExtractsALong) {
     }
 }
 
-// Each character that may be a blank or a digit, and those that bytes above 0x7F become.
-TEST(VariantNumbersRandom, TakesTheBlanksThatAStreamTakes) {
+// Each character that may be whitespace or a digit, and those that bytes above 0x7F become.
+TEST(VariantNumbersRandom, SkipsTheWhitespaceThatAStreamSkips) {
     for (char const* const name : {"C", "en_US.UTF-8"}) {
         ScopedCppLocale const cpp(name);
         std::wistringstream stream;

@@ -271,7 +271,7 @@ PointFact const POINT_FACTS[] = {
     {"en_US has a point, and its groups do not show", "en_US.UTF-8", 250000000, ".250"},
     {"de_DE has a comma", "de_DE.UTF-8", 250000000, ",250"},
     {"fr_FR in Latin has a comma", "fr_FR.ISO-8859-15", 250000000, ",250"},
-    {"a comma precedes 000 too", "tr_TR.UTF-8", 999999521, ",000"},
+    {"a comma precedes 000 when the fraction rounds up", "tr_TR.UTF-8", 999999521, ",000"},
     {"a decimal point of two bytes leaves two digits", "ps_AF.UTF-8", 259000000, "\331\25325"},
     {"a decimal point of two bytes leaves two digits of 000", "ps_AF.UTF-8", 999999521,
      "\331\25300"},

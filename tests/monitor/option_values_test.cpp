@@ -103,7 +103,7 @@ OffsetFact const OFFSET_FACTS[] = {
     {"+00:00 is UTC", "+00:00", 0},
     {"-00:00 is UTC", "-00:00", 0},
     {"an hour to the east is positive", "+01:00", 3600},
-    {"the sign applies to the minutes too", "-05:30", -19800},
+    {"the sign applies to hours and minutes", "-05:30", -19800},
     {"59 minutes are allowed", "+00:59", 3540},
     {"60 minutes are refused", "+00:60", std::nullopt},
     {"23 hours to the east are allowed", "+23:59", 86340},
