@@ -22,9 +22,9 @@
 #include <QByteArray>
 #endif
 
-// Blocks of bytes made, overwritten, lengthened and zeroed. Each library's block is described once,
-// by a type of its own: `make` one of some bytes, `overwrite` it with others, however long they
-// are, `lengthen` it with zero bytes, `zero` it, and show its `bytes`.
+// Blocks of bytes are made, overwritten, lengthened and zeroed. One type for each library describes
+// its block: `make` makes one from bytes, `overwrite` replaces them by bytes of any length,
+// `lengthen` appends zero bytes, `zero` sets all to zero, and `bytes` returns them.
 namespace {
 
 using namespace benchmarks;
@@ -58,7 +58,7 @@ struct Vector {
     static std::string bytes(Block const& block) { return {block.begin(), block.end()}; }
 };
 
-// What C has for it.
+// A block from malloc.
 class LibcBlock {
 public:
     explicit LibcBlock(std::string const& bytes)
@@ -187,7 +187,7 @@ class BlockOperation : public Operation<Input, std::string> {
 public:
     using Operation<Input, std::string>::Operation;
 
-    // The one that a type stands for: ourselves, libc, or a peer.
+    // Which row a type makes: this library, libc, or a peer.
     template <typename Library, typename Run>
     void add(Run run) const {
         if constexpr (std::is_same_v<Library, Ours>) {

@@ -23,13 +23,13 @@ namespace {
 using namespace benchmarks;
 using com::halvorin::datatypes::Library;
 
-// The same shared object three times: one that is never loaded when a row opens it, one that always
-// is, and one that each library holds open, which some of them close for all of their handles.
+// The same shared object three times. The first is never loaded when a row opens it, the second
+// always is. Each library keeps the third open; some libraries close it for all their handles.
 constexpr char const* ABSENT = UTILLIBRARY_ABSENT_PLUGIN;
 constexpr char const* LOADED = UTILLIBRARY_LOADED_PLUGIN;
 constexpr char const* SEARCHED = UTILLIBRARY_SEARCHED_PLUGIN;
 
-// What they offer.
+// The functions of the plugin.
 std::string anySymbol(Random& random) { return "function" + std::to_string(random() % 16); }
 
 std::vector<std::string> symbols() { return pool(anySymbol); }

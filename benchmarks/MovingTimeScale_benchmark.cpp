@@ -7,8 +7,8 @@
 #include "support/operation.h"
 #include "support/pool.h"
 
-// Steps and ticks of a time axis. No other library offers them; the plain way takes the rule by its
-// word, one row, one shift and one tick after the other, with lists that grow.
+// Steps and ticks of a time axis. No other library offers them. The plain way follows the contract
+// literally: it tries one step, one start and one tick after the other, with lists that grow.
 namespace {
 
 using namespace benchmarks;

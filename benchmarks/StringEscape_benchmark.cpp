@@ -33,7 +33,7 @@ using namespace benchmarks;
 using com::halvorin::utilities::escapeString;
 using com::halvorin::utilities::unescapeString;
 
-constexpr char const* LEAVES_BLANKS = "leaves blanks";
+constexpr char const* LEAVES_SPACES = "leaves blanks";
 
 // The escaped form by its definition, for strings without a backslash.
 std::string escapedByHand(std::string const& text, bool keepSpace) {
@@ -76,7 +76,7 @@ std::string unescapedByHand(std::string const& text) {
 
 // ---- the pools
 
-// Graphic bytes that stay as they are. There is no slash: Poco escapes it, and cannot read it back.
+// Graphic bytes that are not escaped. There is no slash: Poco escapes it, and cannot read it back.
 std::string plainBytes(Random& random, std::size_t size) {
     std::string text = anyText(random, size, size);
     for (char& c : text) {
@@ -184,7 +184,7 @@ struct Kind {
     std::string name;
     Text (*make)(Random&, std::size_t);
     bool keepSpace;
-    bool blanks;  // true if a peer that leaves spaces does another job
+    bool spaces;  // true if a peer that leaves spaces does another job
     bool ascii;   // true if peers that expect UTF-8 take it
 };
 
@@ -194,7 +194,7 @@ public:
         : kind_(kind),
           escape_("escape " + kind.name + size, texts, escaper()),
           unescape_("unescape " + kind.name + size, texts, AsItIs()) {
-        // Long strings are the same work many times.
+        // A long string repeats the same work.
         if (!size.empty()) return;
         escape_ = escape_.threaded();
         unescape_ = unescape_.threaded();
@@ -206,7 +206,7 @@ public:
         addLeavingBlanks("Abseil", absl::CEscape, abslUnescaped);
 #endif
 #ifdef UTILLIBRARY_PEER_FMT
-        if (kind_.ascii && !kind_.blanks) escape_.peer("{fmt}", fmtEscaped, withoutQuotes);
+        if (kind_.ascii && !kind_.spaces) escape_.peer("{fmt}", fmtEscaped, withoutQuotes);
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
         addLeavingBlanks("GLib", glibEscaped, glibUnescaped);
@@ -259,10 +259,10 @@ private:
 
     template <typename Escape, typename Unescape>
     void addLeavingBlanks(std::string const& who, Escape escape, Unescape unescape) const {
-        if (!kind_.blanks) return addPeer(who, escape, unescape);
-        escape_.otherJob(who, LEAVES_BLANKS, escape);
+        if (!kind_.spaces) return addPeer(who, escape, unescape);
+        escape_.otherJob(who, LEAVES_SPACES, escape);
         unescape_.otherJob(
-            who, LEAVES_BLANKS,
+            who, LEAVES_SPACES,
             prepared([escape](Text const& text) { return Text(escape(text)); }, unescape));
     }
 

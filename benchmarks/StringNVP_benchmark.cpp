@@ -40,9 +40,9 @@
 #include <QUrlQuery>
 #endif
 
-// Texts split, and lines of name-value pairs written, read and averaged. Few libraries have such
-// lines; a peer's row puts them together from what it has, as its user would. Long, since each
-// operation has its peers beside it.
+// Strings are split; lines of name-value pairs are written, read and averaged. Few libraries have
+// such lines. A peer's row makes them from the functions that it has, as its user would. This file
+// is long, because each operation is followed by its peers.
 namespace {
 
 using namespace benchmarks;
@@ -52,7 +52,7 @@ using Texts = std::vector<std::string>;
 using Pairs = std::unordered_map<std::string, std::string>;
 using Sorted = std::map<std::string, std::string>;
 
-// Small work is timed on two threads as well: a pool of many texts. Long texts are the same again.
+// Short strings are also timed on two threads. Long strings repeat the same work.
 template <typename Input, typename Wanted>
 Operation<Input, Wanted> threadedIfSmall(Operation<Input, Wanted> const& operation,
                                          std::size_t pool) {
@@ -61,7 +61,7 @@ Operation<Input, Wanted> threadedIfSmall(Operation<Input, Wanted> const& operati
 
 // ---- split
 
-// Fields of 3 to 15 bytes, which a std::string keeps in itself.
+// Fields of 3 to 15 bytes, which a std::string stores without an allocation.
 std::string fields(Random& random, std::size_t count, std::string const& separators) {
     std::string text;
     for (std::size_t i = 0; i < count; ++i) {
@@ -104,7 +104,7 @@ Texts textsOf(QStringList const& list) {
 #endif
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// A list of texts that GLib made.
+// A list of strings that GLib made.
 class GLibTexts {
 public:
     explicit GLibTexts(char** texts) : texts_(texts) {}
@@ -232,7 +232,7 @@ Map mapOf(List const& list) {
     return Map(list.begin(), list.end());
 }
 
-// The line as text streams write it.
+// The line as string streams write it.
 std::string streamedLine(Pairs const& map) {
     std::ostringstream stream;
     char const* before = "";
@@ -277,7 +277,7 @@ FlatPairs abslPairs(std::string const& line) {
 #endif
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// A counted reference to a hash table of texts, which it owns.
+// A counted reference to a hash table, which owns its strings.
 class GLibPairs {
 public:
     GLibPairs() : table_(g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free)) {}
@@ -622,8 +622,7 @@ void addAverage() {
 #endif
 }
 
-// Maps of so many pairs, a thousand pairs in all: many pairs in few maps lie as near as few in
-// many.
+// Maps of this many pairs, a thousand pairs in all, so that each pool takes about the same memory.
 std::vector<List> listsOf(std::size_t count) {
     return pool([count](Random& random) { return pairs(random, count); }, 1024 / count);
 }

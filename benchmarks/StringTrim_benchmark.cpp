@@ -23,31 +23,33 @@
 #include <QString>
 #endif
 
-// A text without the blanks at its ends.
+// A string without the whitespace at its ends.
 namespace {
 
 using namespace benchmarks;
 
 std::string trimmedByHand(std::string const& text) {
-    auto const isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    auto const isWhitespace = [](char c) {
+        return std::isspace(static_cast<unsigned char>(c)) != 0;
+    };
     std::size_t first = 0;
-    while (first < text.size() && isBlank(text[first]))
+    while (first < text.size() && isWhitespace(text[first]))
         ++first;
     std::size_t end = text.size();
-    while (end > first && isBlank(text[end - 1]))
+    while (end > first && isWhitespace(text[end - 1]))
         --end;
     return text.substr(first, end - first);
 }
 
-std::string blanks(Random& random) {
+std::string whitespace(Random& random) {
     std::string text(random() % 4, ' ');
     for (char& c : text)
         c = " \t\n"[random() % 3];
     return text;
 }
 
-std::string blankEnded(Random& random, std::size_t least, std::size_t most) {
-    return blanks(random) + anyText(random, least, most) + blanks(random);
+std::string paddedText(Random& random, std::size_t least, std::size_t most) {
+    return whitespace(random) + anyText(random, least, most) + whitespace(random);
 }
 
 void addTrim(std::string const& name, std::vector<std::string> const& texts) {
@@ -90,8 +92,8 @@ void addTrim(std::string const& name, std::vector<std::string> const& texts) {
 }  // namespace
 
 void benchmarks::addRows() {
-    addTrim("trim, 3 to 15 bytes", pool([](Random& random) { return blankEnded(random, 3, 9); }));
-    addTrim("trim, some 66 bytes", pool([](Random& random) { return blankEnded(random, 63, 63); }));
+    addTrim("trim, 3 to 15 bytes", pool([](Random& random) { return paddedText(random, 3, 9); }));
+    addTrim("trim, some 66 bytes", pool([](Random& random) { return paddedText(random, 63, 63); }));
     for (std::size_t const size : SIZES) {
         std::vector<std::string> texts = textsOf(size);
         for (std::string& text : texts) {

@@ -41,8 +41,8 @@
 #include <QStringList>
 #endif
 
-// Numbers to texts and back, texts compared and searched. Long, since each operation has its peers
-// beside it.
+// Numbers to strings and back; strings compared and searched. This file is long, because each
+// operation is followed by its peers.
 namespace {
 
 using namespace benchmarks;
@@ -58,7 +58,7 @@ std::string printed(char const* format, Value value) {
 }
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// A text of GLib's, as its callers take it over.
+// A string that GLib allocated, and that its caller frees.
 std::string taken(char* text) {
     std::string result = text;
     g_free(text);
@@ -158,7 +158,7 @@ void addHex() {
 #endif
 }
 
-// ---- floating numbers to text
+// ---- floating numbers to strings
 
 template <typename Value>
 void addGeneralPeers(Operation<Value, std::string> const& operation) {
@@ -239,7 +239,7 @@ void addFixed() {
 #endif
 }
 
-// ---- text to floating numbers
+// ---- strings to floating numbers
 
 // From 1 to below 10^9, printed so that no other double reads the same.
 std::string seventeenDigits(Random& random) {
@@ -415,28 +415,28 @@ public:
 
     void addPartial() const {
         auto const plain = [list = list_](std::string const& text) {
-            auto const holds = [&text](std::string const& element) {
+            auto const contains = [&text](std::string const& element) {
                 return element.find(text) != std::string::npos;
             };
-            return std::find_if(list.begin(), list.end(), holds) - list.begin();
+            return std::find_if(list.begin(), list.end(), contains) - list.begin();
         };
         Operation const operation("searchVector, parts of texts, 1000 of them", parts(), plain);
         operation.plain("std::string::find", plain);
         addOurs(operation, true);
 #ifdef UTILLIBRARY_PEER_ABSL
         operation.peer("Abseil", [list = list_](std::string const& text) {
-            auto const holds = [&text](std::string const& element) {
+            auto const contains = [&text](std::string const& element) {
                 return absl::StrContains(element, text);
             };
-            return std::find_if(list.begin(), list.end(), holds) - list.begin();
+            return std::find_if(list.begin(), list.end(), contains) - list.begin();
         });
 #endif
 #ifdef UTILLIBRARY_PEER_QT
         operation.peer("Qt", prepared(toQString, [list = qtList()](QString const& text) {
-                           auto const holds = [&text](QString const& element) {
+                           auto const contains = [&text](QString const& element) {
                                return element.contains(text);
                            };
-                           return std::find_if(list.begin(), list.end(), holds) - list.begin();
+                           return std::find_if(list.begin(), list.end(), contains) - list.begin();
                        }));
 #endif
     }

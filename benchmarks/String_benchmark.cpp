@@ -5,7 +5,7 @@
 #include "support/operation.h"
 #include "support/pool.h"
 
-// A holder of one text, read and replaced; a bare std::string does the same.
+// An object with one string, which is read and replaced. A plain std::string does the same.
 namespace {
 
 using namespace benchmarks;

@@ -31,7 +31,7 @@
 #include <QStorageInfo>
 #endif
 
-// Readings of the machine. It goes on while it is read, so that two readings are the same when they
+// Readings of the machine. They change while they are read, so two readings count as equal if they
 // are near each other.
 namespace {
 

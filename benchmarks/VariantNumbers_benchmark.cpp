@@ -36,9 +36,9 @@
 #include <QtNumeric>
 #endif
 
-// A Variant read as a number, a Boolean or a time, and two floating values compared. What is not a
-// holder of values is given the bare number or text, without one around it. Long, since each
-// operation has its peers beside it.
+// A Variant read as a number, a Boolean or a time, and two floating values compared. A library
+// without such a type is given the plain number or string. This file is long, because each
+// operation is followed by its peers.
 namespace {
 
 using namespace benchmarks;
@@ -79,13 +79,13 @@ std::string exponentText(Random& random) {
     return printed(anyDouble(random), std::chars_format::scientific, 6);
 }
 
-// Words that all who know words for a Boolean read alike.
+// Words that each library reads as the same Boolean.
 std::string booleanText(Random& random) {
     constexpr char const* WORDS[] = {"true", "false", "yes", "no", "1", "0"};
     return WORDS[random() % std::size(WORDS)];
 }
 
-// Whole seconds, which a double holds exactly.
+// Whole seconds, which are exact in a double.
 xtime_t wholeSecond(Random& random) { return {anySecond(random), 0}; }
 
 // ---- what defines the results
@@ -165,7 +165,7 @@ void addNumberRows(Operation<Value, Target> const& operation) {
 }
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// Outlives its reader, so that it need not know when it ends: it holds a number.
+// It is never unset: it contains a number, which owns no memory.
 template <typename Value>
 GValue asGValue(Value value) {
     GValue holder = G_VALUE_INIT;
@@ -252,9 +252,9 @@ void addTimes() {
 #endif
 }
 
-// ---- texts
+// ---- strings
 
-// For those that tell where the number ends, or whether there was one.
+// For libraries that return the end of the number, or whether there was one.
 template <typename Number, typename Read>
 auto reader(Read read) {
     return [read](std::string const& text) {
@@ -382,7 +382,7 @@ struct Pair {
     double second;
 };
 
-// Equal, or different by as little as matters.
+// Equal, or different by about the threshold.
 Pair nearlyEqual(Random& random) {
     double const value = anyDouble(random);
     return {value, value * (1 + static_cast<double>(between(random, -2, 2)) * 1e-12)};

@@ -34,7 +34,7 @@
 #include <QVariant>
 #endif
 
-// A Variant as text. What is not a holder of values is given the bare value, without one around it.
+// A Variant as a string. A library without such a type is given the plain value.
 namespace {
 
 using namespace benchmarks;
@@ -64,7 +64,7 @@ float anyFloat(Random& random) { return static_cast<float>(anyDouble(random)); }
 
 bool anyBool(Random& random) { return random() % 2 != 0; }
 
-// Every exponent that there is, each as likely as the others.
+// Every exponent of a double, each as likely as the others.
 double anyExponent(Random& random) {
     double const mantissa = std::uniform_real_distribution<double>(1, 2)(random);
     return std::ldexp(mantissa, static_cast<int>(between(random, -1022, 1023)));
@@ -140,7 +140,7 @@ auto const toPocoText = [](Poco::Dynamic::Var const& v) { return v.convert<std::
 #endif
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// Outlives its reader, so that it need not know when it ends: it holds a number.
+// It is never unset: it contains a number, which owns no memory.
 GValue asGValue(int value) {
     GValue holder = G_VALUE_INIT;
     g_value_init(&holder, G_TYPE_INT);
@@ -329,7 +329,7 @@ void addDateTime() {
 #endif
 }
 
-// ---- texts
+// ---- strings
 
 void addText(std::string const& name, std::vector<std::string> const& texts) {
     Operation const operation(name, texts, AsItIs());

@@ -29,8 +29,8 @@
 #include <QVariant>
 #endif
 
-// A Variant built, copied, and given another value, beside the other holders of a value of some
-// kind. Long, since each of these is described here once, in a type of its own.
+// A Variant is made, copied, and given another value. It is compared with other types that contain
+// a value of one of several types. This file is long, because one structure describes each of them.
 namespace {
 
 using namespace benchmarks;
@@ -40,13 +40,13 @@ using com::halvorin::datatypes::xtime_t;
 constexpr long MILLISECONDS = 1000;
 constexpr unsigned NANOSECONDS_PER_MILLISECOND = 1'000'000;
 
-// Times of whole milliseconds, which every library can hold.
+// Times of whole milliseconds, which every library can store.
 xtime_t anyTime(Random& random) {
     auto const milliseconds = static_cast<unsigned>(between(random, 0, MILLISECONDS - 1));
     return {anySecond(random), milliseconds * NANOSECONDS_PER_MILLISECOND};
 }
 
-// Unused where no library counts so.
+// Unused if no library with such a count is installed.
 [[maybe_unused]] long millisecondsOf(xtime_t const& time) {
     return time.getDateTime() * MILLISECONDS + time.getNanoseconds() / NANOSECONDS_PER_MILLISECOND;
 }
@@ -58,9 +58,9 @@ xtime_t anyTime(Random& random) {
 
 // ---- holders
 //
-// How a library holds a value: its WHO and its Holder; what it calls such a value, `native`, made
-// before the time runs; a new holder of it, `hold`; another value for a holder, `assign`; and the
-// value again, `read`. Where it keeps a text as something else, TEXT_NOTE says so.
+// How a library stores a value. WHO is its name, and Holder its type. `native` converts a value to
+// the library's own type before the clock starts. `hold` makes a Holder, `assign` replaces its
+// value, and `read` reads it back. TEXT_NOTE says if the library stores strings in another form.
 
 struct Ours {
     using Holder = Variant;
@@ -91,7 +91,7 @@ struct Ours {
     }
 };
 
-// Holders of whatever type they are given, bytes included.
+// Types that contain a value of any type.
 template <typename AnyHolder>
 struct Generic {
     using Holder = AnyHolder;
@@ -213,7 +213,7 @@ struct Qt6 {
 #endif
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// A GValue that knows when it ends, and what a copy is.
+// A GValue with a destructor and a copy constructor.
 class GLibValue {
 public:
     GLibValue() = default;
@@ -337,7 +337,7 @@ void addHolders(Holding<Value> const& holding) {
     (addHolder<Libraries>(holding), ...);
 }
 
-// What a wide text costs by itself: its memory, and the copy of its characters.
+// The least that a wide string needs: its memory, and the copy of its characters.
 void addTextFloors(Holding<std::string> const& holding) {
     auto const wide = [](std::string const& text) {
         return std::wstring(text.begin(), text.end());
@@ -367,7 +367,7 @@ void addAllHolders(Holding<Value> const& holding) {
 #ifdef UTILLIBRARY_PEER_QT
     addHolder<Qt6>(holding);
 #endif
-    // The two know no wide text.
+    // The two have no wide strings.
     if constexpr (!std::is_same_v<Value, std::wstring>) {
 #ifdef UTILLIBRARY_PEER_POCO
         addHolder<PocoVar>(holding);

@@ -8,7 +8,7 @@
 #include "support/operation.h"
 #include "support/pool.h"
 
-// What nobody goes below: the loop itself, arithmetic, copies, allocations, system calls.
+// The least times: the loop itself, arithmetic, copies, allocations, system calls.
 namespace {
 
 using namespace benchmarks;
@@ -19,7 +19,7 @@ std::vector<std::size_t> indices() {
     return values;
 }
 
-// Some twenty nanoseconds that nothing but the processor takes part in.
+// Some twenty nanoseconds of arithmetic, without memory or system calls.
 unsigned long mixed(unsigned long value) {
     for (int i = 0; i < 16; ++i)
         value = (value ^ (value >> 29)) * 0xBF58476D1CE4E5B9;

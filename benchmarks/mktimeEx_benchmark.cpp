@@ -75,7 +75,7 @@ std::tm ofDay(long day) {
     return fields;
 }
 
-// Each field somewhat outside its range; the sum lies between 1970 and 2038.
+// Each field somewhat outside its range; the time is between 1970 and 2038.
 std::tm outOfRange(Random& random) {
     std::tm fields = ordinary(random);
     fields.tm_year = static_cast<int>(between(random, 80, 130));
@@ -87,7 +87,7 @@ std::tm outOfRange(Random& random) {
     return fields;
 }
 
-// Whatever an int holds, save that the year has room for what is carried into it.
+// Any int in each field, but a year that has room for what is carried into it.
 std::tm anything(Random& random) {
     constexpr int MOST_YEARS = INT_MAX - 200'000'000;
     auto const any = [&random](int most) { return static_cast<int>(between(random, -most, most)); };
@@ -113,7 +113,7 @@ Result byUs(std::tm fields) {
     return {seconds, fields.tm_wday, fields.tm_yday};
 }
 
-// The rule as it is told, one month and one year after the other.
+// The rule applied literally, one month and one year after the other.
 Result byMonths(std::tm fields) {
     constexpr int LENGTHS[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     auto const leap = [](int year) {

@@ -3,10 +3,10 @@
 
     table.py RESULTS.json... --json OUT.json --markdown OUT.md
 
-A row is named "operation/role/who", with "/real_time/threads:N" behind where it is one of those that
-run on N threads. On one thread a time is processor time, the least of the repetitions, since other
-work on the machine only adds to it; the median stands beside it in the JSON. On two it is the
-clock's, and the median: the least would be of threads that happened not to meet.
+A row is named "operation/role/who", with "/real_time/threads:N" after it if it ran on N
+threads. The time of one thread is the least processor time of the repetitions, because other work
+on the machine only adds to it; the JSON also has the median. The time of two threads is the median of
+the clock: the least would be that of threads that did not run at the same time.
 """
 
 import argparse

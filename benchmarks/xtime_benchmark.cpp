@@ -28,8 +28,8 @@
 #include <QDateTime>
 #endif
 
-// A time as a value: the clock, its fields, its arithmetic, and OpenVMS time. Long, since each
-// operation has its peers beside it.
+// A time as a value: the clock, its fields, its arithmetic, and OpenVMS time. This file
+// is long, because each operation is followed by its peers.
 namespace {
 
 using namespace benchmarks;
@@ -40,7 +40,7 @@ using TimePoint = std::chrono::sys_time<Nanoseconds>;
 
 constexpr long NANOSECONDS = 1'000'000'000;
 
-// Whole microseconds: the finest that every library holds.
+// Whole microseconds, which every library can store.
 xtime_t anyTime(Random& random) {
     return {anySecond(random), static_cast<unsigned>(between(random, 0, 999'999)) * 1000};
 }
@@ -235,7 +235,7 @@ void addFields() {
     operation.ours(ourFields);
     addFieldPeers(operation);
 
-    // Where libc has no year for a second, all is zero.
+    // If libc has no year for a second, all fields are zero.
     Operation const far("decompose, any 64-bit second", pool([](Random& random) {
                             return xtime_t(static_cast<long>(random()) >> (random() % 40), 0);
                         }),
@@ -378,7 +378,7 @@ void addTimePoints() {
 #endif
 }
 
-// OpenVMS counts 100 ns from 1858-11-17; two others have such counts, from years of their own.
+// OpenVMS counts 100 ns from 1858-11-17. Two other libraries count 100 ns from other years.
 void addVmsTime() {
     [[maybe_unused]] constexpr char const* OTHER_EPOCH = "counts from another year";
     constexpr long VMS_EPOCH_SECONDS = -3'506'716'800;
@@ -404,7 +404,7 @@ void addVmsTime() {
     }));
     Operation const toSeconds("to OpenVMS seconds", times, secondsOf);
     toSeconds.ours([](xtime_t const& time) { return time.toVMSTime(); });
-    // Whole seconds: a double holds no ticks of our days.
+    // Whole seconds: a double cannot count the ticks of a present-day time exactly.
     Operation const fromSeconds("from OpenVMS seconds",
                                 pool([](Random& random) { return xtime_t(anySecond(random), 0); }),
                                 AsItIs());

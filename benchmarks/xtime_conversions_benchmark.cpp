@@ -40,8 +40,8 @@
 #include <QTimeZone>
 #endif
 
-// Times as text and back: the ISO form and the fourteen digits. Long, since each of the four ways
-// has its peers beside it.
+// Times to strings and back: the ISO form and the fourteen digits. This file is long, because each
+// of the four directions is followed by its peers.
 namespace {
 
 using namespace benchmarks;
@@ -127,7 +127,7 @@ long scannedFourteen(std::string const& text) {
     return timegm(&t);
 }
 
-// ---- what the libraries call a time
+// ---- the time types of the libraries
 
 #ifdef UTILLIBRARY_PEER_ABSL
 absl::Time asAbseil(xtime_t const& time) {
@@ -189,7 +189,7 @@ QString asQString(std::string const& text) { return QString::fromStdString(text)
 long qtMilliseconds(QDateTime const& time) { return time.toMSecsSinceEpoch(); }
 #endif
 
-// ---- ISO text out
+// ---- ISO strings, written
 
 void addIsoOut() {
     auto const operation = Operation("ISO text out, Z", pool(anyTime), printedUtc).threaded();
@@ -288,7 +288,7 @@ void addIsoOutOddities() {
     farYears.ours([](xtime_t const& time) { return time.toString(true, 0, ""); });
 }
 
-// ---- ISO text in
+// ---- ISO strings, read
 
 struct ParsedTime {
     xtime_t time;
@@ -305,7 +305,7 @@ long readMilliseconds(ParsedTime const& parsed) {
     return parsed.read ? millisecondsOf(parsed.time) : -1;
 }
 
-// Takes  utc: whether the zone is "Z"; some need to be told.
+// Takes  utc: true if the zone is "Z"; some libraries need this.
 void addIsoIn(std::string const& name, std::vector<std::string> const& texts,
               [[maybe_unused]] bool utc) {
     auto const operation = Operation(name, texts, scannedIso).threaded();

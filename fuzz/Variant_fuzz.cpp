@@ -32,14 +32,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Input input(data, size);
     auto const real = input.take<double>();
     auto const number = input.take<long>();
-    expectSame(Variant(real).toString() == printed(real), "a Double as text");
+    expectSame(Variant(real).toString() == printed(real), "a Double as a string");
     expectSame(Variant(static_cast<float>(real)).toString() == printed(static_cast<float>(real)),
-               "a Float as text");
+               "a Float as a string");
     // KEPT(int64-prints-as-double)
     expectSame(Variant(number).toString() == printed(static_cast<double>(number)),
-               "an Int64 as text");
+               "an Int64 as a string");
     auto const integer32 = static_cast<int>(number);
-    expectSame(Variant(integer32).toString() == printed(integer32), "an Int32 as text");
+    expectSame(Variant(integer32).toString() == printed(integer32), "an Int32 as a string");
 
     std::string const text = input.takeRest();
     std::wstring wide;
@@ -49,10 +49,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     long integer = 0;
     std::wistringstream(wide) >> integer;
     Variant const variant(text);
-    expectSame(variant.toInt64() == integer, "text as an Int64");
+    expectSame(variant.toInt64() == integer, "a String as an Int64");
 
     double const floating = std::wcstod(wide.c_str(), nullptr);
     auto const bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
-    expectSame(bits(variant.toDouble()) == bits(floating), "text as a Double");
+    expectSame(bits(variant.toDouble()) == bits(floating), "a String as a Double");
     return 0;
 }

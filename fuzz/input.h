@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-// The bytes that the fuzzer made up, taken from the front as arguments. Behind the end all is zero.
+// The bytes of the fuzzer, taken from the front as arguments. After the last byte all are zero.
 class Input {
 public:
     Input(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
@@ -24,7 +24,8 @@ public:
 
     bool takeBool() { return take<char>() % 2 != 0; }
 
-    /// Up to the next line feed, which goes too; or the rest.
+    /// Takes the bytes before the next line feed, and drops the line feed; without one, takes the
+    ///       rest.
     std::string takeLine() {
         std::uint8_t const* const end = std::find(data_, data_ + size_, std::uint8_t{'\n'});
         std::string const line(data_, end);
@@ -48,7 +49,7 @@ private:
     std::size_t size_;
 };
 
-/// Ends the program, and so shows the input, where the library and its model differ.
+/// Ends the program if the library and its model differ; the fuzzer then prints the input.
 inline void expectSame(bool same, char const* what) {
     if (same) return;
     std::fprintf(stderr, "%s: the library and its model differ\n", what);

@@ -13,7 +13,7 @@ using com::halvorin::datatypes::xtime_t;
 using namespace com::halvorin::utilities;
 using namespace testing_support;
 
-// Under other zones libc may count leap seconds, which no time here does.
+// In another time zone libc might count leap seconds; the library never does.
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
     setenv("TZ", "UTC0", 1);
     tzset();

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <cstddef>
 
-// glibc's own functions, by the names under which those who replace `malloc` find them.
+// glibc's own functions, by the names that glibc offers to replacements of `malloc`.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);

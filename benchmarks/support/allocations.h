@@ -2,9 +2,9 @@
 
 namespace benchmarks {
 
-/// The allocations of the calling thread so far: calls of `malloc`, `calloc`, `realloc` and their
-/// kin, from whatever library they come. Linking this in puts a count before libc's own functions;
-/// `new` reaches them too.
+/// The allocations of the calling thread so far: calls of `malloc`, `calloc`, `realloc` and
+/// similar functions, in any library. A program that links this file counts them; `new` calls
+/// `malloc`, so it is counted, too.
 unsigned long allocations() noexcept;
 
 }  // namespace benchmarks

@@ -14,7 +14,7 @@ public:
         time_ = g_date_time_add(second, time.getNanoseconds() / 1000);
         g_date_time_unref(second);
     }
-    /// Takes  time: a reference, which is this object's from now on.
+    /// Takes  time: a reference, which this object then owns.
     explicit GLibTime(GDateTime* time) : time_(time) {}
     GLibTime(GLibTime const& other) : time_(g_date_time_ref(other.time_)) {}
     GLibTime& operator=(GLibTime const&) = delete;

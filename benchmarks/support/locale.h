@@ -5,15 +5,15 @@
 
 namespace benchmarks {
 
-/// The named locales beside the classic one. The first has a point and no grouping, so that numbers
+/// The two named locales. The first has a point and no grouping, so that numbers
 /// read as in the classic one; the second has a comma, and groups of three.
 inline constexpr char const* PLAIN_LOCALE = "C.UTF-8";
 inline constexpr char const* GROUPING_LOCALE = "de_DE.UTF-8";
 
-/// Whether this machine has the locale.
+/// True if this machine has the locale.
 bool hasLocale(std::string const& name);
 
-/// Sets a locale for a scope as a host does, for C++ and for C at once.
+/// Sets a locale for a scope, as the C++ and as the C locale.
 class ScopedLocale {
 public:
     explicit ScopedLocale(std::string const& name)

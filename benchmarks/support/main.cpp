@@ -6,7 +6,7 @@
 
 #include "support/operation.h"
 
-// What every program of benchmarks shares: names of rows, a list of what is missing, and main.
+// What all benchmark programs share: names of rows, a list of missing libraries, and main.
 namespace benchmarks {
 
 namespace {
@@ -52,8 +52,8 @@ void leaveOut(std::string const& what) { missing().insert(what); }
 }  // namespace benchmarks
 
 int main(int argc, char** argv) {
-    // What is freed stays in the heap. Else a row that frees the block at its end might give the
-    // pages back each time, and take them again, or not, as the rows before it have left the heap.
+    // Freed memory stays in the heap. Otherwise a row might return pages to the kernel and get them
+    // again each time, or not, which would depend on the rows before it.
     mallopt(M_TRIM_THRESHOLD, benchmarks::MOST_MEMORY);
     mallopt(M_MMAP_THRESHOLD, benchmarks::MOST_MEMORY);
     std::string const peers = UTILLIBRARY_MISSING_PEERS;

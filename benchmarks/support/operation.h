@@ -14,12 +14,12 @@
 #include "support/allocations.h"
 #include "support/locale.h"
 
-// An operation, and everyone who does it.
+// An operation, and the libraries that do it.
 //
-// An operation has a name, a pool of inputs, and for each input the result that is wanted, made by
-// the plain call that defines it. A row is one who does it. Before a row is timed, its result for
-// every input of the pool is held against the wanted one, and its allocations are counted; a row
-// that gives something else is an error, and fails the run.
+// An operation has a name, a pool of inputs, and the expected result for each input, which the
+// plain call that defines it makes. A row is one way to do it. Before a row is timed, its result
+// for each input is compared with the expected one, and its allocations are counted. A row that
+// gives another result fails the run.
 //
 //     Operation const toText("int to text", numbers, streamed);
 //     toText.plain("std::wostringstream", streamed);
@@ -43,11 +43,11 @@ enum class Role {
 
 std::string rowName(std::string const& operation, Role role, std::string const& who);
 
-/// Notes what this machine lacks; the table says so.
+/// Notes a library or locale that this machine lacks; the table says so.
 void leaveOut(std::string const& what);
 
-/// Empty where the two are equal; else a text that names them, as far as they can be written and
-/// are short.
+/// Empty if the two are equal; else a string that contains both, if they can be written and are
+/// short.
 template <typename Result, typename Wanted>
 std::string difference(Result const& result, Wanted const& wanted) {
     if (result == wanted) return {};
@@ -55,11 +55,11 @@ std::string difference(Result const& result, Wanted const& wanted) {
     if constexpr (requires { text << result << wanted; }) {
         text << ": " << result << " instead of " << wanted;
     }
-    constexpr std::size_t SHORT = 200;
-    return "not the result that is wanted" + text.str().substr(0, SHORT);
+    constexpr std::size_t SHOWN_SIZE = 200;
+    return "not the expected result" + text.str().substr(0, SHOWN_SIZE);
 }
 
-/// A way to do an operation whose inputs are made into something of its own before the time runs.
+/// A way to do an operation. Its inputs are converted to another type before the clock starts.
 template <typename Prepare, typename Run>
 struct Prepared {
     Prepare prepare;
@@ -71,7 +71,7 @@ Prepared<Prepare, Run> prepared(Prepare prepare, Run run) {
     return {std::move(prepare), std::move(run)};
 }
 
-/// The same thing again.
+/// Its argument, unchanged.
 struct AsItIs {
     template <typename T>
     T const& operator()(T const& value) const {
@@ -79,7 +79,7 @@ struct AsItIs {
     }
 };
 
-/// No complaint about any result.
+/// Accepts every result.
 struct Anything {
     std::string operator()(auto const& /*input*/, auto const& /*result*/) const { return {}; }
 };
@@ -87,8 +87,8 @@ struct Anything {
 template <typename Input, typename Way, typename Complain>
 class Row {
 public:
-    /// Takes  way: a `Prepared`; complain: gives a text for a result that is not the wanted one,
-    ///        and an empty one otherwise; note: stands beside the figures.
+    /// Takes  way: a `Prepared`; complain: gives an empty string for the expected result, and a
+    ///        message for any other; note: is printed beside the figures.
     Row(std::shared_ptr<std::vector<Input> const> inputs, Way way, Complain complain,
         std::string locale, std::string note)
         : inputs_(std::move(inputs)),
@@ -98,8 +98,8 @@ public:
           note_(std::move(note)) {}
 
     void operator()(benchmark::State& state) {
-        // Threads wait for each other where the loop begins and where it ends; the first one sets
-        // the stage.
+        // Threads wait for each other before and after the loop; the first one sets the locale and
+        // checks the results.
         bool const first = state.thread_index() == 0;
         std::optional<ScopedLocale> scope;
         if (first && !locale_.empty()) scope.emplace(locale_);
@@ -125,14 +125,14 @@ private:
         return own;
     }
 
-    // Not inlined: one copy of the work for the count and the clock, as lean as a host's loop.
+    // Not inlined: the same code is counted and timed, and is as simple as a host's loop.
     template <typename Run, typename Own>
     [[gnu::noinline]] static void runAll(Run& run, std::vector<Own> const& inputs) {
         for (Own const& input : inputs)
             benchmark::DoNotOptimize(run(input));
     }
 
-    // Once for each row: are the results right, and what do they allocate?
+    // Compares the results and counts the allocations, once for each row.
     template <typename Own, typename Run>
     void inspect(benchmark::State& state, Own const& own, Run& run) {
         for (std::size_t i = 0; i < own.size(); ++i) {
@@ -156,14 +156,14 @@ private:
 template <typename Input, typename Wanted>
 class Operation {
 public:
-    /// Takes  wanted: gives the result that is wanted for an input.
+    /// Takes  wanted: gives the expected result for an input.
     template <typename Definition>
     Operation(std::string name, std::vector<Input> const& inputs, Definition wanted)
         : name_(std::move(name)),
           inputs_(std::make_shared<std::vector<Input> const>(inputs)),
           wanted_(std::move(wanted)) {}
 
-    /// The same operation, with its rows timed on one thread and on two at once as well.
+    /// The same operation, with each row timed on one thread and on two threads.
     Operation threaded() const {
         Operation copy = *this;
         copy.threaded_ = true;
@@ -171,7 +171,7 @@ public:
     }
 
     /// The same operation under a named locale, as a host sets it: both as the global C++ locale
-    /// and as the C locale. Where the machine has no such locale, there are no rows.
+    /// and as the C locale. If the machine has no such locale, there are no rows.
     Operation under(std::string const& locale) const {
         Operation copy = *this;
         copy.name_ += ", locale " + locale;
@@ -182,8 +182,8 @@ public:
     // ---- rows
     //
     // run: gives the result for an input, or for what `prepared` made of it. Each thread of each
-    // measurement works with a copy of it, so that it may keep an object that it writes to.
-    // read: what the result says, in the words of the wanted one; not timed.
+    // measurement has a copy of `run`, so `run` may have an object that it writes to.
+    // read: converts the result to the type of the expected one; not timed.
 
     template <typename Run, typename Read = AsItIs>
     void ours(Run run, Read read = {}) const {
@@ -200,7 +200,7 @@ public:
         add(Role::PEER, who, "", std::move(run), compared(std::move(read)));
     }
 
-    /// Takes  why: in a few words, what is not the same.
+    /// Takes  why: what is different, in a few words.
     template <typename Run>
     void otherJob(std::string const& who, std::string const& why, Run run) const {
         add(Role::OTHER_JOB, who, why, std::move(run), Anything());

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-// Inputs: pools of random values, so that neither the optimiser nor the branch predictor knows what
-// comes next. The seed is fixed, so that two runs measure the same work.
+// Inputs: pools of random values, so that neither the optimiser nor the branch predictor can
+// predict them. The seed is fixed, so that two runs measure the same work.
 namespace benchmarks {
 
 using Random = std::mt19937_64;
@@ -19,14 +19,14 @@ inline constexpr std::size_t POOL_SIZE = 256;
 inline constexpr std::size_t KIBIBYTE = 1024;
 inline constexpr std::size_t MEBIBYTE = 1024 * KIBIBYTE;
 
-/// The sizes at which what grows is looked at.
+/// The sizes for operations whose time depends on the size.
 inline constexpr std::array<std::size_t, 4> SIZES = {KIBIBYTE, 16 * KIBIBYTE, 64 * KIBIBYTE,
                                                      MEBIBYTE};
 
-/// "1 KiB"; the table knows the sizes by their unit.
+/// "1 KiB", for example; the table finds the sizes by their unit.
 std::string sizeName(std::size_t bytes);
 
-/// As many values as `make` is called for, each time with the same random numbers.
+/// A pool of `make`'s results; the random numbers are the same in each run.
 template <typename Make>
 auto pool(Make make, std::size_t size = POOL_SIZE) {
     Random random;
@@ -49,21 +49,20 @@ double anyDouble(Random& random);
 /// Below a million, with three decimals, either sign.
 double threeDecimals(Random& random);
 
-/// Printable ASCII without blanks, `least` to `most` characters.
+/// Printable ASCII without spaces, `least` to `most` characters.
 std::string anyText(Random& random, std::size_t least, std::size_t most);
 
-/// A whole pool of texts of this size, or, of long ones, as many as a processor keeps near; these
-/// are hundreds of random values each.
-/// Takes  make: makes a text from random numbers and the size.
+/// A pool of strings of this size; fewer long ones, so that the processor's cache contains all.
+/// Takes  make: makes a string from random numbers and the size.
 template <typename Make>
 auto textPool(std::size_t size, Make make) {
-    constexpr std::size_t NEAR = 256 * KIBIBYTE;
+    constexpr std::size_t CACHED = 256 * KIBIBYTE;
     constexpr std::size_t LEAST = 2;
     return pool([&](Random& random) { return make(random, size); },
-                std::clamp(NEAR / size, LEAST, POOL_SIZE));
+                std::clamp(CACHED / size, LEAST, POOL_SIZE));
 }
 
-/// A pool of texts of exactly this size, as `anyText` makes them.
+/// A pool of strings of exactly this size, as `anyText` makes them.
 std::vector<std::string> textsOf(std::size_t size);
 
 /// A second of the years 1970 to 2037.

@@ -4,7 +4,7 @@ namespace com::halvorin::datatypes {
 
 String::String() noexcept = default;
 
-// NOLINTNEXTLINE(modernize-pass-by-value): the interface takes texts by reference.
+// NOLINTNEXTLINE(modernize-pass-by-value): the interface takes its string by reference.
 String::String(std::string const& text) : value_(text) {}
 
 std::string String::operator()() const { return value_; }
