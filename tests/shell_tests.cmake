@@ -57,6 +57,8 @@ endif()
 utillibrary_shell_test(readme)
 set_tests_properties(readme PROPERTIES FIXTURES_REQUIRED library_variants)
 
+utillibrary_shell_test(packaging)
+
 utillibrary_shell_test(pages)
 set_tests_properties(pages PROPERTIES FIXTURES_REQUIRED library_variants)
 
@@ -73,6 +75,8 @@ endforeach()
 
 if(UTILLIBRARY_TEST_ALL)
   find_program(CHROMIUM_PROGRAM chromium REQUIRED)
+  utillibrary_shell_test(debian)
+  utillibrary_shell_test(reproducible)
   utillibrary_shell_test(site)
   set_property(TEST site APPEND PROPERTY ENVIRONMENT "CHROMIUM=${CHROMIUM_PROGRAM}")
 endif()
