@@ -104,3 +104,26 @@ extract() {
     [[ $output == *"Thing.h:5: the example says 3, and the result is 2"* ]]
     [[ $output != *"the example says 1"* ]]
 }
+
+# refused_by_clang STATEMENT: clang++ with warnings as errors refuses it, and g++ accepts it.
+refused_by_clang() {
+    local headers='#include <utillibrary/datatypes/ByteStream.h>
+#include <utillibrary/datatypes/Variant.h>
+using namespace com::halvorin::datatypes;'
+    printf '%s\nvoid use(void const*);\nvoid test() { %s }\n' "$headers" "$1" >host.cpp
+    "$GXX" -std=c++17 -Wall -Wextra -Werror -I"$SOURCE_DIR" -fsyntax-only host.cpp
+    run "$CLANGXX" -std=c++17 -Wall -Wextra -Werror -I"$SOURCE_DIR" -fsyntax-only host.cpp
+    echo "$output"
+    [[ $status -ne 0 ]]
+    [[ $output == *"temporary"* && $output == *"destroyed"* ]]
+}
+
+@test "clang++ warns of a pointer into a temporary Variant" {
+    refused_by_clang 'char const* p = Variant("x"); use(p);'
+}
+
+@test "clang++ warns of a pointer into a temporary ByteStream" {
+    refused_by_clang 'char* p = ByteStream(3).data(); use(p);'
+    refused_by_clang 'char* p = ByteStream(3).buffer(); use(p);'
+    refused_by_clang 'char const* p = ByteStream(3); use(p);'
+}

@@ -35,6 +35,14 @@
 #define UTILLIBRARY_WRAPS
 #endif
 
+// Marks a member function that returns a pointer into the object. clang++ then warns of a pointer that
+// outlives a temporary object.
+#ifdef __clang__
+#define UTILLIBRARY_LIFETIMEBOUND [[clang::lifetimebound]]
+#else
+#define UTILLIBRARY_LIFETIMEBOUND
+#endif
+
 // Marks a private member of an exported class; nothing outside the library can call it.
 #define UTILLIBRARY_LOCAL __attribute__((visibility("hidden")))
 

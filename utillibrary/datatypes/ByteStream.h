@@ -76,13 +76,13 @@ public:
     /// Gives    a pointer that is valid until the next change of length.
     /// Fails    never.
     /// Kept     three-names-for-one-pointer
-    UTILLIBRARY_INLINE char* buffer() const noexcept { return buffer_; }
+    UTILLIBRARY_INLINE char* buffer() const noexcept UTILLIBRARY_LIFETIMEBOUND { return buffer_; }
 
     /// The same pointer as `buffer()`.
     /// Fails    never.
     /// Kept     three-names-for-one-pointer
     // KEPT(three-names-for-one-pointer): a host may use any of the three.
-    UTILLIBRARY_INLINE char* data() const noexcept { return buffer_; }
+    UTILLIBRARY_INLINE char* data() const noexcept UTILLIBRARY_LIFETIMEBOUND { return buffer_; }
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wignored-qualifiers"
@@ -91,7 +91,9 @@ public:
     /// Kept     three-names-for-one-pointer
     // The second const is part of the exported name, and has no other effect.
     // NOLINTNEXTLINE(google-explicit-constructor, readability-const-return-type)
-    UTILLIBRARY_INLINE operator char const* const() const noexcept { return buffer_; }
+    UTILLIBRARY_INLINE operator char const* const() const noexcept UTILLIBRARY_LIFETIMEBOUND {
+        return buffer_;
+    }
 #pragma GCC diagnostic pop
 
     /// The length of the block in bytes.

@@ -585,7 +585,7 @@ public:
     ///          until the object ends. A change of the value does not change these characters.
     /// Fails    as `convertToString` does; on std::bad_alloc `sbcText` is unchanged.
     // NOLINTNEXTLINE(google-explicit-constructor)
-    operator char const*() const;
+    operator char const*() const UTILLIBRARY_LIFETIMEBOUND;
 
     // ---- constants
 
