@@ -3,7 +3,7 @@
 
 # shellcheck disable=SC2030,SC2031 # each test runs in a subshell, and reads its own variables
 
-bats_require_minimum_version 1.5.0
+bats_require_minimum_version 1.8.0
 
 LIBRARY_FOLDERS=(lib lib64 lib/x86_64-linux-gnu)
 COMPILERS=("$GXX" "$CLANGXX")
@@ -167,6 +167,7 @@ compiles_alone() {
     done
 }
 
+# bats test_tags=long
 @test "each public header compiles alone, under every compiler and standard" {
     local headers compiler standard first
     mapfile -t headers < <(cd "$MOVED/lib/include" && find utillibrary -name '*.h')
@@ -193,6 +194,7 @@ compiles_alone() {
     [[ $(package_config "$BATS_TEST_TMPDIR/prefix/lib" --cflags) == "-I$system/headers"* ]]
 }
 
+# bats test_tags=long
 @test "as a subdirectory it is the library alone" {
     local build="$BATS_TEST_TMPDIR/build"
     "$CMAKE" -S "$SOURCE_DIR/tests/package/subdirectory" -B "$build" -G Ninja \
@@ -223,6 +225,7 @@ END
 
 # ---- a good guest
 
+# bats test_tags=long
 @test "a host that fetches the library builds it under strict flags, and installs only itself" {
     local repository="$BATS_TEST_TMPDIR/repository" build="$BATS_TEST_TMPDIR/build"
     mkdir "$repository"
@@ -316,6 +319,7 @@ refused() {
     done < <(cd "$MOVED/lib/include" && find utillibrary -name '*.h' ! -name version.h)
 }
 
+# bats test_tags=long
 @test "an older standard than C++17 is refused by one message, first" {
     local compiler
     for compiler in "${COMPILERS[@]}"; do
@@ -323,6 +327,7 @@ refused() {
     done
 }
 
+# bats test_tags=long
 @test "a standard library that does not fit is refused by one message, first" {
     refused 'built with _GLIBCXX_USE_CXX11_ABI=1' "$GXX" -std=c++17 -D_GLIBCXX_USE_CXX11_ABI=0
     refused 'built without _GLIBCXX_DEBUG' "$GXX" -std=c++17 -D_GLIBCXX_DEBUG

@@ -16,9 +16,16 @@ set(shell_environment
   "READELF=${CMAKE_READELF}"
   "PKG_CONFIG=${PKG_CONFIG_PROGRAM}")
 
+# A test with the tag "long" runs in the full run alone.
+set(shell_filter --filter-tags !long)
+if(UTILLIBRARY_TEST_ALL)
+  set(shell_filter)
+endif()
+
 # tests/NAME.bats
 function(utillibrary_shell_test name)
-  add_test(NAME ${name} COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/${name}.bats")
+  add_test(NAME ${name}
+    COMMAND "${BATS_PROGRAM}" ${shell_filter} "${CMAKE_CURRENT_SOURCE_DIR}/${name}.bats")
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${shell_environment}")
 endfunction()
 

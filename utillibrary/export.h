@@ -35,8 +35,8 @@
 #define UTILLIBRARY_WRAPS
 #endif
 
-// Marks a member function that returns a pointer into the object. clang++ then warns of a pointer that
-// outlives a temporary object.
+// Marks a member function that returns a pointer into the object. clang++ then warns of a pointer
+// that outlives a temporary object.
 #ifdef __clang__
 #define UTILLIBRARY_LIFETIMEBOUND [[clang::lifetimebound]]
 #else
