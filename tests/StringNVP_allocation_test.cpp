@@ -106,6 +106,16 @@ TEST(AddToNVPStringAllocations, LeaveTheStringIfTheyFail) {
     EXPECT_EQ(full, "seven=7 eight=8");
 }
 
+// If only the bytes of the string before the call were reserved, the second allocation could fail
+// when the name is appended already: "a name of its own a name of its own =" stayed in the string.
+TEST(AddToNVPStringAllocations, AreOneForAStringThatIsItsOwnNameAndValue) {
+    std::string own = "a name of its own";
+    EXPECT_TRUE(failsWithout(0, [&own] { addToNVPString(own, own, own); }));
+    EXPECT_EQ(own, "a name of its own");
+    EXPECT_EQ(allocationsOf([&own] { addToNVPString(own, own, own); }), 1);
+    EXPECT_EQ(own, "a name of its own a name of its own =a name of its own a name of its own =");
+}
+
 // ---- serializeNVP
 
 TEST(SerializeNVPAllocations, AreOneForPairsOfLessThan4096Bytes) {

@@ -238,7 +238,10 @@ bool deserializeNVP(HashMap& map, std::string const& text) {
 void addToNVPString(std::string& nvp, std::string const& name, std::string const& value) {
     // KEPT(no-empty-value-is-added): `serializeNVP` writes "name=" instead.
     if (name.empty() || value.empty()) return;
-    std::size_t const size = nvp.size() + 2 + name.size() + value.size();
+    // A name or a value that is `nvp` itself is longer by what is appended before it is read.
+    std::size_t const nameStart = nvp.size() + 1;
+    std::size_t const valueStart = nameStart + (&name == &nvp ? nameStart : name.size()) + 1;
+    std::size_t const size = valueStart + (&value == &nvp ? valueStart : value.size());
     if (size > nvp.capacity()) nvp.reserve(std::max(size, 2 * nvp.capacity()));
     if (!nvp.empty()) nvp += ' ';
     // KEPT(two-writers): the value is not escaped. KEPT(names-are-unchecked): nor is the name.
