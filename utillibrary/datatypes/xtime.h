@@ -129,7 +129,8 @@ public:
     /// Sets this time to the system's real-time clock.
     /// Fails    with std::runtime_error "xtime_t::now - Error returned from clock_getttime: "
     ///          (three t before "ime"), followed by strerror(errno) in the language of the C
-    ///          locale. This time is then unchanged.
+    ///          locale; or with std::bad_alloc if there is no memory for that message. This time
+    ///          is then unchanged.
     /// Source   POSIX clock_gettime, CLOCK_REALTIME
     /// Kept     clock-error-spelling
     void now();

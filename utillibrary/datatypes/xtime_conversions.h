@@ -32,7 +32,8 @@ UTILLIBRARY_EXPORT std::string timeToYYYYString(long seconds);
 /// Gives    what `mktimeEx` gives for the fields, whose ranges are not checked. So 20240230000000
 ///          is 1 March 2024. The result is -1 before 1970 and after 2038-01-19T03:14:07 UTC.
 /// Fails    with 0 if the string is not 14 bytes long. With std::invalid_argument "stoi" if a field
-///          has no digits. No field is long enough for std::out_of_range.
+///          has no digits, or with std::bad_alloc if there is no memory for that exception. No
+///          field is long enough for std::out_of_range.
 /// Example  YYYYStringTotime("20240230000000")   // 1709251200
 ///          YYYYStringTotime("2024030506080")    // 0
 ///          YYYYStringTotime("2024ab05060809")   // throws std::invalid_argument "stoi"

@@ -53,8 +53,9 @@ namespace com::halvorin::utilities {
 /// Range    made for times from 1970 on. Before 1970 the multiples are those of the time's 64 bits
 ///          as an unsigned number, where `MovingTimeAxis` takes those of mathematics.
 /// Fails    with std::invalid_argument "MovingTimeScale - invalid arguments" if ticks < 3 or tMax <
-///          tMin; nothing is written then. Sums wrap at 64 bits, and a scale that wraps is not
-///          chosen from the table.
+///          tMin, or with std::bad_alloc if there is no memory for that exception; nothing is
+///          written then. Sums wrap at 64 bits, and a scale that wraps is not chosen from the
+///          table.
 /// Example  long start, end;
 ///          unsigned long step;
 ///          unsigned int minor;
