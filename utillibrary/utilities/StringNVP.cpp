@@ -181,7 +181,7 @@ using HashMap = std::unordered_map<std::string, std::string>;
 // A field need not become an entry, so a map gets at most some GROWTH times the buckets that its
 // entries need: a string that repeats one pair takes little memory.
 std::size_t makeRoom(HashMap& map, std::size_t fieldsLeft) {
-    constexpr std::size_t FIRST_ROOM = 4096;
+    constexpr std::size_t FIRST_ROOM = 8192;
     constexpr std::size_t GROWTH = 8;
     std::size_t const size = map.size();
     std::size_t const wanted = size + std::min(fieldsLeft, FIRST_ROOM + GROWTH * size);
