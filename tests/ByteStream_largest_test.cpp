@@ -37,7 +37,7 @@ TEST(LargestBlock, IsABlockLikeAnyOther) {
     ByteStream letters("abcd", 4);
     ByteStream large("w", 1);
 
-    // One byte at the last place, behind the longest gap.
+    // One byte at the last place, after the longest gap.
     ASSERT_EQ(large.copy(letters, 3, MOST - 1, 0), 1U);
     ASSERT_EQ(large.size(), MOST);
     EXPECT_EQ(large.buffer()[0], 'w');

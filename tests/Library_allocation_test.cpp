@@ -7,7 +7,7 @@
 
 #include "support/failing_allocations.h"
 
-// What is left behind when an allocation fails: no handle, above all.
+// After an allocation failed no handle is left open, and the object is unchanged.
 
 using com::halvorin::datatypes::Library;
 using testing_support::failsWithout;

@@ -11,7 +11,7 @@
 
 // This program is its own loader: it defines the calls that Library makes, in place of libc's, and
 // the log hook, so that what passes between them is seen in its order. What a real loader does
-// stands in Library_test.cpp.
+// is in Library_test.cpp.
 
 using com::halvorin::datatypes::Library;
 using namespace std::string_literals;
@@ -20,7 +20,7 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-char handle;  // its address stands for a shared object
+char handle;  // its address is the handle of the imitated loader
 
 struct Loader {
     void* answer = &handle;

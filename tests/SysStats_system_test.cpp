@@ -42,7 +42,7 @@ struct Kernel {
     int openError = 0;
     std::vector<Read> reads;
     std::size_t nextRead = 0;
-    int file = -1;  // the descriptor that stands for "/proc/stat"
+    int file = -1;  // the descriptor that the tested code gets for "/proc/stat"
     int openFlags = 0;
     int timesOpened = 0;
 
@@ -54,7 +54,8 @@ struct Kernel {
 };
 
 Kernel kernel;
-struct sysinfo memory;  // what sysinfo answers; it ends in an array of no size, so it stands alone
+// The answer of sysinfo. It is no member of `Kernel`, because it ends in an array of size 0.
+struct sysinfo memory;
 
 std::size_t allocations = 0;
 
@@ -234,7 +235,7 @@ TEST_F(SystemTest, UptimeIsTheKernelsWholeSecondsAsAFloat) {
         float uptime;
     } const facts[] = {
         {0, 0.0F},         {1, 1.0F},
-        {86401, 86401.0F}, {16777217, 16777216.0F},  // what a float holds of it
+        {86401, 86401.0F}, {16777217, 16777216.0F},  // rounded to a float
         {-5, -5.0F},       {LONG_MAX, 0x1p+63F},
     };
     for (auto const& row : facts) {

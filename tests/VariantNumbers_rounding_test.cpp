@@ -49,7 +49,7 @@ auto bitsOf(Floating value) {
     }
 }
 
-// What a call gave, and what it left behind.
+// The result of a call, and the floating-point flags and errno after it.
 template <typename Floating>
 struct Reading {
     Floating value;

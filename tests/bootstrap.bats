@@ -62,7 +62,7 @@ asked() {
     diff "$ASKED" -
 }
 
-@test "nothing is asked for where nothing is missing" {
+@test "if nothing is missing, nothing is installed" {
     local profile
     for profile in build demo test test-all fuzz bench docs package; do
         bootstrap "$profile"
@@ -72,14 +72,14 @@ asked() {
     done
 }
 
-@test "nor does anyone need to be root, or have apt-get, for that" {
+@test "if nothing is missing, neither root nor apt-get is needed" {
     fake id 'echo 1000'
     take_away apt-get sudo
     bootstrap test
     [[ $status -eq 0 ]]
 }
 
-@test "root asks apt-get for all that is missing at once" {
+@test "root installs all missing packages by one apt-get" {
     take_away cmake ninja
     let_apt_bring cmake ninja
     bootstrap demo
@@ -90,7 +90,7 @@ apt-get --quiet --yes -o DPkg::Lock::Timeout=300 install --no-install-recommends
 END
 }
 
-@test "a user asks through sudo" {
+@test "a user installs through sudo" {
     fake id 'echo 1000'
     take_away bats
     let_apt_bring bats
@@ -123,7 +123,7 @@ END
     the command ninja (Debian: ninja-build)" ]]
 }
 
-@test "without a compiler its headers are missing as well" {
+@test "without a compiler its headers count as missing" {
     take_away apt-get g++
     bootstrap demo
     [[ $status -eq 1 ]]
@@ -133,7 +133,7 @@ END
     the header cairo/cairo.h (Debian: libcairo2-dev)" ]]
 }
 
-@test "a header is looked for where the compiler looks" {
+@test "a header is searched for where the compiler searches" {
     fake g++ 'input=$(cat); [[ $input != *gmock* ]]'
     let_apt_bring libgmock-dev
     bootstrap test
@@ -150,7 +150,7 @@ TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats help2
     [[ ! -s $ASKED ]]
 }
 
-@test "each command that tests need is asked for" {
+@test "each command that tests need is installed if it is missing" {
     take_away "${TEST_COMMANDS[@]}"
     bootstrap test
     grep -q 'install --no-install-recommends clang clang-format lld shellcheck binutils libxml2-utils bats help2man gdb git python3 libc-bin \[' "$ASKED"
@@ -165,14 +165,14 @@ TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats help2
     grep -q 'install --no-install-recommends clang-tidy libclang-rt-dev \[' "$ASKED"
 }
 
-@test "of two packages the one that the release has is asked for" {
+@test "of two packages the one that the release has is installed" {
     fake clang++ 'echo /nowhere'
     fake apt-cache '[[ $2 == libclang-rt-14-dev ]]'
     bootstrap fuzz
     grep -q 'install --no-install-recommends libclang-rt-14-dev \[' "$ASKED"
 }
 
-@test "libraries to compare with are asked for where packages can be installed" {
+@test "libraries to compare with are installed where packages can be installed" {
     fake pkg-config 'exit 1'
     bootstrap bench
     [[ $status -eq 0 ]] # although this apt-get brings none
@@ -241,7 +241,7 @@ ninja-build
 pkg-config" ]]
 }
 
-@test "what apt-get did not bring is told" {
+@test "a package that apt-get did not install is reported" {
     take_away cmake
     bootstrap demo
     [[ $status -eq 1 ]]
@@ -249,14 +249,14 @@ pkg-config" ]]
     the command cmake (Debian: cmake)" ]]
 }
 
-@test "an apt-get that fails ends it" {
+@test "an apt-get that fails ends the script" {
     take_away cmake
     fake apt-get 'exit 7'
     bootstrap demo
     [[ $status -eq 7 ]]
 }
 
-@test "another profile is refused" {
+@test "an unknown profile is refused" {
     local arguments
     for arguments in "" both --packages "demo test" "--packages both"; do
         # shellcheck disable=SC2086 # words of their own

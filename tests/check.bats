@@ -52,19 +52,19 @@ complains() {
     [[ $(tail -n 1 <<<"$stderr") == "$1" ]]
 }
 
-@test "a tree without a mistake passes without a word" {
+@test "a tree without a mistake passes without output" {
     check
     [[ $status -eq 0 ]]
     [[ -z $output && -z $stderr ]]
 }
 
-@test "a file that clang-format would change" {
+@test "a file that clang-format would change is refused" {
     echo 'int  a;' >tests/a.cpp
     complains "check: clang-format -i would change a file"
     [[ $stderr == *"tests/a.cpp:1:4"* ]]
 }
 
-@test "another version of clang-format is not asked, and a line says so" {
+@test "another version of clang-format is not run, and a line says so" {
     mkdir bin
     printf '#!/bin/sh\necho "clang-format version 19.1.7"\n' | tee bin/clang-format >bin/clang-format-14
     chmod +x bin/*
@@ -74,12 +74,12 @@ complains() {
     [[ $output == "check: no clang-format 14 on this machine, so the layout is not checked" ]]
 }
 
-@test "a C++ line of 101 columns" {
+@test "a C++ line of 101 columns is refused" {
     printf '// %097d\n// %098d\n' 0 0 >tests/a.h
     complains "check: tests/a.h:2: more than 100 columns"
 }
 
-@test "a byte beyond ASCII in C++, in CMake and in a shell script" {
+@test "a byte beyond ASCII in C++, in CMake and in a shell script is refused" {
     local file
     for file in tests/a.cpp tests/a.cmake docs/CMakeLists.txt scripts/run; do
         cp -p scripts/run saved
@@ -92,13 +92,13 @@ complains() {
     done
 }
 
-@test "a byte beyond ASCII in a page is not looked for" {
+@test "a byte beyond ASCII in a page is accepted" {
     printf '\xc3\xa9\n' >docs/page.md
     check
     [[ $status -eq 0 ]]
 }
 
-@test "what shellcheck finds, in a script without a suffix and in a bats file" {
+@test "a mistake that shellcheck finds is refused, in a script without a suffix and in a bats file" {
     local file
     for file in scripts/other tests/other.bats; do
         case $file in
@@ -112,14 +112,14 @@ complains() {
     done
 }
 
-@test "a file in the build folder is not looked at" {
+@test "a file in the build folder is not checked" {
     mkdir build
     echo 'int  a;' >build/a.cpp
     check
     [[ $status -eq 0 ]]
 }
 
-@test "a file that git ignores is not looked at, and a new one is" {
+@test "a file that git ignores is not checked, and a new file is" {
     git init --quiet .
     echo ignored.cpp >.gitignore
     echo 'int  a;' >ignored.cpp
@@ -129,7 +129,7 @@ complains() {
     complains "check: clang-format -i would change a file"
 }
 
-@test "a surprise that is not named in all its places" {
+@test "a surprise without a name in one of its places is refused" {
     : >tests/Thing_test.cpp
     check
     [[ $status -eq 1 ]]
@@ -142,7 +142,7 @@ refuses_arrow() {
     complains "check-arrows: $1 includes $2, but $3 may not include $4"
 }
 
-@test "an include against the arrows" {
+@test "an include against the arrows is refused" {
     local folder=utillibrary
     refuses_arrow $folder/internal/a.cpp $folder/application/Log.h internal application
     rm $folder/internal/a.cpp
@@ -155,25 +155,25 @@ refuses_arrow() {
     refuses_arrow $folder/utilities/a.cpp $folder/datatypes/Thing.h utilities datatypes
 }
 
-@test "an include against the arrows by a relative path" {
+@test "an include against the arrows by a relative path is refused" {
     echo '#include "../datatypes/Thing.h"' >utillibrary/utilities/a.cpp
     complains "check-arrows: utillibrary/utilities/a.cpp includes utillibrary/datatypes/Thing.h, but utilities may not include datatypes"
 }
 
-@test "a folder that has no arrow yet" {
+@test "a folder without an arrow is refused" {
     mkdir utillibrary/other
     echo '#include <utillibrary/datatypes/Thing.h>' >utillibrary/other/a.cpp
     complains "check-arrows: utillibrary/other/a.cpp includes utillibrary/datatypes/Thing.h, but other may not include datatypes"
 }
 
-@test "a public header that includes a private one" {
+@test "a public header that includes a private one is refused" {
     echo '#include <utillibrary/internal/digits.h>' >utillibrary/utilities/Trim.h
     complains "check-arrows: utillibrary/utilities/Trim.h is public and includes utillibrary/internal/digits.h, which is private"
     echo '#include "Trim_internal.h"' >utillibrary/utilities/Trim.h
     complains "check-arrows: utillibrary/utilities/Trim.h is public and includes utillibrary/utilities/Trim_internal.h, which is private"
 }
 
-@test "a private header that is installed" {
+@test "a private header that is installed is refused" {
     sed -i 's,datatypes/Thing.h,internal/digits.h,' utillibrary/CMakeLists.txt
     complains "check-arrows: internal/digits.h is private and is installed"
     sed -i 's,internal/digits.h,utilities/Trim_internal.h,' utillibrary/CMakeLists.txt

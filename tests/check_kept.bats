@@ -1,13 +1,13 @@
 #!/usr/bin/env bats
 # scripts/check-kept finds each kind of absence, on small trees that are made up here. A mark is put
-# together by `mark`, lest this file itself seem to hold a name.
+# together by `mark`, so that this file does not count as a test of that name.
 
 # shellcheck disable=SC2016,SC2030,SC2031 # names of tests are in backticks; "run" sets `status`
 bats_require_minimum_version 1.5.0
 
 mark() { echo "KEPT($1)"; }
 
-# A tree in which everything is as it should be.
+# A tree without a mistake.
 setup() {
     : "${SOURCE_DIR:?}"
     cd "$BATS_TEST_TMPDIR" || return
@@ -61,7 +61,7 @@ complains_only() {
     [[ $stderr == "check-kept: $1" ]]
 }
 
-@test "a tree where all is in place passes without a word" {
+@test "a tree without a mistake passes without output" {
     check
     [[ $status -eq 0 ]]
     [[ -z $output && -z $stderr ]]
@@ -72,41 +72,41 @@ complains_only() {
     complains_only "in-a-source: in no public header"
 }
 
-@test "a private header is not a public one" {
+@test "a name that is in a private header alone is in no public header" {
     echo "// $(mark only-private)" >>utillibrary/part/Thing_internal.h
     echo "// $(mark only-private)" >>tests/Thing_test.cpp
     entry only-private >>docs/kept.md
     complains_only "only-private: in no public header"
 }
 
-@test "a name that stands at no code line" {
+@test "a name that is at no code line" {
     : >utillibrary/part/Thing.cpp
     complains_only "in-a-source: at no code line"
 }
 
-@test "a name that stands at no line of a private header" {
+@test "a name that is at no line of a private header" {
     : >utillibrary/part/Thing_internal.h
     complains_only "in-a-private-header: at no code line"
 }
 
-@test "a name that stands in a public header, but once" {
+@test "a name that is once in a public header and at no code line" {
     sed -i "s/and done here. $(mark in-the-header-twice)//" utillibrary/part/Thing.h
     complains_only "in-the-header-twice: at no code line"
 }
 
-@test "a name that no test holds" {
+@test "a name that is in no test" {
     sed -i "/$(mark in-a-source)/d" tests/Thing_test.cpp
     complains_only "in-a-source: in no test"
 }
 
-@test "a test in a folder of tests holds as well" {
+@test "a test in a folder below tests counts" {
     mkdir tests/deep
     mv tests/Thing_test.cpp tests/deep/
     check
     [[ $status -eq 0 ]]
 }
 
-@test "a longer name does not stand for a shorter one" {
+@test "a longer name does not count as a shorter one" {
     sed -i "s/$(mark in-a-source)/$(mark in-a-source-not)/" tests/Thing_test.cpp
     check
     [[ $status -eq 1 ]]
@@ -114,12 +114,12 @@ complains_only() {
     [[ $stderr == *"check-kept: in-a-source-not: in the tests, but not in the library"* ]]
 }
 
-@test "a name that the ledger leaves out" {
+@test "a name that is not in the ledger" {
     sed -i '/^### in-a-source/d' docs/kept.md
     complains_only "in-a-source: not in docs/kept.md"
 }
 
-@test "a name that only the ledger's text mentions" {
+@test "a name that is in a sentence of the ledger, but is no heading" {
     sed -i 's/^### in-a-source/in-a-source/' docs/kept.md
     complains_only "in-a-source: not in docs/kept.md"
 }
@@ -129,17 +129,17 @@ complains_only() {
     complains_only "in-a-source: 2 times in docs/kept.md"
 }
 
-@test "a name that the ledger alone has" {
+@test "a name that is in the ledger alone" {
     entry nowhere >>docs/kept.md
     complains_only "nowhere: in docs/kept.md, but not in the library"
 }
 
-@test "an entry that does not say what tempts" {
+@test "an entry without the line Tempting" {
     sed -i '/^### in-a-private/,/^$/ { /^Tempting/d }' docs/kept.md
     complains_only 'in-a-private-header: no line "Tempting: ..." in docs/kept.md'
 }
 
-@test "an entry that does not say what breaks" {
+@test "an entry without the line Breaks" {
     sed -i '/^### in-the/,/^$/ s/^Breaks:.*/Breaks:/' docs/kept.md
     complains_only 'in-the-header-twice: no line "Breaks: ..." in docs/kept.md'
 }
@@ -150,12 +150,12 @@ complains_only() {
     [[ $status -eq 0 ]]
 }
 
-@test "a name that the tests alone have" {
+@test "a name that is in the tests alone" {
     echo "// $(mark nowhere)" >>tests/Thing_test.cpp
     complains_only "nowhere: in the tests, but not in the library"
 }
 
-@test "a mark without a name that can be looked for" {
+@test "a mark without a valid name" {
     echo "// $(mark 'Two Words'): no" >>utillibrary/part/Thing.cpp
     complains_only "no name in: utillibrary/part/Thing.cpp:// $(mark 'Two Words'): no"
 }
@@ -198,7 +198,7 @@ strictly() {
     strictly ""
 }
 
-@test "--strict misses the line that names the tests" {
+@test "--strict refuses an entry without the line Held by" {
     strict_ledger ""
     strictly 'check-kept: in-a-source: its entry in docs/kept.md does not end in "Held by `Suite.Test`."'
 }
@@ -208,12 +208,12 @@ strictly() {
     strictly 'check-kept: in-a-source: its entry in docs/kept.md does not end in "Held by `Suite.Test`."'
 }
 
-@test "--strict refuses a test that does not hold the name, also as the second one" {
+@test "--strict refuses a test without the name, as the first or the second of the list" {
     strict_ledger 'Held by `Thing.GivesFacts` and `OtherThing.TakesFacts`.'
-    strictly 'check-kept: in-a-source: docs/kept.md says that `OtherThing.TakesFacts` holds it, and that test does not'
+    strictly 'check-kept: in-a-source: docs/kept.md names `OtherThing.TakesFacts`, and that test does not have the name'
 }
 
-@test "--strict misses an entry in the index" {
+@test "--strict refuses an entry that is not in the index" {
     strict_ledger "$HELD"
     sed -i '1d' docs/kept.md
     strictly "check-kept: the index of docs/kept.md and its entries differ: > [in-a-source](#in-a-source)"
@@ -225,14 +225,14 @@ strictly() {
     strictly "check-kept: the index of docs/kept.md and its entries differ: < [nowhere](#nowhere)"
 }
 
-@test "without --strict neither index nor tests are asked for" {
+@test "without --strict an entry needs neither the index nor the line Held by" {
     strict_ledger ""
     sed -i '1d' docs/kept.md
     check
     [[ $status -eq 0 ]]
 }
 
-@test "--list says which test holds which name" {
+@test "--list prints each name with its tests" {
     check --list
     [[ $status -eq 0 ]]
     diff - <(echo "$output") <<END
@@ -245,7 +245,7 @@ in-the-header-twice
 END
 }
 
-@test "--list knows the mark above a test, and those of shell-driven ones" {
+@test "--list finds marks above a test, and marks in bats files" {
     sed -i "/$(mark in-the-header-twice)/d; s,^TEST_F.*,// $(mark in-the-header-twice)\n&," \
         tests/Thing_test.cpp
     printf '@test "a b" {\n    # %s\n}\n' "$(mark in-a-source)" >tests/thing.bats

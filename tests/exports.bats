@@ -1,7 +1,7 @@
 #!/usr/bin/env bats
-# What leaves the library, and what it takes from others: the same for every build of it. The list of
-# what leaves is exported_symbols.txt, mangled, in the order of the C locale; scripts/update-exports
-# writes it anew.
+# The symbols that the library exports and imports are the same for every build. The exported symbols
+# are in exported_symbols.txt, mangled, in the order of the C locale; scripts/update-exports writes
+# this file.
 
 setup_file() {
     : "${SOURCE_DIR:?}" "${VARIANTS:?}" "${NM:?}" "${READELF:?}"
@@ -16,20 +16,20 @@ symbols() {
 
 # exported_names VARIANT
 #
-# A constructor has two symbols, C1 for whole objects and C2 for the part that a derived class has.
-# Of an inline constructor clang keeps C2 alone, which without virtual bases is both. No host can
-# miss C1: whoever calls an inline constructor has the header, and so a copy of it. For each weak C2,
-# then, C1 counts as there.
+# A constructor has two symbols: C1 for whole objects, and C2 for the base part of a derived class. For
+# an inline constructor clang exports only C2, because without virtual bases both are the same code.
+# No host needs the exported C1, because a host that calls an inline constructor has a copy from the
+# header. So for each weak C2 this list has C1 as well.
 exported_names() {
     symbols "$1" | sed -E 's/^W (.*)C2(E.*)$/&\nW \1C1\2/' | cut -d ' ' -f 2 | LC_ALL=C sort -u
 }
 
-# none GREP_ARGUMENTS...: that no line of the input is found. One that is, is shown.
+# none GREP_ARGUMENTS...: fails and shows the line if grep finds one in the input.
 none() {
     if grep --extended-regexp "$@"; then return 1; fi
 }
 
-# for_every_variant CHECK: calls it with the name of each.
+# for_every_variant CHECK: calls CHECK with the name of each variant.
 for_every_variant() {
     local variant
     while read -r variant; do
@@ -42,7 +42,7 @@ exports_are_listed() {
     diff <(exported_names "$1") "$SOURCE_DIR/tests/exported_symbols.txt"
 }
 
-@test "every build exports what the list says" {
+@test "every build exports the symbols of the list" {
     for_every_variant exports_are_listed
 }
 
@@ -80,7 +80,7 @@ leaves_the_locale_alone() {
     none '^(setlocale|newlocale|uselocale|_ZNSt6locale6global)' <<<"$undefined"
 }
 
-@test "nothing is called that could change a locale" {
+@test "the library calls no function that could change a locale" {
     for_every_variant leaves_the_locale_alone
 }
 
@@ -96,7 +96,7 @@ needs_the_standard_libraries_alone() {
         <<<"$needed"
 }
 
-@test "the standard library and libc are all that it needs" {
+@test "the library needs the standard library and libc, and no other" {
     for_every_variant needs_the_standard_libraries_alone
 }
 
@@ -107,6 +107,6 @@ has_its_soname_and_no_search_path() {
     [[ $section != *"RPATH"* && $section != *"RUNPATH"* && $section != *"TEXTREL"* ]]
 }
 
-@test "its soname is libutillibrary.so.1, and it brings no search path along" {
+@test "the soname is libutillibrary.so.1, and the library has no search path" {
     for_every_variant has_its_soname_and_no_search_path
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bats
-# A host that defines the log hook receives every report of the library, whatever flags built the
-# library and the host. A host without a hook receives nothing. hook/failure_paths.cpp lists what is
+# A host that defines the log hook receives every report of the library, for all flags with which
+# the library and the host are built. A host without a hook receives nothing. hook/failure_paths.cpp lists what is
 # done and which report must arrive.
 
 bats_require_minimum_version 1.5.0

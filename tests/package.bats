@@ -117,7 +117,7 @@ compile_host() {
     done
 }
 
-@test "a package is found after its move, however deep its library lies" {
+@test "a moved package is found for every depth of its library folder" {
     local folder library build
     for folder in "${LIBRARY_FOLDERS[@]}"; do
         library="$(moved_to "$folder")/$folder"
@@ -130,7 +130,7 @@ compile_host() {
     done
 }
 
-@test "pkg-config knows the version" {
+@test "pkg-config gives the version" {
     local library="$MOVED/lib/lib"
     package_config "$library" --validate
     [[ $(package_config "$library" --modversion) == 1.0.0 ]]
@@ -180,7 +180,7 @@ compiles_alone() {
     done
 }
 
-@test "an absolute folder stays where it is" {
+@test "an absolute library folder is not moved" {
     local system="$BATS_TEST_TMPDIR/system" build="$BATS_TEST_TMPDIR/build"
     install_library "$BATS_TEST_TMPDIR/prefix" -DCMAKE_INSTALL_LIBDIR="$system/libraries"
     [[ $(package_config "$system/libraries" --variable=libdir) == "$system/libraries" ]]
@@ -195,7 +195,7 @@ compiles_alone() {
 }
 
 # bats test_tags=long
-@test "as a subdirectory it is the library alone" {
+@test "as a subdirectory the project builds the library alone" {
     local build="$BATS_TEST_TMPDIR/build"
     "$CMAKE" -S "$SOURCE_DIR/tests/package/subdirectory" -B "$build" -G Ninja \
         -DCMAKE_CXX_COMPILER="$GXX" -DCMAKE_BUILD_TYPE=Debug -DSOURCE_DIR="$SOURCE_DIR" \
@@ -223,7 +223,7 @@ END
     [[ $status -eq 1 ]]
 }
 
-# ---- a good guest
+# ---- as a part of a host
 
 # bats test_tags=long
 @test "a host that fetches the library builds it under strict flags, and installs only itself" {
@@ -266,7 +266,7 @@ ask_for_components() {
     echo "$output"
 }
 
-@test "the package has two components, and an error names one that it has not" {
+@test "the package has two components, and an error names an unknown component" {
     ask_for_components "Runtime;Development"
     [[ $status -eq 0 ]]
     ask_for_components "Runtime;foo"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bats
-# Each program in docs/ is compiled and run; it prints the block of text that follows it.
+# Each program in docs/ is compiled and run. It must print the block that follows it.
 
 WARNINGS=(-std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bats
-# What README.md shows is compiled and run as it stands there.
+# The programs and commands of README.md are compiled and run unchanged.
 
 WARNINGS=(-std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 
@@ -29,7 +29,7 @@ compile() {
     [[ $(./first | wc -l) -eq 3 ]]
 }
 
-@test "the log hook that is shown hears a report" {
+@test "the log hook of README receives a report" {
     cd "$BATS_TEST_TMPDIR"
     block 2 cpp >hook.cpp
     cat >host.cpp <<END
@@ -75,7 +75,7 @@ END
     "${unshare[@]}" bash script "$folder"
 }
 
-@test "the lines on installing, word by word, give a host that runs" {
+@test "the commands on installing, run unchanged, give a host that runs" {
     cd "$BATS_TEST_TMPDIR"
     cp -r "$SOURCE_DIR"/{utillibrary,cmake,CMakeLists.txt} .
     block 1 cpp >host.cpp

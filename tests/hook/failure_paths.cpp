@@ -95,7 +95,7 @@ FailurePath const* failurePaths() noexcept {
     constexpr unsigned int GENERAL_FAILURE = 0x80004005;
     constexpr unsigned int NOT_LOADED = 0xECE99F6E;
     constexpr unsigned int NOT_FOUND = 0xECE99F6F;
-    // clang-format off: what is done in one line, and what must be heard in the next
+    // clang-format off: the call in one line, and the expected report in the next
     static FailurePath const paths[] = {
         {"a copy from null", copyFromNull, "ByteStream::copy", 3, "NULL == V", INVALID_ARGUMENT},
         {"a copy of no bytes", copyOfNoBytes, "ByteStream::copy", 3, "0 == Sz", INVALID_ARGUMENT},

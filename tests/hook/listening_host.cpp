@@ -3,7 +3,7 @@
 #include "hook/open_failure_paths.h"
 #include "support/recorded_reports.h"
 
-// A host with a log hook of its own: it hears each report once, with all four arguments.
+// A host that defines the log hook: it receives each report once, with all four arguments.
 int main() {
     int status = 0;
     for (FailurePath const* path = openFailurePaths(); path->what != nullptr; ++path) {

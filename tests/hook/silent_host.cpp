@@ -1,6 +1,6 @@
 #include "hook/open_failure_paths.h"
 
-// A host without a log hook: each failure is told to its caller, and nobody says a word.
+// A host without a log hook: each failure reaches its caller, and nothing is printed.
 int main() {
     bool told = true;
     for (FailurePath const* path = openFailurePaths(); path->what != nullptr; ++path) {

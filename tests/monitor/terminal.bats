@@ -95,7 +95,7 @@ END
     done
 }
 
-@test "a pipe has one header and whole rows, whatever the terminal's size" {
+@test "a pipe has one header and whole rows, for every size of the terminal" {
     many_readings 30
     shown_on 5 20 '--replay readings.log >table'
     diff table <("$MONITOR" --replay readings.log)

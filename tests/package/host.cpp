@@ -1,4 +1,4 @@
-// A host of the installed library: what it prints stands in host_output.txt.
+// A host of the installed library. host_output.txt has the output that it must print.
 
 #include <ctime>
 #include <iostream>

@@ -43,7 +43,7 @@ constexpr WholePart wholePartOf(double value) noexcept {
     return shifted(negative, fraction | 0x10000000000000, exponent - 1075);
 }
 
-/// A whole part as a signed number of so many bits, the most negative one where it does not fit.
+/// A whole part as a signed number of so many bits, the most negative one if it does not fit.
 constexpr long signedNumber(WholePart whole, int bits) noexcept {
     unsigned long const end = 1UL << (bits - 1);
     bool const fits = whole.fits && whole.magnitude < (whole.negative ? end + 1 : end);

@@ -11,12 +11,12 @@
 
 #include "support/recorded_reports.h"
 
-// Byte streams and what comes of their calls, as values that can be compared and printed.
+// Byte streams and the outcomes of their calls, as values that can be compared and printed.
 namespace testing_support {
 
 using com::halvorin::datatypes::ByteStream;
 
-/// What a stream holds: nothing at all, or a block, if only one of length 0.
+/// What a stream contains: no block, or a block, which may have length 0.
 using Contents = std::optional<std::string>;
 
 inline Contents const EMPTY = std::nullopt;
@@ -39,7 +39,7 @@ inline Contents contentsOf(ByteStream const& stream) {
     return std::string(stream.buffer(), stream.size());
 }
 
-/// What came of a call: its result, or what it threw.
+/// The outcome of a call: its result, or what it threw.
 struct Outcome {
     std::optional<unsigned int> result;
     std::optional<long> thrown;
@@ -72,7 +72,7 @@ inline char const* const NO_POINTER = "NULL == V";
 inline char const* const NO_BYTES = "0 == Sz";
 inline char const* const PAST_THE_SOURCE = "SrcStart+Num > Src.size()";
 
-/// The report of a refusal; none for null.
+/// The report of a refusal; no report for a null pointer.
 inline std::vector<Report> reportOf(char const* message) {
     if (message == nullptr) return {};
     return {{"ByteStream::copy", 3, message, 0x80070057}};

@@ -9,7 +9,7 @@ namespace testing_support {
 
 constexpr long NO_ALLOCATION = -1;
 
-/// Counts the allocations of a scope from 0, and lets that of a number fail.
+/// Counts the allocations of a scope from 0, and lets the one with a given number fail.
 class AllocationWatch {
 public:
     explicit AllocationWatch(long failing = NO_ALLOCATION) noexcept;
@@ -33,7 +33,7 @@ long allocationsOf(Work const& work) {
     return watchedAllocations();
 }
 
-/// Whether the work ended with std::bad_alloc when an allocation failed.
+/// True if the work ended with std::bad_alloc when an allocation failed.
 template <typename Work>
 bool failsWithout(long allocation, Work const& work) {
     try {

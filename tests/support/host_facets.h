@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-// Facets of a host's own that change what a wide stream reads and writes.
+// Facets that a host defines, which change what a wide stream reads and writes.
 namespace testing_support {
 
 class Punctuation : public std::numpunct<wchar_t> {

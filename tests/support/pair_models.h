@@ -14,8 +14,8 @@ using SortedMap = std::map<std::string, std::string>;
 /// The pairs of a string. Nothing if a field is malformed.
 std::optional<SortedMap> modelOfDeserialize(std::string const& text);
 
-/// The pairs of the new average, as `writtenPairs` reads them. Nothing if the average stays as it
-/// is.
+/// The pairs of the new average, as `writtenPairs` reads them. Nothing if the average is
+/// unchanged.
 std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
                                         std::string const& average, float averageDuration,
                                         std::string const& sample, float sampleDuration);

@@ -73,7 +73,7 @@ private:
     std::fenv_t before_;
 };
 
-/// The floating-point flags that `work` raises: FE_INEXACT and its kin.
+/// The floating-point flags that `work` raises: FE_INEXACT and others.
 template <typename Work>
 int flagsRaisedBy(Work const& work) {
     std::feclearexcept(FE_ALL_EXCEPT);

@@ -29,7 +29,7 @@ namespace com::halvorin::test {
 template <typename T>
 std::string shown(T const& value);
 
-/// A character as it is written inside a literal.
+/// A character as a literal contains it.
 inline std::string escapedCharacter(unsigned long code) {
     switch (code) {
         case '\n':

@@ -8,7 +8,7 @@
 namespace testing_support {
 
 /// Sets the process's time zone (TZ) for a scope. libc's `gmtime_r` and `timegm` count leap seconds
-/// under some zones, so a test that holds the library against them asks for "UTC0" first.
+/// under some zones, so a test that compares the library with them asks for "UTC0" first.
 class ScopedTimeZone {
 public:
     explicit ScopedTimeZone(char const* name) {

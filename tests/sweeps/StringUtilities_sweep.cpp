@@ -92,7 +92,7 @@ TEST(ShortNumbers, EqualLibcAroundEveryPowerOfTen) {
     }
 }
 
-// Six digits and a half, which goes to the even one, and the same with more behind the point.
+// Six digits and a half, which goes to the even one, and the same with more digits after the point.
 TEST(ShortNumbers, EqualLibcOnEveryTieOfSixDigits) {
     ScopedCLocale const scope("C");
     for (std::uint64_t number = 100'000; number < 1'000'000; number += sweepStride()) {

@@ -31,7 +31,7 @@ bool readsByItsBits(Variant const& variant, float value) {
            variant.toUint64() == unsignedNumber(whole);
 }
 
-// From first to last, both included; the last one is looked at whatever the stride.
+// From first to last, both included; the last one is tested with every stride.
 void expectEachToBeReadByItsBits(std::uint64_t first, std::uint64_t last) {
     Variant variant;
     std::uint64_t const stride = sweepStride();
