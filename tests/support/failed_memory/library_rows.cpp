@@ -31,8 +31,8 @@ bool isLoaded(std::string const& name) {
     return handle != nullptr;
 }
 
-// The blocks that the loader loses when it loads GOOD alone and the same allocation fails. When
-// some of its allocations fail, glibc does not free what it allocated before.
+// The blocks that the loader loses when it loads GOOD alone and the same allocation fails. The
+// library may lose no more than these. glibc 2.36 loses none here; another release may.
 // Takes    ownAllocations: how many allocations the library makes before it calls the loader.
 long lostByTheLoader(Trial const& trial, long ownAllocations, int flags) {
     if (trial.failing() < ownAllocations) return 0;
