@@ -26,6 +26,13 @@ using Strings = std::vector<std::string>;
 
 std::string const NUL(1, '\0');
 
+// The mean of 0 and 1.17549435e-38. This number is just below the least normal float, and is rounded
+// up to it. glibc then reports a range error if the processor looks for underflow before it rounds.
+#ifdef __x86_64__
+char const* const HALF_OF_LEAST_NORMAL = "t=5.87747e-39";
+#else
+char const* const HALF_OF_LEAST_NORMAL = "t=0";  // aarch64 looks before
+#endif
 float const NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 float const INFINITE = std::numeric_limits<float>::infinity();
 Report const INVALID_DURATION = {"StringNVP::averageNVP", 3, "Invalid duration", 0};
@@ -111,7 +118,11 @@ AverageFact const AVERAGE_FACTS[] = {
      "t=5.0"},
     {"a sample value that is exactly a subnormal float counts", {"t"}, "t=10", "t=0x1p-149", "t=5"},
     {"1.17550e-38 is not subnormal", {"t"}, "t=0", "t=1.17550e-38", "t=5.8775e-39"},
-    {"1.17549435e-38 is not subnormal", {"t"}, "t=0", "t=1.17549435e-38", "t=5.87747e-39"},
+    {"1.17549435e-38 counts unless strtof reports a range error",
+     {"t"},
+     "t=0",
+     "t=1.17549435e-38",
+     HALF_OF_LEAST_NORMAL},
     {"a sample value that is rounded up to the least normal float is ignored",
      {"t"},
      "t=5.0",

@@ -16,7 +16,8 @@ setup() {
         ln -s "$(command -v "$command")" "$MACHINE/$command"
     done
     for command in cmake ninja pkg-config clang-format clang-tidy gdb git ld.lld localedef python3 \
-        readelf shellcheck taskset xmllint bats help2man chromium doxygen dpkg-buildpackage dh lintian; do
+        readelf shellcheck taskset xmllint bats help2man chromium doxygen dpkg-buildpackage dh lintian \
+        aarch64-linux-gnu-g++ qemu-aarch64; do
         ln -s /bin/true "$MACHINE/$command"
     done
     fake g++ 'cat >/dev/null'
@@ -163,6 +164,19 @@ TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats help2
     fake clang++ 'echo /nowhere'
     bootstrap test-all
     grep -q 'install --no-install-recommends clang-tidy libclang-rt-dev \[' "$ASKED"
+}
+
+@test "the profile test-all asks for a compiler and an emulator of aarch64 on other processors alone" {
+    take_away aarch64-linux-gnu-g++ qemu-aarch64
+    fake uname 'echo aarch64'
+    touch "$BATS_TEST_TMPDIR/libclang_rt."{asan,fuzzer}-aarch64.a
+    bootstrap test-all
+    [[ $status -eq 0 ]]
+    [[ ! -s $ASKED ]]
+    fake uname 'echo x86_64'
+    touch "$BATS_TEST_TMPDIR/libclang_rt."{asan,fuzzer}-x86_64.a
+    bootstrap test-all
+    grep -q 'install --no-install-recommends g++-aarch64-linux-gnu qemu-user \[' "$ASKED"
 }
 
 @test "of two packages the one that the release has is installed" {

@@ -13,6 +13,10 @@ add_custom_command(OUTPUT "${examples}"
 utillibrary_test_program(header_examples_test "${examples}")
 utillibrary_test_run(header_examples header_examples_test Pacific/Kiritimati C)
 
+# The same headers say the same for each processor.
+if(CMAKE_CROSSCOMPILING)
+  return()
+endif()
 add_test(NAME header_documentation
   COMMAND Python3::Interpreter "${CMAKE_CURRENT_SOURCE_DIR}/header_documentation.py"
     --root "${PROJECT_SOURCE_DIR}" --compiler "${CLANGXX_PROGRAM}" ${public_headers})

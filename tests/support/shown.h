@@ -113,6 +113,9 @@ template <typename T>
 std::string shown(T const& value) {
     if constexpr (std::is_same_v<T, bool>) {
         return value ? "true" : "false";
+    } else if constexpr (std::is_same_v<T, char>) {
+        // The headers show the sign of x86-64; char is unsigned on aarch64.
+        return std::to_string(static_cast<signed char>(value));
     } else if constexpr (std::is_integral_v<T>) {
         return std::to_string(value);
     } else if constexpr (std::is_floating_point_v<T>) {

@@ -16,7 +16,7 @@ std::ostream& operator<<(std::ostream& out, Integers const& integers) {
 
 Integers lowBitsOf(long number) {
     return {static_cast<unsigned char>(number),
-            static_cast<char>(number),
+            static_cast<signed char>(number),
             static_cast<short>(number),
             static_cast<unsigned short>(number),
             static_cast<int>(number),
@@ -26,11 +26,13 @@ Integers lowBitsOf(long number) {
 }
 
 void expectIntegers(Variant const& variant, Integers const& expected) {
-    Integers const named = {variant.toUbyte(),  variant.toByte(),  variant.toInt16(),
+    auto const namedByte = static_cast<signed char>(variant.toByte());
+    Integers const named = {variant.toUbyte(),  namedByte,         variant.toInt16(),
                             variant.toUint16(), variant.toInt32(), variant.toUint32(),
                             variant.toInt64(),  variant.toUint64()};
-    Integers const converted = {variant, variant, variant, variant,
-                                variant, variant, variant, variant};
+    auto const convertedByte = static_cast<signed char>(static_cast<char>(variant));
+    Integers const converted = {variant, convertedByte, variant, variant,
+                                variant, variant,       variant, variant};
     EXPECT_EQ(named, expected);
     EXPECT_EQ(converted, expected);
 }

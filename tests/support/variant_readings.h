@@ -9,7 +9,7 @@ namespace testing_support {
 /// What a Variant reads as each kind of integer.
 struct Integers {
     unsigned char ubyte;
-    char byte;
+    signed char byte;  // char is unsigned on aarch64
     short int16;
     unsigned short uint16;
     int int32;

@@ -1,5 +1,6 @@
 #include "utillibrary/internal/wide_number.h"
 
+#include <cstdint>
 #include <cwchar>
 #include <sstream>
 
@@ -16,7 +17,8 @@ using Characters = std::ctype<wchar_t>;
 
 // True for what streams skip in the classic locale. They ask its facet; ASCII is known.
 bool isClassicWhitespace(wchar_t c) {
-    bool const isAscii = c >= 0 && c <= 0x7F;
+    // Converted, because wchar_t is signed on x86-64 and unsigned on aarch64.
+    bool const isAscii = static_cast<std::uint32_t>(c) <= 0x7F;
     if (isAscii) return c == L' ' || (c >= L'\t' && c <= L'\r');
     return std::use_facet<Characters>(std::locale::classic()).is(Characters::space, c);
 }

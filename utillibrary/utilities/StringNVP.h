@@ -178,6 +178,10 @@ UTILLIBRARY_EXPORT bool deserializeNVP(std::unordered_map<std::string, std::stri
 /// no number, and neither is a value so small that it loses digits as a float. "%g" is
 /// `to_string(value, "%g")`.
 ///
+/// Two results depend on the processor: the sign of a NaN that arithmetic makes, and whether strtof
+/// reports a range error for a decimal just below 2^-126 that is rounded up to it. For
+/// "1.17549435e-38" it does on aarch64, so this is no number there; on x86-64 it is one.
+///
 /// Takes    names: a name that occurs twice is averaged twice; the second time starts from the six
 ///          digits of the first. average, sample: strings of pairs, read as by `deserializeNVP`.
 ///          They may be the same string, and may be elements of `names`. averageDuration,
