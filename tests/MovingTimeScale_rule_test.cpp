@@ -220,7 +220,7 @@ TEST(MovingTimeAxis, OfShortRangesAnywhereIsWhatTheRuleSays) {
 
 // ---- what any axis is like
 
-// Whether times rise, one by one, and lie strictly between two others.
+// True if each time is later than the one before, and all are strictly between two others.
 bool riseBetween(Times const& times, long first, long last) {
     return std::adjacent_find(times.begin(), times.end(), std::greater_equal<>()) == times.end() &&
            (times.empty() || (times.front() > first && times.back() < last));

@@ -287,7 +287,7 @@ DeserializeFact const DESERIALIZE_FACTS[] = {
     {"a first field without = is skipped", "junk a=1", false, {{"a", "1"}}},
     {"a last field without = is skipped", "a=1 junk", false, {{"a", "1"}}},
     {"a field without a name is skipped", "=5", false, {}},
-    {"fields without a name are skipped beside others", "=5 a=1 =", false, {{"a", "1"}}},
+    {"fields without a name are skipped, and others are read", "=5 a=1 =", false, {{"a", "1"}}},
     // KEPT(first-value-wins)
     {"the first value of a name stays", "a=1 a=2", true, {{"a", "1"}}},
     {"the first value stays when the second is escaped", "a=1 a=\\n", true, {{"a", "1"}}},

@@ -58,7 +58,7 @@ std::string printed(long value) {
     return text.data();
 }
 
-// Beside every power of ten, where the number of digits changes, and of two; and anywhere.
+// Numbers next to each power of ten and of two, where the number of digits changes; and any others.
 TEST(ToString, WritesIntegersAsLibcDoes) {
     std::mt19937_64 engine = randomEngine();
     std::vector<long> edges = {0, LONG_MIN};

@@ -48,7 +48,7 @@ UnescapeFact const UNESCAPE_FACTS[] = {
     // KEPT(no-digits-give-zero)
     {"no digit after u gives a zero byte", R"(\u)", NUL},
     {"a letter that is no digit stays after u", R"(\ug)", NUL + "g"},
-    {"an escape may follow u at once", R"(\u\n)", NUL + "\n"},
+    {"an escape may follow u without a digit", R"(\u\n)", NUL + "\n"},
     {"a letter that is no digit ends the digits", R"(\u00g1)", NUL + "g1"},
     {"digits are read in either case", R"(\uFfC3\uffc3)", "\xC3\xC3"},
     {"all digits are read", R"(\u0123\u4567\u89ab\ucdef\uABCD\uEF09)", "\x23\x67\xAB\xEF\xCD\x09"},

@@ -107,7 +107,8 @@ void expectNearest(Variant const& variant, bool negative, std::uint64_t magnitud
               floatBits | (negative ? std::uint64_t{1} << 31 : 0));
 }
 
-// Of every length, and with a run of zeros or ones in the middle: halves and what is beside them.
+// Numbers of every length, with a run of zeros or ones in the middle: halves, and numbers next to
+// them.
 std::uint64_t someInteger(std::mt19937_64& engine) {
     std::uint64_t value = engine();
     std::uint64_t const choice = engine();
@@ -262,7 +263,7 @@ wide someFloatingText(std::mt19937_64& engine) {
     return text;
 }
 
-// Decimals halfway between two doubles and beside it.
+// Decimals halfway between two doubles, and next to it.
 wide someHalfwayText(std::mt19937_64& engine) {
     std::uint64_t const halfway = (std::uint64_t{1} << 53) + 2 * below(engine, 1UL << 40) + 1;
     wide text = std::to_wstring(halfway << below(engine, 10));

@@ -93,7 +93,7 @@ struct ComparedDoublesFact {
     int result;
 };
 
-// The numbers beside 1e-12 from 1 on are 4503 and 4504 steps of 2^-52 away.
+// 1 + 1e-12 is between the doubles that are 4503 and 4504 steps of 2^-52 above 1.
 ComparedDoublesFact const COMPARED_DOUBLES_FACTS[] = {
     {"a number equals itself", 1.0, 1.0, 0},
     {"numbers closer than 1e-12 are equal", 1.0, 1.0 + 1e-13, 0},

@@ -14,10 +14,10 @@
 #include "support/failed_memory/rows.h"
 #include "support/failing_malloc.h"
 
-// Every exported function while memory fails: malloc and its kin are this program's own, so that
-// streams, printf and the loader fail too. Each allocation in turn fails, alone and with all after
-// it. Afterwards no block and no handle is lost, and each object is in the state that its header
-// states.
+// Every exported function while memory fails: malloc and similar functions are this program's own,
+// so that streams, printf and the loader fail too. Each allocation in turn fails, alone and with
+// all after it. Afterwards no block and no handle is lost, and each object is in the state that its
+// header states.
 
 using namespace testing_support;
 

@@ -17,7 +17,7 @@
 #include "support/recorded_reports.h"
 #include "support/time_printing.h"
 
-// Fourteen digits, written and read, and their general paths beside their fast paths.
+// Fourteen digits, written and read; general and fast paths compared.
 
 using namespace com::halvorin::datatypes;
 using com::halvorin::internal::breakDown;

@@ -15,7 +15,7 @@
 #include "support/rounding.h"
 #include "support/time_printing.h"
 
-// xtime_t::fromString: what it reads, and its general path beside its fast path. Long, since each
+// xtime_t::fromString: what it reads; general and fast path compared. Long, since each
 // part of the string has its table.
 
 using namespace com::halvorin::datatypes;

@@ -17,7 +17,7 @@
 #include "support/rounding.h"
 #include "support/time_printing.h"
 
-// xtime_t::toString: the string, and its general paths beside its fast paths.
+// xtime_t::toString: the strings, and general and fast paths compared.
 
 using namespace com::halvorin::datatypes;
 using com::halvorin::internal::breakDown;
@@ -53,7 +53,7 @@ OffsetFact const OFFSET_FACTS[] = {
     {"an hour east", true, 3600, "2024-03-05T07:08:09.250+0100"},
     {"5 h 30 min west", true, -19800, "2024-03-05T00:38:09.250-0530"},
 
-    // the suffix drops seconds that shift the time all the same
+    // the suffix drops the odd seconds of the offset, but they shift the time
     {"a second east shifts, and its zone is +0000", true, 1, "2024-03-05T06:08:10.250+0000"},
     {"a second west shifts, and its zone is -0000", true, -1, "2024-03-05T06:08:08.250-0000"},
     {"59 s east shift, and their zone is +0000", true, 59, "2024-03-05T06:09:08.250+0000"},

@@ -5,7 +5,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
-// glibc's own allocator has these names beside the public ones.
+// glibc's own allocator also has these names.
 // NOLINTBEGIN(bugprone-reserved-identifier, cert-dcl37-c, cert-dcl51-cpp)
 extern "C" {
 void* __libc_malloc(std::size_t size);
@@ -66,7 +66,7 @@ long failedAllocations() noexcept { return failed; }
 
 }  // namespace testing_support
 
-// strdup, asprintf, operator new and the like call these.
+// strdup, asprintf, operator new and others call these.
 extern "C" {
 
 void* malloc(std::size_t size) noexcept {

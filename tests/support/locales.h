@@ -38,7 +38,7 @@ private:
     std::locale previous_;
 };
 
-/// Both at once.
+/// Sets both locales for a scope.
 struct ScopedLocale {
     explicit ScopedLocale(std::string const& name) : cpp(name), c(name) {}
     ScopedCppLocale cpp;

@@ -25,7 +25,7 @@ protected:
     }
 };
 
-// What a num_get does beside reading, or in place of it.
+// What a num_get does in addition to reading, or instead.
 enum class Failure {
     throwsInt,
     throwsRuntimeError,

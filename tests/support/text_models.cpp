@@ -9,8 +9,8 @@ namespace testing_support {
 
 namespace {
 
-// The argument of isspace and its kin: the byte as a signed char, where they take EOF or the value
-// of an unsigned char.
+// The argument of isspace and similar functions: the byte as a signed char, where they take EOF or
+// the value of an unsigned char.
 int characterOf(char c) noexcept {
     int const value = static_cast<signed char>(c);
     return value == EOF ? EOF : static_cast<unsigned char>(c);

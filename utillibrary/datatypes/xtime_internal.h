@@ -11,7 +11,7 @@
 #include "utillibrary/internal/calendar.h"
 
 // The general paths of the time strings, and what all their sources share. A general path is the
-// definition, and takes everything. Beside each there is a fast path in xtime_writers_internal.h or
+// definition, and takes everything. Each has a fast path in xtime_writers_internal.h or
 // xtime_readers_internal.h, which takes common input and declines the rest by std::nullopt.
 namespace com::halvorin::datatypes {
 
@@ -23,7 +23,7 @@ public:
     /// Takes    value: from 0 to below 2^24
     explicit constexpr FixedPoint(float value) noexcept {
         auto const bits = std::bit_cast<std::uint32_t>(value);
-        // Zero and subnormal numbers have no leading bit, and get one here all the same. At 63
+        // Zero and subnormal numbers have no leading bit, but get one here. At 63
         // places it is 2^-40: less than a billionth of a thousandth, so that no result contains it.
         mantissa_ = (bits & 0x7F'FFFF) | 0x80'0000;
         places_ = std::min(150 - (bits >> 23), 63U);

@@ -33,7 +33,7 @@ inline Bytes withoutCase(Bytes bytes) noexcept { return bytes | (between(bytes, 
 
 /// Fast path: owns sixteen bytes of which each is the same on both sides, or the same letter of
 /// ASCII in the other case. These are equal under every locale for which `pairsLetters` is true.
-/// Declines others, which may be equal all the same.
+/// Declines others; these may be equal as well.
 inline std::optional<bool> equalByLetters(char const* left, char const* right) noexcept {
     if (any(withoutCase(loadBytes(left)) ^ withoutCase(loadBytes(right)))) return std::nullopt;
     return true;
