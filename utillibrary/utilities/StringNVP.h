@@ -48,8 +48,10 @@ namespace com::halvorin::utilities {
 template <typename List>
 void split(List& out, std::string const& text, std::string const& separators) {
     // Copies: when `out` grows, its elements may move or change.
+    // NOLINTBEGIN(performance-unnecessary-copy-initialization): both may be elements of `out`.
     std::string const source = text;
     std::string const ends = separators;
+    // NOLINTEND(performance-unnecessary-copy-initialization)
     std::size_t start = 0;
     std::size_t end = source.find_first_of(ends, start);
     while (end != std::string::npos) {

@@ -32,7 +32,10 @@ public:
     NumberText(float number, NumberRules const& rules) noexcept
         : end_(printGeneral(characters_.data(), static_cast<double>(number), rules.printsPlain)) {}
     NumberText(NumberText const&) = delete;  // `end_` points into this object
+    NumberText(NumberText&&) = delete;
     NumberText& operator=(NumberText const&) = delete;
+    NumberText& operator=(NumberText&&) = delete;
+    ~NumberText() = default;
 
     std::string_view view() const noexcept {
         return {characters_.data(), static_cast<std::size_t>(end_ - characters_.data())};
