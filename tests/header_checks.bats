@@ -1,6 +1,8 @@
 #!/usr/bin/env bats
 # The two programs that check the public headers find each kind of mistake, on made-up headers.
 
+# shellcheck disable=SC2030,SC2031 # each test runs in a subshell, and reads its own variables
+
 bats_require_minimum_version 1.5.0
 
 setup() {
