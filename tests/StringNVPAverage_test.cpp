@@ -26,8 +26,9 @@ using Strings = std::vector<std::string>;
 
 std::string const NUL(1, '\0');
 
-// The mean of 0 and 1.17549435e-38. This number is just below the least normal float, and is rounded
-// up to it. glibc then reports a range error if the processor looks for underflow before it rounds.
+// The mean of 0 and 1.17549435e-38. This number is just below the least normal float, and is
+// rounded up to it. glibc then reports a range error if the processor looks for underflow before it
+// rounds.
 #ifdef __x86_64__
 char const* const HALF_OF_LEAST_NORMAL = "t=5.87747e-39";
 #else
