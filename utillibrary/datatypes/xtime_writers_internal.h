@@ -5,6 +5,7 @@
 #include "utillibrary/datatypes/xtime_internal.h"
 #include "utillibrary/internal/calendar.h"
 #include "utillibrary/internal/decimal.h"
+#include "utillibrary/internal/digits.h"
 #include "utillibrary/internal/locale.h"
 #include "utillibrary/internal/rounding.h"
 #include "utillibrary/internal/wrapping.h"
@@ -33,12 +34,14 @@ inline std::optional<char*> writeDateAndTime(char* out,
     return writeTwoDigits(out, asUnsigned(t.second));
 }
 
-/// A decimal point of one byte, when libc rounds decimals to the nearest.
+/// A decimal point of one byte that is no digit, when libc rounds decimals to the nearest. printf
+/// rounds in other ways where a locale made by hand has a digit as its decimal point.
 /// Takes    fraction: 0 to 1
 inline std::optional<char*> writeFraction(char* out, float fraction) noexcept {
     using namespace com::halvorin::internal;
     char const point = singleDecimalPoint();
-    if (point == '\0' || !decimalsRoundToNearest()) return std::nullopt;
+    bool const isUsual = point != '\0' && !isDecimalDigit(point);
+    if (!isUsual || !decimalsRoundToNearest()) return std::nullopt;
     // "%f" rounds a half to even, this rounds it up. The difference does not show: halves are odd
     // multiples of 1/128 s, that is of 7812.5 us, and none of them ends in 999.5.
     // KEPT(fraction-of-six-decimals): 1000000 shows three zeros, and nothing is carried.
