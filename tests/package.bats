@@ -7,6 +7,8 @@ bats_require_minimum_version 1.8.0
 
 LIBRARY_FOLDERS=(lib lib64 lib/x86_64-linux-gnu)
 COMPILERS=("$GXX" "$CLANGXX")
+# A newer clang++ takes part where it is installed.
+if command -v clang++-19 >/dev/null; then COMPILERS+=(clang++-19); fi
 STANDARDS=(c++17 c++20 c++2b)
 WARNINGS=(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 
@@ -175,7 +177,7 @@ compiles_alone() {
     for standard in "${STANDARDS[@]}"; do
         compiles_alone "$GXX" "$standard" &
         first=$!
-        compiles_alone "$CLANGXX" "$standard"
+        for compiler in "${COMPILERS[@]:1}"; do compiles_alone "$compiler" "$standard"; done
         wait "$first"
     done
 }
@@ -249,6 +251,16 @@ END
     # The options for those who work on the library are not this host's.
     run grep -E '^UTILLIBRARY_BUILD_' "$build/CMakeCache.txt"
     [[ $status -eq 1 ]]
+}
+
+@test "a package without its library is refused, and the missing file is named" {
+    cp -r "$MOVED/lib" "$BATS_TEST_TMPDIR/half"
+    rm "$BATS_TEST_TMPDIR"/half/lib/libutillibrary.so.*.*.*
+    run "$CMAKE" -S "$SOURCE_DIR/tests/package/found" -B "$BATS_TEST_TMPDIR/host" -G Ninja \
+        -DCMAKE_CXX_COMPILER="$GXX" -DCMAKE_PREFIX_PATH="$BATS_TEST_TMPDIR/half"
+    echo "$output"
+    [[ $status -ne 0 ]]
+    [[ $output == *"half/lib/libutillibrary.so.1.0.0"*"does not exist"* ]]
 }
 
 @test "the build tree is a package that CMake finds" {
