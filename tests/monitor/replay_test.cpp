@@ -7,6 +7,7 @@
 
 #include "monitor/files_support.h"
 #include "readings/line_reader.h"
+#include "support/locales.h"
 
 using namespace monitor;
 using monitor_test::UnshrinkableFile;
@@ -14,6 +15,8 @@ using monitor_test::UnshrinkableFile;
 namespace {
 
 TEST(Replay, CallsOneFunctionForEachLine) {
+    // The program never changes its C locale, from which a time takes its decimal point.
+    testing_support::ScopedCLocale const locale("C");
     UnshrinkableFile const file("time=2024-03-05T06:08:09.250Z cpu=1\n\n" +
                                 std::string(LineReader::LONGEST_LINE + 1, 'x') +
                                 "\ntime=2024-03-05T06:08:10.250Z cpu=2");
