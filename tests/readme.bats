@@ -77,7 +77,7 @@ END
 
 @test "the commands on installing, run unchanged, give a host that runs" {
     cd "$BATS_TEST_TMPDIR"
-    cp -r "$SOURCE_DIR"/{utillibrary,cmake,CMakeLists.txt} .
+    cp -r "$SOURCE_DIR"/{utillibrary,cmake,docs,gdb,CMakeLists.txt} .
     block 1 cpp >host.cpp
     block 1 cmake >>use.cmake
     { commands 1 && commands 2 && echo ./host; } >lines
