@@ -9,7 +9,8 @@
 
 #include "support/time_axes.h"
 
-// The two functions with chosen arguments; MovingTimeScale_rule_test.cpp has random ones.
+// The two functions with chosen arguments; MovingTimeScale_rule_test.cpp has random ones. Long for
+// its tables.
 
 using com::halvorin::utilities::MovingTimeAxis;
 using com::halvorin::utilities::MovingTimeScale;

@@ -19,9 +19,9 @@
 
 #include <utillibrary/utilities/SysStats.h>
 
-// This program is its own kernel: it defines the calls that SysStats makes, in place of libc's, so
-// that the real members meet every answer a system can give. What they make of "/proc/stat" as a
-// text is told in SysStats_test.cpp.
+// This program defines the calls that SysStats makes, in place of libc's, so that the members meet
+// every answer that a system can give. SysStats_test.cpp has what they make of "/proc/stat" as a
+// string. Long because each call is replaced here.
 
 using com::halvorin::utilities::SysStats;
 using namespace std::string_literals;

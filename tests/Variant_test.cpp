@@ -21,7 +21,7 @@ using com::halvorin::datatypes::VariantType;
 using com::halvorin::datatypes::xtime_t;
 
 // What a Variant contains after each constructor and assignment, after a copy, and when it is
-// cleared.
+// cleared. Long for its tables.
 namespace {
 
 // ---- every kind of value, by constructor, by `assign` and by `operator=`

@@ -12,6 +12,9 @@
 #include "support/random.h"
 #include "support/time_zone.h"
 
+// Records of every kind, through the general path, the fast path and the public function. Long for
+// its tables.
+
 using com::halvorin::utilities::mktimeEx;
 using com::halvorin::utilities::secondsOfAnyRecord;
 using com::halvorin::utilities::secondsOfOrdinaryRecord;
