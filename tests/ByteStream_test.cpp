@@ -11,8 +11,8 @@
 #include "support/byte_streams.h"
 #include "support/recorded_reports.h"
 
-// Single operations. ByteStream_model_test.cpp has sequences of them, ByteStream_allocation_test.cpp
-// their blocks and failed memory. Long for its tables.
+// Single operations. ByteStream_model_test.cpp has sequences of them, and
+// ByteStream_allocation_test.cpp their blocks and failed memory. Long for its tables.
 
 using namespace testing_support;
 using namespace std::string_literals;

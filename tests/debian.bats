@@ -3,6 +3,8 @@
 
 bats_require_minimum_version 1.5.0
 
+load support/own_system
+
 SHORT=a
 LONG=a-folder-with-a-longer-name
 
@@ -57,23 +59,10 @@ setup_file() {
 
 @test "README's program builds with the installed packages by both routes" {
     cd "$BATS_FILE_TMPDIR"
-    local unshare=(unshare --mount)
-    if (($(id -u) != 0)); then unshare=(unshare --map-root-user --mount); fi
-    cat >mounts <<'END'
-set -euo pipefail
-mount -t tmpfs none "$1"
-for place in /etc /usr /var; do
-    changes=$1/${place//\//_}
-    mkdir "$changes" "$changes.work"
-    mount -t overlay overlay -o "lowerdir=$place,upperdir=$changes,workdir=$changes.work" "$place"
-done
-END
-    mkdir system try
-    "${unshare[@]}" bash mounts "$PWD/system" || skip "this machine allows no mounts of a test's own"
-    cat mounts - >script <<END
+    mkdir try
+    with_a_system_of_its_own /etc /usr /var <<END
 dpkg --install "$PWD/$SHORT"/libutillibrary1_*.deb "$PWD/$SHORT"/libutillibrary-dev_*.deb >log
 cd "$SOURCE_DIR"
 AUTOPKGTEST_TMP="$PWD/try" debian/tests/readme-program
 END
-    "${unshare[@]}" bash script "$PWD/system"
 }

@@ -1,6 +1,8 @@
 #!/usr/bin/env bats
 # The programs and commands of README.md are compiled and run unchanged.
 
+load support/own_system
+
 WARNINGS=(-std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 
 setup_file() {
@@ -55,26 +57,6 @@ commands() {
         { open = 0 }' "$SOURCE_DIR/README.md"
 }
 
-# Runs a script in a view of the system in which /etc and /usr/local may be written, and nothing
-# stays. Skips the test where the kernel allows no such view.
-with_a_system_of_its_own() {
-    local folder=$BATS_TEST_TMPDIR/system unshare=(unshare --mount)
-    if (($(id -u) != 0)); then unshare=(unshare --map-root-user --mount); fi
-    mkdir "$folder"
-    cat >mounts <<'END'
-set -euo pipefail
-mount -t tmpfs none "$1"
-for place in /etc /usr/local; do
-    changes=$1/${place//\//_}
-    mkdir "$changes" "$changes.work"
-    mount -t overlay overlay -o "lowerdir=$place,upperdir=$changes,workdir=$changes.work" "$place"
-done
-END
-    "${unshare[@]}" bash mounts "$folder" || skip "this machine allows no mounts of a test's own"
-    cat mounts - >script
-    "${unshare[@]}" bash script "$folder"
-}
-
 @test "the commands on installing, run unchanged, give a host that runs" {
     cd "$BATS_TEST_TMPDIR"
     cp -r "$SOURCE_DIR"/{utillibrary,cmake,docs,gdb,CMakeLists.txt} .
@@ -86,7 +68,7 @@ END
     mkdir bin
     printf '#!/bin/sh\nexec "$@"\n' >bin/sudo
     chmod +x bin/sudo
-    with_a_system_of_its_own >output <<'END'
+    with_a_system_of_its_own /etc /usr/local >output <<'END'
 PATH=$PWD/bin:$PATH
 source ./lines >log
 ./host
