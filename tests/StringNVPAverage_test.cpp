@@ -406,7 +406,8 @@ TEST(AveragePaths, TheFastOneDeclinesManyNamesThatCollide) {
     }
     Strings const names = collidingNames(400);
     for (std::size_t const count : {130U, 256U, 257U, 400U}) {
-        Strung const strung = numbered(Strings(names.begin(), names.begin() + count));
+        Strung const strung =
+            numbered(Strings(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(count)));
         EXPECT_FALSE(averageByTable(strung.names, strung.pairs, strung.pairs, EQUAL)) << count;
         EXPECT_FALSE(averageByTable(strung.names, strung.pairs, "a=1", EQUAL)) << count;
         EXPECT_FALSE(averageByTable(strung.names, "a=1", strung.pairs, EQUAL)) << count;
