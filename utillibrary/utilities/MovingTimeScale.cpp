@@ -106,13 +106,22 @@ void makeRoom(std::vector<long>& majors, unsigned long majorCount, std::vector<l
     majors.reserve(majorCount);
 }
 
+// Appends `count` ticks to a list that has the room, and returns a pointer to the first. To write
+// them there takes less time than to append them one by one.
+long* append(std::vector<long>& list, unsigned long count) {
+    list.resize(list.size() + count);
+    return list.data() + (list.size() - count);
+}
+
 // Takes    window.length: below 2^32
 void listEverySecond(Window const& window, std::vector<long>& majors, std::vector<long>& minors) {
-    makeRoom(majors, 2, minors, window.length > 1 ? window.length - 1 : 0);
+    unsigned long const minorCount = window.length > 1 ? window.length - 1 : 0;
+    makeRoom(majors, 2, minors, minorCount);
     majors.push_back(window.at(0));
     majors.push_back(window.at(window.length));
+    long* tick = append(minors, minorCount);
     for (unsigned long distance = 1; distance < window.length; ++distance) {
-        minors.push_back(window.at(distance));
+        *tick++ = window.at(distance);
     }
 }
 
@@ -125,8 +134,9 @@ void listMultiples(Window const& window, unsigned long step, unsigned int minor,
     unsigned long const last = first + (count - 1) * step;
     makeRoom(majors, count, minors, (count + 1) * minor);
 
+    long* tick = append(majors, count);
     for (unsigned long i = 0; i < count; ++i) {
-        majors.push_back(window.at(first + i * step));
+        *tick++ = window.at(first + i * step);
     }
     // The seconds from a major to each minor tick after it. KEPT(axis-counts-in-floats): the
     // spacing is a float, and so is each multiple of it.
@@ -142,9 +152,10 @@ void listMultiples(Window const& window, unsigned long step, unsigned int minor,
         if (first + offset > step) minors.push_back(window.at(first + offset - step));
     }
     // Between two majors: an offset is at most about 4/5 of the step, and so lies in the range.
+    tick = append(minors, (count - 1) * minor);
     for (unsigned long major = first; major < last; major += step) {
         for (unsigned long const offset : following) {
-            minors.push_back(window.at(major + offset));
+            *tick++ = window.at(major + offset);
         }
     }
     // After the last major: as far as the range goes.
