@@ -182,7 +182,7 @@ using HashMap = std::unordered_map<std::string, std::string>;
 // entries need: a string that repeats one pair takes little memory.
 std::size_t makeRoom(HashMap& map, std::size_t fieldsLeft) {
     constexpr std::size_t FIRST_ROOM = 8192;
-    constexpr std::size_t GROWTH = 8;
+    constexpr std::size_t GROWTH = 16;
     std::size_t const size = map.size();
     std::size_t const wanted = size + std::min(fieldsLeft, FIRST_ROOM + GROWTH * size);
     if (fieldsLeft > size && wanted > map.bucket_count()) map.reserve(wanted);
