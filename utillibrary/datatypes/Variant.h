@@ -279,6 +279,8 @@ public:
 
     /// Replaces the value by a String, type 9: each byte before the terminating zero, widened by
     /// its sign: 0xE9 becomes the character -23. Nothing is decoded.
+    /// Takes    text: may be the result of this object's `operator char const*`. A pointer into the
+    ///          memory of this object's own `wText` gives a String of unspecified characters.
     /// Fails    with std::logic_error "basic_string::_M_construct null not valid" if `text` is
     ///          null; with std::bad_alloc. In both cases this object is then cleared.
     /// Kept     bytes-widen-by-sign
