@@ -74,7 +74,7 @@ set_tests_properties(header_checks PROPERTIES FIXTURES_REQUIRED library_variants
 
 # The checks of files, and the tests that each of them finds what it looks for.
 add_test(NAME files COMMAND "${PROJECT_SOURCE_DIR}/scripts/check")
-foreach(name IN ITEMS bootstrap check check_kept scripts)
+foreach(name IN ITEMS bootstrap check check_kept mutate scripts)
   utillibrary_shell_test(${name})
 endforeach()
 
