@@ -8,10 +8,12 @@
 #include <cstring>
 #include <string>
 
-// The bytes of the fuzzer, taken from the front as arguments. After the last byte all are zero.
+// The bytes of an input, taken from the front as arguments. After the last byte all are zero.
 class Input {
 public:
     Input(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
+
+    bool isEmpty() const { return size_ == 0; }
 
     template <typename Value>
     Value take() {
@@ -22,7 +24,10 @@ public:
         return value;
     }
 
-    bool takeBool() { return take<char>() % 2 != 0; }
+    bool takeBool() { return takeBelow(2) != 0; }
+
+    /// Takes one byte, as a number below `limit`.
+    unsigned int takeBelow(unsigned int limit) { return take<std::uint8_t>() % limit; }
 
     /// Takes the bytes before the next line feed, and drops the line feed; without one, takes the
     ///       rest.

@@ -1,19 +1,17 @@
-#include <algorithm>
 #include <functional>
 #include <random>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <utillibrary/datatypes/ByteStream.h>
 
+#include "support/byte_stream_model.h"
 #include "support/byte_streams.h"
 #include "support/random.h"
 #include "support/recorded_reports.h"
 
-// Any sequence of operations, upon streams and upon plain lists of bytes.
+// Any sequence of operations, on streams and on plain lists of bytes.
 
 using namespace testing_support;
 
@@ -22,25 +20,7 @@ namespace {
 constexpr unsigned int MOST = 4294967295;  // 32 bits
 constexpr unsigned int HALF = 2147483648;
 
-// What a stream is, told in a few words of another kind.
-struct Model {
-    bool hasBlock = false;
-    std::vector<char> bytes;
-
-    void clear() { *this = Model(); }
-
-    void set(std::vector<char> replacement) {
-        hasBlock = true;
-        bytes = std::move(replacement);
-    }
-};
-
-struct Expected {
-    Outcome outcome;
-    char const* message = nullptr;
-};
-
-// Plays random operations upon three streams and upon their models.
+// Plays random operations on three streams and on their models.
 class Player {
 public:
     void step() {
@@ -48,10 +28,8 @@ public:
         other_ = number(0, 2);
         playOne();
         for (std::size_t i = 0; i < 3; ++i) {
-            Model const& modelled = models_[i];
-            std::string const bytes(modelled.bytes.begin(), modelled.bytes.end());
-            ASSERT_EQ(contentsOf(streams_[i]), modelled.hasBlock ? Contents(bytes) : EMPTY);
-            ASSERT_EQ(streams_[i].size(), modelled.bytes.size());
+            ASSERT_EQ(contentsOf(streams_[i]), models_[i].contents());
+            ASSERT_EQ(streams_[i].size(), models_[i].size());
         }
     }
 
@@ -79,7 +57,7 @@ private:
         }
     }
 
-    void play(Expected const& expected, std::function<unsigned int()> const& call) {
+    void play(ExpectedCall const& expected, std::function<unsigned int()> const& call) {
         takeReports();
         EXPECT_EQ(outcomeOf(call), expected.outcome);
         EXPECT_EQ(takeReports(), reportOf(expected.message));
@@ -87,12 +65,12 @@ private:
 
     void playAllocate() {
         auto const size = number(0, 12);
-        play(allocated(size), [&] { return stream().allocate(size); });
+        play(model().allocate(size), [&] { return stream().allocate(size); });
     }
 
     void playResize() {
         auto const size = number(0, 12);
-        play(resized(size), [&] { return stream().resize(size); });
+        play(model().resize(size), [&] { return stream().resize(size); });
     }
 
     void playCopyOfBytes() {
@@ -101,29 +79,27 @@ private:
             byte = static_cast<char>(number(1, 255));
         }
         auto const size = static_cast<unsigned int>(bytes.size() * number(0, 9) / 9);
-        play(copied(bytes.data(), size), [&] { return stream().copy(bytes.data(), size); });
+        play(model().copy(bytes.data(), size), [&] { return stream().copy(bytes.data(), size); });
     }
 
     void playCopyOfNull() {
         auto const size = number(0, 1) * number(1, 12);
-        play(copied(nullptr, size), [&] { return stream().copy(nullptr, size); });
+        play(model().copy(nullptr, size), [&] { return stream().copy(nullptr, size); });
     }
 
     void playCopyOfStream() {
-        play(copiedStream(), [&] { return stream().copy(source()); });
+        play(model().copy(models_[other_]), [&] { return stream().copy(source()); });
     }
 
     void playAssignment() {
-        Expected expected = chosen_ == other_ ? Expected{gives(0)} : copiedStream();
-        if (expected.outcome.result) expected.outcome = gives(0);
-        play(expected, [&] {
+        play(model().assign(models_[other_]), [&] {
             stream() = source();
             return 0;
         });
     }
 
     void playZero() {
-        model().bytes.assign(model().bytes.size(), '\0');
+        model().zeroMemory();
         stream().zeroMemory();
     }
 
@@ -136,71 +112,14 @@ private:
         auto const sourceStart = offset();
         auto const start = number(0, 12) == 0 ? MOST - number(0, 3) : number(0, 12);
         auto const count = offset();
-        if (wouldBeHuge(sourceStart, start, count)) return;
-        play(copiedPart(sourceStart, start, count),
+        if (isHuge(models_[other_], sourceStart, start, count)) return;
+        play(model().copyPart(models_[other_], sourceStart, start, count),
              [&] { return stream().copy(source(), sourceStart, start, count); });
     }
 
-    // What an operation does to the model, and what is to come of it.
-
-    Expected allocated(unsigned int size) {
-        if (size != 0 || model().hasBlock) model().set(std::vector<char>(size));
-        return {gives(size)};
-    }
-
-    Expected resized(unsigned int size) {
-        if (!model().hasBlock) return allocated(size);
-        if (size == 0) return {REFUSED, NO_BYTES};
-        model().bytes.resize(size);
-        return {gives(size)};
-    }
-
-    Expected copied(char const* bytes, unsigned int size) {
-        if (size != 0 && bytes == nullptr) return {REFUSED, NO_POINTER};
-        if (size == 0 && bytes != nullptr) return {REFUSED, NO_BYTES};
-        if (bytes == nullptr) {
-            model().clear();
-        } else {
-            model().set(std::vector<char>(bytes, bytes + size));
-        }
-        return {gives(size)};
-    }
-
-    Expected copiedStream() {
-        Model from = models_[other_];
-        if (chosen_ == other_) from.bytes.assign(from.bytes.size(), '\0');
-        char const somewhere = 'x';
-        char const* const bytes = from.bytes.empty() ? &somewhere : from.bytes.data();
-        return copied(from.hasBlock ? bytes : nullptr,
-                      static_cast<unsigned int>(from.bytes.size()));
-    }
-
-    Expected copiedPart(unsigned int sourceStart, unsigned int start, unsigned int count) {
-        std::vector<char> const from = models_[other_].bytes;
-        if (sumOf(sourceStart, count) > from.size()) return {REFUSED, PAST_THE_SOURCE};
-        if (count == 0) count = static_cast<unsigned int>(from.size()) - sourceStart;
-        unsigned long const end = sumOf(start, count);
-        if (end > MOST) return {NO_MEMORY};
-        if (end > model().bytes.size()) {
-            model().hasBlock = true;
-            model().bytes.resize(end);
-        }
-        std::copy_n(from.begin() + sourceStart, count, model().bytes.begin() + start);
-        return {gives(count)};
-    }
-
-    // Whether some gigabytes would be asked for, and be given.
-    bool wouldBeHuge(unsigned int sourceStart, unsigned int start, unsigned int count) const {
-        auto const size = static_cast<unsigned int>(models_[other_].bytes.size());
-        unsigned long const end = sumOf(start, count == 0 ? size - sourceStart : count);
-        return end > 1000 && end <= MOST;
-    }
-
-    static unsigned long sumOf(unsigned long left, unsigned long right) { return left + right; }
-
     ByteStream& stream() { return streams_[chosen_]; }
     ByteStream& source() { return streams_[other_]; }
-    Model& model() { return models_[chosen_]; }
+    ByteStreamModel& model() { return models_[chosen_]; }
 
     unsigned int number(unsigned int least, unsigned int most) {
         return std::uniform_int_distribution<unsigned int>(least, most)(engine_);
@@ -215,7 +134,7 @@ private:
     unsigned int chosen_ = 0;
     unsigned int other_ = 0;
     ByteStream streams_[3];
-    Model models_[3];
+    ByteStreamModel models_[3];
 };
 
 TEST(ByteStream, IsAListOfBytesUnderAnySequenceOfOperations) {

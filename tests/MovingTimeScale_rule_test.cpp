@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <climits>
-#include <cmath>
 #include <functional>
 #include <iterator>
 #include <random>
@@ -8,15 +7,13 @@
 
 #include <gtest/gtest.h>
 
+#include "support/axis_models.h"
 #include "support/random.h"
 #include "support/time_axes.h"
 
 // The two helpers upon any arguments, against their rules and what follows from these.
 
-using testing_support::Axis;
-using testing_support::axisOf;
-using testing_support::Scale;
-using testing_support::scaleOf;
+using namespace testing_support;
 
 namespace {
 
@@ -25,19 +22,6 @@ constexpr long FIRST = LONG_MIN;
 constexpr long LAST = LONG_MAX;
 
 using Times = std::vector<long>;
-
-struct Step {
-    long seconds;
-    unsigned int minor;
-    long granularity;
-};
-
-Step const STEPS[] = {
-    {1, 0, 0},        {2, 1, 0},        {5, 4, 0},        {10, 4, 5},       {15, 2, 5},
-    {30, 2, 5},       {60, 3, 10},      {120, 3, 15},     {300, 4, 60},     {600, 4, 300},
-    {900, 2, 300},    {1200, 3, 300},   {1800, 2, 300},   {3600, 3, 300},   {7200, 3, 900},
-    {14400, 3, 1800}, {21600, 3, 3600}, {28800, 3, 3600}, {43200, 3, 3600}, {86400, 3, 3600},
-};
 
 // What a row's starts are multiples of.
 long gridOf(Step const& row) { return row.granularity == 0 ? row.seconds : row.granularity; }
@@ -70,26 +54,6 @@ TEST(MovingTimeScale, OfAnyRangeFromTheTableIsSmallestAndLatest) {
             }
         }
     }
-}
-
-// The scale as its rule is worded: every row and every shift in turn, in sums that wrap.
-Scale scaleByTheRule(long tMin, long tMax, unsigned int ticks, unsigned long minStep) {
-    auto const bits = [](long time) { return static_cast<unsigned long>(time); };
-    auto const time = [](unsigned long value) { return static_cast<long>(value); };
-    if (tMin == tMax) return {tMax, time(bits(tMax) + ticks - 1), 1, 3};
-    for (Step const& row : STEPS) {
-        unsigned long const step = bits(row.seconds);
-        if (step < minStep) continue;
-        for (long shift = row.seconds - gridOf(row); shift >= 0; shift -= gridOf(row)) {
-            long const start = time(bits(tMin) - bits(tMin) % step + bits(shift));
-            long const end = time(bits(start) + step * (ticks - 1));
-            if (start <= tMin && end >= tMax) return {start, end, step, row.minor};
-        }
-    }
-    long const start = time(bits(tMin) - bits(tMin) % 86400);
-    unsigned long step = static_cast<unsigned int>(bits(tMax) - bits(start)) / (ticks - 1);
-    if (step % 86400 != 0) step += 86400 - step % 86400;
-    return {start, time(bits(start) + (ticks - 1) * step), step, 3};
 }
 
 // Times near the ends of 64 bits, near 1970, near now, and anywhere.
@@ -126,7 +90,7 @@ TEST(MovingTimeScale, OfAnyArgumentsIsWhatTheRuleSays) {
         long const tMax = std::max(one, other);
         unsigned int const ticks = random.ticks();
         unsigned long const minStep = random.minStep();
-        ASSERT_EQ(scaleOf(tMin, tMax, ticks, minStep), scaleByTheRule(tMin, tMax, ticks, minStep))
+        ASSERT_EQ(scaleOf(tMin, tMax, ticks, minStep), modelOfScale(tMin, tMax, ticks, minStep))
             << tMin << ", " << tMax << ", " << ticks << ", " << minStep;
     }
 }
@@ -141,53 +105,9 @@ TEST(MovingTimeScale, OfShortRangesAnywhereIsWhatTheRuleSays) {
         long const tMax = std::max(one, other);
         unsigned int const ticks = random.number(3, 20);
         unsigned long const minStep = random.number(0, 3) == 0 ? random.number(0, 4000) : 0;
-        ASSERT_EQ(scaleOf(tMin, tMax, ticks, minStep), scaleByTheRule(tMin, tMax, ticks, minStep))
+        ASSERT_EQ(scaleOf(tMin, tMax, ticks, minStep), modelOfScale(tMin, tMax, ticks, minStep))
             << tMin << ", " << tMax << ", " << ticks << ", " << minStep;
     }
-}
-
-__extension__ typedef __int128 Wide;
-
-// The axis as its rule is worded, in 128 bits, where no sum overflows.
-Axis axisByTheRule(long tMin, long tMax, unsigned int ticks) {
-    Wide const range = Wide(tMax) - tMin;
-    float const x = static_cast<float>(range) / static_cast<float>(ticks - 1);
-    Axis axis{0, 0, {}, {}};
-    if (x < 1) {
-        axis.majors = {tMin, tMax};
-        for (Wide time = Wide(tMin) + 1; time < tMax; ++time) {
-            axis.minors.push_back(static_cast<long>(time));
-        }
-        axis.minor = static_cast<unsigned int>(range - 1);
-        return axis;
-    }
-    Wide step = static_cast<Wide>(std::ceil(x));
-    step = (step + 86399) / 86400 * 86400;
-    axis.minor = 3;
-    for (Step const& row : STEPS) {
-        if ((x == 1 || row.seconds > 1) && static_cast<float>(row.seconds) >= x) {
-            step = row.seconds;
-            axis.minor = row.minor;
-            break;
-        }
-    }
-    axis.step = static_cast<unsigned long>(step);
-
-    Wide first = tMin / step * step;
-    while (first < tMin)
-        first += step;
-    for (Wide major = first; major <= tMax; major += step) {
-        axis.majors.push_back(static_cast<long>(major));
-    }
-    if (axis.majors.empty()) return axis;
-    float const spacing = static_cast<float>(step) / static_cast<float>(axis.minor + 1);
-    for (Wide major = first - step; major <= tMax; major += step) {
-        for (unsigned int k = 1; k <= axis.minor; ++k) {
-            Wide const time = major + std::lroundf(static_cast<float>(k) * spacing);
-            if (time > tMin && time < tMax) axis.minors.push_back(static_cast<long>(time));
-        }
-    }
-    return axis;
 }
 
 TEST(MovingTimeAxis, OfAnyArgumentsIsWhatTheRuleSays) {
@@ -198,7 +118,7 @@ TEST(MovingTimeAxis, OfAnyArgumentsIsWhatTheRuleSays) {
         long const tMin = std::min(one, other);
         long const tMax = std::max(one, other);
         unsigned int const ticks = random.number(3, 60);
-        ASSERT_EQ(axisOf(tMin, tMax, ticks), axisByTheRule(tMin, tMax, ticks))
+        ASSERT_EQ(axisOf(tMin, tMax, ticks), modelOfAxis(tMin, tMax, ticks))
             << tMin << ", " << tMax << ", " << ticks;
     }
 }
@@ -213,7 +133,7 @@ TEST(MovingTimeAxis, OfShortRangesAnywhereIsWhatTheRuleSays) {
         long const tMin = wraps ? LAST - static_cast<long>(length) : one;
         long const tMax = wraps ? LAST : other;
         unsigned int const ticks = length < 1000 ? random.ticks() : random.number(3, 60);
-        ASSERT_EQ(axisOf(tMin, tMax, ticks), axisByTheRule(tMin, tMax, ticks))
+        ASSERT_EQ(axisOf(tMin, tMax, ticks), modelOfAxis(tMin, tMax, ticks))
             << tMin << ", " << tMax << ", " << ticks;
     }
 }

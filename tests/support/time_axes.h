@@ -3,8 +3,6 @@
 #include <ostream>
 #include <vector>
 
-#include <gmock/gmock.h>
-
 #include <utillibrary/utilities/MovingTimeScale.h>
 
 // The results of the time-axis helpers as values that can be compared and printed.
@@ -43,9 +41,13 @@ struct Axis {
 };
 
 inline std::ostream& operator<<(std::ostream& out, Axis const& axis) {
-    return out << "step " << axis.step << ", minor " << axis.minor << ", majors "
-               << testing::PrintToString(axis.majors) << ", minors "
-               << testing::PrintToString(axis.minors);
+    out << "step " << axis.step << ", minor " << axis.minor << ", majors";
+    for (long const time : axis.majors)
+        out << ' ' << time;
+    out << ", minors";
+    for (long const time : axis.minors)
+        out << ' ' << time;
+    return out;
 }
 
 inline Axis axisOf(long tMin, long tMax, unsigned int ticks) {

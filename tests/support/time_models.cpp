@@ -131,4 +131,75 @@ std::optional<long> modelOfFourteenDigitsRead(std::string const& text) {
     return countedByLibc(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5], 0);
 }
 
+// ---- mktimeEx
+
+namespace {
+
+bool isLeapYear(long year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
+
+long daysOf(long year, long month) {
+    long const days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return month == 1 && isLeapYear(year) ? 29 : days[month];
+}
+
+long daysIn(long year) { return isLeapYear(year) ? 366 : 365; }
+
+// Carries whole `limit`s of one field into the next larger one.
+void carry(long& field, long limit, long& larger) {
+    larger += field / limit;
+    field %= limit;
+    if (field < 0) {
+        field += limit;
+        --larger;
+    }
+}
+
+}  // namespace
+
+long modelOfMktimeEx(std::tm& record, int adjustment) {
+    long year = record.tm_year + 1900L;
+    long month = record.tm_mon;
+    long day = record.tm_mday - 1L;  // from 0
+    long hour = record.tm_hour;
+    long minute = record.tm_min;
+    long second = record.tm_sec;
+    carry(second, 60, minute);
+    carry(minute, 60, hour);
+    carry(hour, 24, day);
+    carry(month, 12, year);
+
+    // 400 years have 146097 days, and the calendar repeats after them. So the loop is short.
+    long eras = 0;
+    carry(day, 146097, eras);
+    year += eras * 400;
+    for (; month > 0; --month)
+        day += daysOf(year, month - 1);
+    while (day >= daysIn(year))
+        day -= daysIn(year++);
+    while (day >= daysOf(year, month))
+        day -= daysOf(year, month++);
+    record.tm_year = static_cast<int>(year - 1900);
+    record.tm_mon = static_cast<int>(month);
+    record.tm_mday = static_cast<int>(day + 1);
+    record.tm_hour = static_cast<int>(hour);
+    record.tm_min = static_cast<int>(minute);
+    record.tm_sec = static_cast<int>(second);
+    if (year < 1970) return -1;
+
+    // Later years do not fit the result, and have the calendar of an earlier one.
+    long const counted = year < 2400 ? year : 2000 + year % 400;
+    long days = 0;
+    for (long y = 1970; y < counted; ++y)
+        days += daysIn(y);
+    long dayOfYear = day;
+    for (long m = 0; m < month; ++m)
+        dayOfYear += daysOf(year, m);
+    record.tm_wday = static_cast<int>((days + dayOfYear + 4) % 7);
+    record.tm_yday = static_cast<int>(dayOfYear);
+    long const seconds = (days + dayOfYear) * 86400 + hour * 3600 + minute * 60 + second;
+    if (year >= 2400 || seconds > INT_MAX) return -1;
+    long const adjusted = seconds + adjustment;
+    return adjusted < 0 || adjusted > INT_MAX ? -1 : adjusted;
+}
+
 }  // namespace testing_support

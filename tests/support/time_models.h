@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -25,5 +26,9 @@ std::string modelOfFourteenDigits(long seconds);
 
 /// `YYYYStringTotime` of a text of fourteen bytes; nothing where a field has no digits.
 std::optional<long> modelOfFourteenDigitsRead(std::string const& text);
+
+/// `mktimeEx`, and the record that it leaves, by loops over years and months. A year beyond an int
+/// wraps.
+long modelOfMktimeEx(std::tm& record, int adjustment);
 
 }  // namespace testing_support
