@@ -51,6 +51,7 @@ if(UTILLIBRARY_TEST_ALL AND ABIDIFF_PROGRAM AND CMAKE_SYSTEM_PROCESSOR STREQUAL 
 endif()
 
 utillibrary_shell_test(package)
+utillibrary_shell_test(count_instructions)
 
 find_program(GDB_PROGRAM gdb)
 if(GDB_PROGRAM)
