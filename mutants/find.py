@@ -18,7 +18,7 @@ TOKEN = re.compile(
     | (?P<comment>//[^\n]*|/\*.*?\*/)
     | (?P<string>(?:u8|[LuU])?R"(?P<mark>[^(\s]*)\(.*?\)(?P=mark)"|(?:u8|[LuU])?"(?:[^"\\\n]|\\.)*")
     | (?P<character>(?:u8|[LuU])?'(?:[^'\\\n]|\\.)+')
-    | (?P<number>(?:0[xX][0-9a-fA-F']+|[0-9][0-9']*(?:\.[0-9']*)?(?:[eE][+-]?[0-9]+)?)[uUlLfFzZ]*)
+    | (?P<number>(?:0[xX][0-9a-fA-F']+(?:\.?[0-9a-fA-F]*[pP][+-]?[0-9]+)?|[0-9][0-9']*(?:\.[0-9']*)?(?:[eE][+-]?[0-9]+)?)[uUlLfFzZ]*)
     | (?P<name>[A-Za-z_][A-Za-z_0-9]*)
     | (?P<operator><=>|<<=|>>=|\.\.\.|->\*|::|->|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||[-+*/%&|^]=|.)
     """,
@@ -102,6 +102,12 @@ class Bracket:
 
 
 def tokens_of(text):
+    """The tokens, without what only a newer compiler reads."""
+    text = re.sub(
+        r"(?ms)^#ifdef __cpp_lib_\w+$.*?^#endif",
+        lambda match: re.sub(r"[^\n]", " ", match.group()),
+        text,
+    )
     found = []
     for match in TOKEN.finditer(text):
         kind = match.lastgroup if match.lastgroup != "mark" else "string"
@@ -381,6 +387,11 @@ class Source:
             self.drop(first, last)
 
     def change_number(self, index):
+        if re.fullmatch("0[xX].*[pP].*", self.tokens[index].text):
+            mantissa, _, exponent = self.tokens[index].text.partition("p")
+            self.swap(index, f"{mantissa}p{int(exponent) + 1}")
+            self.swap(index, f"{mantissa}p{int(exponent) - 1}")
+            return
         match = re.fullmatch(r"(0[xX][0-9a-fA-F']+|[0-9'.eE+-]+?)([uUlLfFzZ]*)", self.tokens[index].text)
         digits, suffix = match.group(1).replace("'", ""), match.group(2)
         if re.fullmatch(r"0[xX].*", digits):
