@@ -19,6 +19,7 @@ using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;
 using testing_support::allocationsOf;
 using testing_support::failsWithout;
+using testing_support::freshLocale;
 using testing_support::ScopedCppLocale;
 using testing_support::ScopedLocale;
 using testing_support::watchedAllocations;
@@ -252,16 +253,6 @@ TEST(VariantAllocation, KeepsTheNarrowCacheWhenANewOneFails) {
 }
 
 // ---- streams
-
-// A locale that no stream has seen: what its facets say is put together on first use, and that
-// allocates.
-class Punctuation : public std::numpunct<wchar_t> {
-protected:
-    wchar_t do_thousands_sep() const override { return L'_'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
-std::locale freshLocale() { return std::locale(std::locale::classic(), new Punctuation); }
 
 // Lets each allocation fail in turn: the result is either whole or none. Gives how many there were.
 template <typename Result>

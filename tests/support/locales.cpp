@@ -5,6 +5,18 @@
 
 namespace testing_support {
 
+namespace {
+
+class GroupingPunctuation : public std::numpunct<wchar_t> {
+protected:
+    wchar_t do_thousands_sep() const override { return L'_'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+}  // namespace
+
+std::locale freshLocale() { return {std::locale::classic(), new GroupingPunctuation}; }
+
 std::vector<std::string> const& allLocales() {
     static std::vector<std::string> const names = {
         "C", "de_DE.UTF-8", "en_US.UTF-8", "fr_FR.ISO-8859-15", "ps_AF.UTF-8", "tr_TR.UTF-8"};

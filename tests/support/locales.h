@@ -38,6 +38,10 @@ private:
     std::locale previous_;
 };
 
+/// A new locale: the classic one, but a host's own facet groups digits by "_". So a stream must read
+/// and write each number. The first stream that does so allocates, to store what the facet says.
+std::locale freshLocale();
+
 /// Sets both locales for a scope.
 struct ScopedLocale {
     explicit ScopedLocale(std::string const& name) : cpp(name), c(name) {}

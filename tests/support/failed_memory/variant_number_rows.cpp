@@ -16,14 +16,6 @@ namespace {
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;
 
-// A host's own facet, so that a stream reads: it groups digits, and a stream puts together what the
-// facet says at its first use.
-class Punctuation : public std::numpunct<wchar_t> {
-protected:
-    wchar_t do_thousands_sep() const override { return L'_'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 // Sends standard output to nowhere for a scope: a value that cannot be converted writes a line.
 class SilentOutput {
 public:
@@ -89,8 +81,7 @@ void addReading(Rows& rows, std::string const& symbol, Read const& read, bool in
          }});
     rows.push_back({name, "a String under a host's own locale",
                     integer ? Memory::NEEDED : Memory::NONE, [read, integer](Trial& trial) {
-                        ScopedCppLocale const scope(
-                            std::locale(std::locale::classic(), new Punctuation));
+                        ScopedCppLocale const scope(freshLocale());
                         // Only an integer is read with groups: 100 in the low 8 bits.
                         Variant const grouped(L"  1_234_788 and more");
                         auto const whole = integer ? read(Variant(1234788)) : read(Variant(1));

@@ -13,13 +13,6 @@ namespace {
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;
 
-// A host's own facet, so that a stream writes: it groups digits.
-class Punctuation : public std::numpunct<wchar_t> {
-protected:
-    wchar_t do_thousands_sep() const override { return L'_'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 struct TextFact {
     char const* fact;
     Variant value;
@@ -57,7 +50,7 @@ template <typename Work>
 void underLocaleOf(TextFact const& fact, Work const& work) {
     std::optional<ScopedCppLocale> scope;
     if (fact.ownLocale) {
-        scope.emplace(std::locale(std::locale::classic(), new Punctuation));
+        scope.emplace(freshLocale());
     }
     work();
 }
