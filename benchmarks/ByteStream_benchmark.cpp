@@ -182,6 +182,9 @@ struct GLib {
 
 // ---- the operations
 
+// The sizes at which every library is measured: small, one page, and large.
+bool isMainSize(std::size_t size) { return size == 64 || size == 4 * KIBIBYTE || size == MEBIBYTE; }
+
 template <typename Input>
 class BlockOperation : public Operation<Input, std::string> {
 public:
@@ -206,10 +209,10 @@ class Blocks {
 public:
     Blocks(std::string const& size, std::vector<std::string> const& texts)
         : texts_(texts),
-          copy_("copy to a new block of " + size, texts, AsItIs()),
-          overwrite_("copy to a block of the same " + size, texts, AsItIs()),
-          resize_("copy, and resize to twice " + size, texts, lengthened),
-          zero_("zero " + size, texts,
+          copy_("copy to a new block, " + size, texts, AsItIs()),
+          overwrite_("copy to a block of the same size, " + size, texts, AsItIs()),
+          resize_("copy, and resize to twice the size, " + size, texts, lengthened),
+          zero_("zero, " + size, texts,
                 [](std::string const& text) { return std::string(text.size(), '\0'); }) {}
 
     template <typename Library>
@@ -241,26 +244,26 @@ private:
     BlockOperation<std::string> zero_;
 };
 
-void addBlocks(std::string const& size, std::vector<std::string> const& texts) {
-    Blocks const blocks(size, texts);
+void addBlocks(std::size_t size) {
+    Blocks const blocks(sizeName(size), textsOf(size));
     blocks.add<Libc>();
     blocks.add<Ours>();
     blocks.add<Vector>();
+#ifdef UTILLIBRARY_PEER_QT
+    blocks.add<Qt6>();
+#endif
+    if (!isMainSize(size)) return;
 #ifdef UTILLIBRARY_PEER_GLIB
     blocks.add<GLib>();
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     blocks.add<Poco_>();
 #endif
-#ifdef UTILLIBRARY_PEER_QT
-    blocks.add<Qt6>();
-#endif
 }
 
 }  // namespace
 
 void benchmarks::addRows() {
-    addBlocks("64 bytes", textsOf(64));
-    for (std::size_t const size : {4 * KIBIBYTE, MEBIBYTE})
-        addBlocks(sizeName(size), textsOf(size));
+    for (std::size_t const size : SIZES)
+        addBlocks(size);
 }

@@ -139,7 +139,7 @@ void writeAxis(Axis& axis, Range const& range) {
 }
 
 void addAxis(unsigned int ticks) {
-    std::string const name = "axis of some " + std::to_string(ticks) + " ticks";
+    std::string const name = "axis of about " + std::to_string(ticks) + " ticks";
     Operation const operation(name, rangesOf(ticks), axisByTicks);
     operation.plain("tick by tick", axisByTicks);
     operation.ours([](Range const& range) {
@@ -148,7 +148,7 @@ void addAxis(unsigned int ticks) {
         return axis;
     });
 
-    Operation const kept(name + ", lists kept", rangesOf(ticks), axisByTicks);
+    Operation const kept(name + ", lists used again", rangesOf(ticks), axisByTicks);
     kept.ours([axis = Axis()](Range const& range) mutable -> Axis const& {
         writeAxis(axis, range);
         return axis;

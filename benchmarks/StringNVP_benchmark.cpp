@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <unordered_map>
@@ -21,7 +23,6 @@
 #include <absl/strings/str_split.h>
 #endif
 #ifdef UTILLIBRARY_PEER_BOOST
-#include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
@@ -40,9 +41,9 @@
 #include <QUrlQuery>
 #endif
 
-// Strings are split; lines of name-value pairs are written, read and averaged. Few libraries have
-// such lines. A peer's row makes them from the functions that it has, as its user would. This file
-// is long, because each operation is followed by its peers.
+// Strings are split; strings of name-value pairs are written, read and averaged. Few libraries have
+// functions for such pairs. A peer's row is made of the functions that it has, as its user would
+// write it. This file is long, because each operation is followed by its peers.
 namespace {
 
 using namespace benchmarks;
@@ -51,13 +52,6 @@ namespace utilities = com::halvorin::utilities;
 using Texts = std::vector<std::string>;
 using Pairs = std::unordered_map<std::string, std::string>;
 using Sorted = std::map<std::string, std::string>;
-
-// Short strings are also timed on two threads. Long strings repeat the same work.
-template <typename Input, typename Wanted>
-Operation<Input, Wanted> threadedIfSmall(Operation<Input, Wanted> const& operation,
-                                         std::size_t pool) {
-    return pool > 100 ? operation.threaded() : operation;
-}
 
 // ---- split
 
@@ -119,9 +113,15 @@ private:
 };
 #endif
 
-void addSplit(std::string const& name, Texts const& texts, std::string const& separators) {
+using Split = Operation<std::string, Texts>;
+
+Split splitting(std::string const& name, Texts const& texts, std::string const& separators) {
+    return {"split, " + name, texts,
+            [separators](std::string const& text) { return splitByHand(text, separators); }};
+}
+
+void addSplit(Split const& operation, std::string const& separators) {
     auto const plain = [separators](std::string const& t) { return splitByHand(t, separators); };
-    auto const operation = threadedIfSmall(Operation("split, " + name, texts, plain), texts.size());
     operation.plain("find_first_of, substr", plain);
     operation.ours([separators](std::string const& text) {
         Texts list;
@@ -132,9 +132,9 @@ void addSplit(std::string const& name, Texts const& texts, std::string const& se
     auto const split = [separators](std::string const& text) {
         return absl::StrSplit(text, absl::ByAnyChar(separators), absl::SkipEmpty());
     };
-    operation.otherJob("Abseil, views", "no texts of their own", [split](std::string const& text) {
-        return std::vector<absl::string_view>(split(text));
-    });
+    operation.otherJob(
+        "Abseil, views", "views, no strings of their own",
+        [split](std::string const& text) { return std::vector<absl::string_view>(split(text)); });
     if (separators.size() == 1) {
         operation.peer("Abseil", [separator = separators.front()](std::string const& text) {
             return Texts(absl::StrSplit(text, separator, absl::SkipEmpty()));
@@ -144,16 +144,26 @@ void addSplit(std::string const& name, Texts const& texts, std::string const& se
     }
 #endif
 #ifdef UTILLIBRARY_PEER_BOOST
-    operation.peer("Boost", [separators](std::string const& text) {
+    // A comparison of characters, which takes less time than boost::is_any_of.
+    auto const splitWhere = [](std::string const& text, auto isSeparator) {
         Texts list;
-        boost::algorithm::split(list, text, boost::is_any_of(separators), boost::token_compress_on);
+        boost::algorithm::split(list, text, isSeparator, boost::token_compress_on);
         return list;
-    });
+    };
+    if (separators.size() == 1) {
+        operation.peer("Boost", [=, only = separators.front()](std::string const& text) {
+            return splitWhere(text, [only](char c) { return c == only; });
+        });
+    } else {
+        operation.peer("Boost", [=, first = separators.front(),
+                                 second = separators.back()](std::string const& text) {
+            return splitWhere(text, [=](char c) { return c == first || c == second; });
+        });
+    }
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.otherJob("GLib", "empty fields too", [separators](std::string const& text) {
-        GLibTexts const list(g_strsplit_set(text.c_str(), separators.c_str(), -1));
-        return *list.begin() != nullptr;
+    operation.otherJob("GLib", "keeps empty fields", [separators](std::string const& text) {
+        return GLibTexts(g_strsplit_set(text.c_str(), separators.c_str(), -1));
     });
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
@@ -183,7 +193,7 @@ void addSplit(std::string const& name, Texts const& texts, std::string const& se
 #endif
 }
 
-// ---- lines of pairs
+// ---- strings of pairs
 
 using List = std::vector<std::pair<std::string, std::string>>;
 
@@ -211,7 +221,7 @@ std::string lineOf(List const& list) {
     return line;
 }
 
-// The pairs of a line, in an order that all agree on; no value has an escape in it.
+// The pairs of a line, sorted by name; no value contains an escape.
 Sorted sortedPairs(std::string const& line) {
     Sorted sorted;
     std::istringstream stream(line);
@@ -232,7 +242,7 @@ Map mapOf(List const& list) {
     return Map(list.begin(), list.end());
 }
 
-// The line as string streams write it.
+// The pairs as string streams write them.
 std::string streamedLine(Pairs const& map) {
     std::ostringstream stream;
     char const* before = "";
@@ -317,7 +327,12 @@ Sorted sortedGLib(GLibPairs const& map) {
     return sorted;
 }
 
-std::string glibLine(GLibPairs const& map) {
+struct GLibFreeString {
+    void operator()(GString* text) const { g_string_free(text, TRUE); }
+};
+using GLibLine = std::unique_ptr<GString, GLibFreeString>;
+
+GLibLine glibLine(GLibPairs const& map) {
     GString* const line = g_string_new(nullptr);
     map.each([line](char const* name, char const* value) {
         if (line->len > 0) g_string_append_c(line, ' ');
@@ -325,10 +340,10 @@ std::string glibLine(GLibPairs const& map) {
         g_string_append_c(line, '=');
         g_string_append_uri_escaped(line, value, nullptr, FALSE);
     });
-    std::string result(line->str, line->len);
-    g_string_free(line, TRUE);
-    return result;
+    return GLibLine(line);
 }
+
+Sorted sortedGLibLine(GLibLine const& line) { return sortedPairs({line->str, line->len}); }
 
 GLibPairs glibPairs(std::string const& line) {
     GLibPairs const map;
@@ -360,7 +375,7 @@ Pairs pocoPairs(std::string const& line) {
         std::size_t const equals = field.find('=');
         std::string value;
         Poco::URI::decode(field.substr(equals + 1), value);
-        map.emplace(field.substr(0, equals), value);
+        map.emplace(field.substr(0, equals), std::move(value));
     }
     return map;
 }
@@ -402,9 +417,7 @@ QtPairs qtPairs(QString const& line) {
 }
 #endif
 
-void addWriting(std::string const& name, std::vector<List> const& lists) {
-    auto const operation =
-        threadedIfSmall(Operation("serialize, " + name, lists, sortedLine), lists.size());
+void addWriting(Operation<List, Sorted> const& operation) {
     operation.plain("std::ostringstream", prepared(mapOf<Pairs>, streamedLine), sortedPairs);
     operation.ours(prepared(mapOf<Pairs>,
                             [](Pairs const& map) {
@@ -417,7 +430,7 @@ void addWriting(std::string const& name, std::vector<List> const& lists) {
     operation.peer("Abseil", prepared(mapOf<FlatPairs>, abslLine), sortedPairs);
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", prepared(glibMap, glibLine), sortedPairs);
+    operation.peer("GLib", prepared(glibMap, glibLine), sortedGLibLine);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", prepared(mapOf<Pairs>, pocoLine), sortedPairs);
@@ -428,9 +441,7 @@ void addWriting(std::string const& name, std::vector<List> const& lists) {
 #endif
 }
 
-void addReading(std::string const& name, Texts const& lines) {
-    auto const operation =
-        threadedIfSmall(Operation("deserialize, " + name, lines, sortedPairs), lines.size());
+void addReading(Operation<std::string, Sorted> const& operation) {
     operation.plain("std::istringstream", streamedPairs, sortedMap<Pairs>);
     operation.ours(
         [](std::string const& line) {
@@ -498,8 +509,8 @@ std::string shortNumber(Random& random) {
     return text;
 }
 
-Sample anySample(Random& random) {
-    List list = pairs(random, 8);
+Sample sampleOf(Random& random, std::size_t count) {
+    List list = pairs(random, count);
     Sample sample;
     for (auto& [name, value] : list) {
         sample.names.push_back(name);
@@ -552,7 +563,7 @@ std::string averagedByAbseil(Sample const& sample) {
 #endif
 
 #ifdef UTILLIBRARY_PEER_GLIB
-std::string averagedByGLib(Sample const& sample) {
+GLibLine averagedByGLib(Sample const& sample) {
     GLibPairs const averages = glibPairs(sample.average);
     GLibPairs const samples = glibPairs(sample.sample);
     auto const number = [](char const* text) {
@@ -583,21 +594,32 @@ std::string averagedByPoco(Sample const& sample) {
 #endif
 
 #ifdef UTILLIBRARY_PEER_QT
-QString averagedByQt(Sample const& sample) {
-    QtPairs averages = qtPairs(asQString(sample.average));
-    QtPairs const samples = qtPairs(asQString(sample.sample));
-    for (std::string const& text : sample.names) {
-        QString const name = asQString(text);
-        float const value = mixed(averages[name].toFloat(), samples[name].toFloat());
-        averages[name] = QString::number(static_cast<double>(value), 'g', 6);
+struct QtSample {
+    QStringList names;
+    QString average;
+    QString sample;
+};
+
+QtSample qtSample(Sample const& sample) {
+    QtSample result{{}, asQString(sample.average), asQString(sample.sample)};
+    for (std::string const& name : sample.names)
+        result.names.append(asQString(name));
+    return result;
+}
+
+QString averagedByQt(QtSample const& sample) {
+    QtPairs averages = qtPairs(sample.average);
+    QtPairs const samples = qtPairs(sample.sample);
+    for (QString const& name : sample.names) {
+        QString& value = averages[name];
+        float const average = mixed(value.toFloat(), samples[name].toFloat());
+        value = QString::number(static_cast<double>(average), 'g', 6);
     }
     return qtLine(averages);
 }
 #endif
 
-void addAverage() {
-    auto const averaged = [](Sample const& s) { return sortedPairs(averagedByStreams(s)); };
-    auto const operation = Operation("average, 8 names", pool(anySample), averaged).threaded();
+void addAverage(Operation<Sample, Sorted> const& operation) {
     operation.plain("streams, std::stof, snprintf", averagedByStreams, sortedPairs);
     operation.ours(
         [](Sample const& sample) {
@@ -611,55 +633,83 @@ void addAverage() {
     operation.peer("Abseil", averagedByAbseil, sortedPairs);
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", averagedByGLib, sortedPairs);
+    operation.peer("GLib", averagedByGLib, sortedGLibLine);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", averagedByPoco, sortedPairs);
 #endif
 #ifdef UTILLIBRARY_PEER_QT
-    operation.peer("Qt", averagedByQt,
+    operation.peer("Qt", prepared(qtSample, averagedByQt),
                    [](QString const& line) { return sortedPairs(line.toStdString()); });
 #endif
 }
 
-// Maps of this many pairs, a thousand pairs in all, so that each pool takes about the same memory.
-std::vector<List> listsOf(std::size_t count) {
-    return pool([count](Random& random) { return pairs(random, count); }, 1024 / count);
+// ---- how many fields and pairs
+
+// The numbers of pairs at which every library is measured; at the others only the fastest one is.
+constexpr std::array<std::size_t, 3> MAIN_COUNTS = {8, 100, 10'000};
+constexpr std::array<std::size_t, 9> COUNTS = {1, 8, 32, 100, 1000, 4096, 10'000, 40'000, 100'000};
+// `averageNVP` allocates a table from 33 names on.
+constexpr std::array<std::size_t, 9> NAME_COUNTS = {1, 8, 32, 33, 100, 1000, 4096, 10'000, 100'000};
+constexpr std::size_t THREADED_COUNT = 8;
+
+bool isMain(std::size_t count) {
+    return std::find(MAIN_COUNTS.begin(), MAIN_COUNTS.end(), count) != MAIN_COUNTS.end();
 }
 
-Texts linesOf(std::size_t count) {
-    Texts lines;
-    for (List const& list : listsOf(count))
-        lines.push_back(lineOf(list));
-    return lines;
+// Some ten thousand pairs in all, so that each pool takes about the same memory.
+template <typename Make>
+auto countedPool(std::size_t count, Make make) {
+    return pool([&](Random& random) { return make(random, count); },
+                std::clamp(10'000 / count, 2UL, POOL_SIZE));
 }
 
-// A pair takes some 24 bytes.
-std::string lineOfSize(Random& random, std::size_t size) {
-    return lineOf(pairs(random, size / 24));
+// The rows that an operation has for this number of pairs.
+template <typename Input, typename Wanted>
+Operation<Input, Wanted> ofCount(Operation<Input, Wanted> const& operation, std::size_t count) {
+    if (count == THREADED_COUNT) return operation.threaded();
+    return isMain(count) ? operation : operation.withPeers({"Abseil"});
+}
+
+void addSplits() {
+    auto const counted = [](std::size_t count, std::string const& separators) {
+        return pool([&](Random& random) { return fields(random, count, separators); });
+    };
+    addSplit(splitting("10 fields", counted(10, ","), ",").threaded(), ",");
+    addSplit(splitting("1000 fields", counted(1000, ","), ","), ",");
+    addSplit(splitting("1000 fields, 2 separators", counted(1000, ",;"), ",;"), ",;");
+    for (std::size_t const size : SIZES) {
+        auto const operation = splitting(sizeName(size), textPool(size, fieldsOfSize), ",");
+        addSplit(isStep(size) ? operation.withPeers({"Abseil"}) : operation, ",");
+    }
+}
+
+void addPairs() {
+    for (std::size_t const count : COUNTS) {
+        std::string const name = std::to_string(count) + (count == 1 ? " pair" : " pairs");
+        std::vector<List> const lists = countedPool(count, pairs);
+        Texts lines;
+        for (List const& list : lists)
+            lines.push_back(lineOf(list));
+        addWriting(ofCount(Operation("serialize, " + name, lists, sortedLine), count));
+        addReading(ofCount(Operation("deserialize, " + name, lines, sortedPairs), count));
+    }
+}
+
+void addAverages() {
+    auto const averaged = [](Sample const& s) { return sortedPairs(averagedByStreams(s)); };
+    for (std::size_t const count : NAME_COUNTS) {
+        std::string const name = std::to_string(count) + (count == 1 ? " name" : " names");
+        addAverage(
+            ofCount(Operation("average, " + name, countedPool(count, sampleOf), averaged), count));
+    }
 }
 
 }  // namespace
 
 void benchmarks::addRows() {
-    auto const split = [](std::size_t count, std::string const& separators) {
-        return pool([&](Random& random) { return fields(random, count, separators); });
-    };
-    addSplit("10 fields", split(10, ","), ",");
-    addSplit("1000 fields", split(1000, ","), ",");
-    addSplit("1000 fields, 2 separators", split(1000, ",;"), ",;");
-    for (std::size_t const size : SIZES)
-        addSplit(sizeName(size), textPool(size, fieldsOfSize), ",");
+    addSplits();
     addAppending();
-    for (std::size_t const count : {8UL, 64UL}) {
-        addWriting(std::to_string(count) + " pairs", listsOf(count));
-        addReading(std::to_string(count) + " pairs", linesOf(count));
-    }
-    for (std::size_t const size : SIZES) {
-        addWriting(sizeName(size), textPool(size, [](Random& random, std::size_t bytes) {
-                       return pairs(random, bytes / 24);
-                   }));
-        addReading(sizeName(size), textPool(size, lineOfSize));
-    }
-    addAverage();
+    addPairs();
+    addAverages();
 }

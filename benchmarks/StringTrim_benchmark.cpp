@@ -13,7 +13,7 @@
 #include <boost/algorithm/string/trim.hpp>
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-#include <glib.h>
+#include "support/glib_text.h"
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
 #include <Poco/String.h>
@@ -67,12 +67,14 @@ void addTrim(std::string const& name, std::vector<std::string> const& texts) {
                    [](std::string const& text) { return boost::algorithm::trim_copy(text); });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", [](std::string const& text) {
-        char* const copy = g_strdup(text.c_str());
-        std::string result = g_strstrip(copy);
-        g_free(copy);
-        return result;
-    });
+    operation.peer(
+        "GLib",
+        [](std::string const& text) {
+            GLibText copy(g_strdup(text.c_str()));
+            g_strstrip(copy.get());
+            return copy;
+        },
+        textOf);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", [](std::string const& text) { return Poco::trim(text); });
@@ -93,8 +95,9 @@ void addTrim(std::string const& name, std::vector<std::string> const& texts) {
 
 void benchmarks::addRows() {
     addTrim("trim, 3 to 15 bytes", pool([](Random& random) { return paddedText(random, 3, 9); }));
-    addTrim("trim, some 66 bytes", pool([](Random& random) { return paddedText(random, 63, 63); }));
-    for (std::size_t const size : SIZES) {
+    addTrim("trim, about 66 bytes",
+            pool([](Random& random) { return paddedText(random, 63, 63); }));
+    for (std::size_t const size : MAIN_SIZES) {
         std::vector<std::string> texts = textsOf(size);
         for (std::string& text : texts) {
             text.front() = ' ';

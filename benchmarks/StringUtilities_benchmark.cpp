@@ -28,7 +28,7 @@
 #include <fmt/format.h>
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-#include <glib.h>
+#include "support/glib_text.h"
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
 #include <Poco/NumberFormatter.h>
@@ -58,12 +58,7 @@ std::string printed(char const* format, Value value) {
 }
 
 #ifdef UTILLIBRARY_PEER_GLIB
-// A string that GLib allocated, and that its caller frees.
-std::string taken(char* text) {
-    std::string result = text;
-    g_free(text);
-    return result;
-}
+auto const textOfGLib = [](GLibText const& text) { return textOf(text); };
 #endif
 
 #ifdef UTILLIBRARY_PEER_QT
@@ -87,8 +82,9 @@ void addIntegerPeers(Operation<Integer, std::string> const& operation,
     operation.peer("{fmt}", [](Integer value) { return fmt::to_string(value); });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib",
-                   [format](Integer value) { return taken(g_strdup_printf(format, value)); });
+    operation.peer(
+        "GLib", [format](Integer value) { return GLibText(g_strdup_printf(format, value)); },
+        textOfGLib);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", [](Integer value) { return Poco::NumberFormatter::format(value); });
@@ -117,7 +113,7 @@ void addInteger(std::string const& name, char const* format, std::vector<Integer
 void addBoolean() {
     auto const word = [](bool value) { return std::string(value ? "true" : "false"); };
     auto const bits = pool([](Random& random) { return static_cast<int>(random() % 2); });
-    Operation const operation("bool to text", bits, word);
+    Operation const operation("bool to string", bits, word);
     operation.plain("std::string", word);
     operation.ours([](int bit) { return utilities::to_string(bit != 0); });
 #ifdef UTILLIBRARY_PEER_FMT
@@ -143,7 +139,9 @@ void addHex() {
     operation.peer("{fmt}", [](unsigned value) { return fmt::format("{:#010x}", value); });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", [](unsigned value) { return taken(g_strdup_printf("0x%08x", value)); });
+    operation.peer(
+        "GLib", [](unsigned value) { return GLibText(g_strdup_printf("0x%08x", value)); },
+        textOfGLib);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.otherJob("Poco", "capital letters", [](unsigned value) {
@@ -177,9 +175,10 @@ void addGeneralPeers(Operation<Value, std::string> const& operation) {
                    [](Value value) { return fmt::format("{:g}", static_cast<double>(value)); });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", [](Value value) {
-        return taken(g_strdup_printf("%g", static_cast<double>(value)));
-    });
+    operation.peer(
+        "GLib",
+        [](Value value) { return GLibText(g_strdup_printf("%g", static_cast<double>(value))); },
+        textOfGLib);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.otherJob("Poco", OTHER_DIGITS,
@@ -195,7 +194,7 @@ void addGeneralPeers(Operation<Value, std::string> const& operation) {
 template <typename Value>
 void addGeneral(std::string const& kind, std::vector<Value> const& values) {
     auto const plain = [](Value value) { return printed("%g", static_cast<double>(value)); };
-    auto const operation = Operation(kind + " to text, %g", values, plain).threaded();
+    auto const operation = Operation(kind + " to string, %g", values, plain).threaded();
     auto const ours = [format = std::string("%g")](Value const& value) {
         return utilities::to_string(value, format);
     };
@@ -208,9 +207,22 @@ void addGeneral(std::string const& kind, std::vector<Value> const& values) {
     grouping.ours(ours);
 }
 
+// A format that is a literal becomes a std::string in each call.
+void addLiteral() {
+    auto const plain = [](double value) { return printed("%g", value); };
+    Operation const operation("double of 53 bits to string, literal %g", pool(anyDouble), plain);
+    operation.plain("snprintf", plain);
+    operation.ours([](double const& value) { return utilities::to_string(value, "%g"); });
+    Operation const longer("double of 53 bits to string, literal of 18 bytes", pool(anyDouble),
+                           [](double value) { return printed("%g kilometres/hour", value); });
+    longer.plain("snprintf", [](double value) { return printed("%g kilometres/hour", value); });
+    longer.ours(
+        [](double const& value) { return utilities::to_string(value, "%g kilometres/hour"); });
+}
+
 void addFixed() {
     auto const plain = [](double value) { return printed("%.3f", value); };
-    Operation const operation("double to text, %.3f", pool(threeDecimals), plain);
+    Operation const operation("double to string, %.3f", pool(threeDecimals), plain);
     operation.plain("snprintf", plain);
     operation.ours([format = std::string("%.3f")](double const& value) {
         return utilities::to_string(value, format);
@@ -228,7 +240,8 @@ void addFixed() {
     operation.peer("{fmt}", [](double value) { return fmt::format("{:.3f}", value); });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", [](double value) { return taken(g_strdup_printf("%.3f", value)); });
+    operation.peer(
+        "GLib", [](double value) { return GLibText(g_strdup_printf("%.3f", value)); }, textOfGLib);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", [](double value) { return Poco::NumberFormatter::format(value, 3); });
@@ -251,7 +264,7 @@ std::string seventeenDigits(Random& random) {
 double converted(std::string const& text) { return std::strtod(text.c_str(), nullptr); }
 
 void addReading(std::string const& kind, std::vector<std::string> const& texts) {
-    auto const operation = Operation("text to double, " + kind, texts, converted).threaded();
+    auto const operation = Operation("string to double, " + kind, texts, converted).threaded();
     operation.plain("strtod", converted);
     operation.ours([](std::string const& text) {
         double value = 0;
@@ -372,6 +385,8 @@ void addSuffix() {
     Operation const operation("endsWith", pool(withSuffix), compared);
     operation.plain("std::string::compare", compared);
     operation.ours([](Pair const& pair) { return utilities::endsWith(pair.first, pair.second); });
+    operation.peer("std::string::ends_with",
+                   [](Pair const& pair) { return pair.first.ends_with(pair.second); });
 #ifdef UTILLIBRARY_PEER_ABSL
     operation.peer("Abseil",
                    [](Pair const& pair) { return absl::EndsWith(pair.first, pair.second); });
@@ -403,7 +418,7 @@ public:
         auto const plain = [list = list_](std::string const& text) {
             return std::find(list.begin(), list.end(), text) - list.begin();
         };
-        Operation const operation("searchVector, whole texts, 1000 of them", wanted_, plain);
+        Operation const operation("searchVector, whole strings, 1000 of them", wanted_, plain);
         operation.plain("std::find", plain);
         addOurs(operation, false);
 #ifdef UTILLIBRARY_PEER_QT
@@ -420,7 +435,7 @@ public:
             };
             return std::find_if(list.begin(), list.end(), contains) - list.begin();
         };
-        Operation const operation("searchVector, parts of texts, 1000 of them", parts(), plain);
+        Operation const operation("searchVector, parts of strings, 1000 of them", parts(), plain);
         operation.plain("std::string::find", plain);
         addOurs(operation, true);
 #ifdef UTILLIBRARY_PEER_ABSL
@@ -473,22 +488,23 @@ private:
 }  // namespace
 
 void benchmarks::addRows() {
-    addInteger("int to text", "%d",
+    addInteger("int to string", "%d",
                pool([](Random& random) { return static_cast<int>(numberOf(random, 9)); }));
-    addInteger("unsigned to text", "%u",
+    addInteger("unsigned to string", "%u",
                pool([](Random& random) { return static_cast<unsigned>(random() >> 32); }));
-    addInteger("long to text", "%ld", pool([](Random& random) { return numberOf(random, 18); }));
+    addInteger("long to string", "%ld", pool([](Random& random) { return numberOf(random, 18); }));
     addBoolean();
     addHex();
     addGeneral("double of 53 bits", pool(anyDouble));
     addGeneral("double of 3 decimals", pool(threeDecimals));
     addGeneral("float", pool([](Random& random) { return static_cast<float>(anyDouble(random)); }));
+    addLiteral();
     addFixed();
     addReading("3 decimals",
                pool([](Random& random) { return printed("%.3f", threeDecimals(random)); }));
     addReading("17 digits", pool(seventeenDigits));
     addWithoutCase("16 bytes", alikePairs(16));
-    for (std::size_t const size : SIZES)
+    for (std::size_t const size : MAIN_SIZES)
         addWithoutCase(sizeName(size), alikePairs(size));
     addSuffix();
     Search const search;

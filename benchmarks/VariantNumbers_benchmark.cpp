@@ -279,7 +279,7 @@ void addTextToInt() {
     auto const wanted = [](std::string const& text) { return extracted(widened(text)); };
     auto const read = [](Variant const& v) { return v.toInt32(); };
     auto const texts = pool(intText);
-    auto const operation = Operation("text to int", texts, wanted).threaded();
+    auto const operation = Operation("string to int", texts, wanted).threaded();
     for (auto const& there :
          {operation, operation.under(PLAIN_LOCALE), operation.under(GROUPING_LOCALE)}) {
         there.plain("std::wistringstream", prepared(widened, extracted));
@@ -310,7 +310,7 @@ void addTextToInt() {
 #endif
 
     // The libraries above accept no trailing characters.
-    Operation const general("text to int, blanks and a unit",
+    Operation const general("string to int, spaces and a unit",
                             pool([](Random& random) { return "  " + intText(random) + " km"; }),
                             wanted);
     general.plain("std::wistringstream", prepared(widened, extracted));
@@ -322,7 +322,7 @@ void addTextToInt() {
 
 Operation<std::string, double> textToDouble(std::string const& kind,
                                             std::vector<std::string> const& texts) {
-    return {"text to double, " + kind, texts,
+    return {"string to double, " + kind, texts,
             [](std::string const& text) { return converted(widened(text)); }};
 }
 
@@ -355,7 +355,7 @@ void addTextToDouble(Operation<std::string, double> const& operation) {
 }
 
 void addTextToBool() {
-    Operation const operation("text to bool", pool(booleanText), [](std::string const& text) {
+    Operation const operation("string to bool", pool(booleanText), [](std::string const& text) {
         return firstLetterOrNumber(widened(text));
     });
     operation.plain("first letter, or wcstol", prepared(widened, firstLetterOrNumber));
@@ -399,12 +399,12 @@ void addComparison() {
     operation.ours(
         [](Pair const& pair) { return Variant::compareDoubles(pair.first, pair.second); });
 #ifdef UTILLIBRARY_PEER_BOOST
-    operation.otherJob("Boost", "the distance alone", [](Pair const& pair) {
+    operation.otherJob("Boost", "only the distance", [](Pair const& pair) {
         return boost::math::relative_difference(pair.first, pair.second);
     });
 #endif
 #ifdef UTILLIBRARY_PEER_QT
-    operation.otherJob("Qt", "equal or not",
+    operation.otherJob("Qt", "only whether equal",
                        [](Pair const& pair) { return qFuzzyCompare(pair.first, pair.second); });
 #endif
 }

@@ -23,6 +23,8 @@
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
 #include <glib-object.h>
+
+#include "support/glib_text.h"
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
 #include <Poco/DateTime.h>
@@ -43,7 +45,7 @@ using com::halvorin::datatypes::xtime_t;
 
 constexpr char const* OTHER_DIGITS = "other digits";
 constexpr char const* BYTES = "bytes, not narrowed";
-constexpr char const* WORDS = "a word for it";
+constexpr char const* WORDS = "true or false";
 
 template <typename Value>
 Variant asVariant(Value const& value) {
@@ -155,11 +157,11 @@ GValue asGValue(double value) {
     return holder;
 }
 
-std::string toGLibText(GValue const& value) {
+GLibText toGLibText(GValue const& value) {
     GValue target = G_VALUE_INIT;
     g_value_init(&target, G_TYPE_STRING);
     g_value_transform(&value, &target);
-    std::string text = g_value_get_string(&target);
+    GLibText text(g_value_dup_string(&target));
     g_value_unset(&target);
     return text;
 }
@@ -183,7 +185,7 @@ void addInLocales(Operation<Value, std::string> const& operation, Plain plain) {
 
 void addInt() {
     auto const ints = pool(anyInt);
-    auto const operation = Operation("int to text", ints, streamed<int>).threaded();
+    auto const operation = Operation("int to string", ints, streamed<int>).threaded();
     addInLocales(operation, streamed<int>);
     operation.peer("std::to_string", [](int value) { return std::to_string(value); });
 #ifdef UTILLIBRARY_PEER_ABSL
@@ -196,7 +198,8 @@ void addInt() {
     operation.peer("{fmt}", [](int value) { return fmt::to_string(value); });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
-    operation.peer("GLib", prepared([](int value) { return asGValue(value); }, toGLibText));
+    operation.peer("GLib", prepared([](int value) { return asGValue(value); }, toGLibText),
+                   [](GLibText const& text) { return textOf(text); });
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", prepared(asVar<int>, toPocoText));
@@ -205,7 +208,7 @@ void addInt() {
     operation.peer("Qt", prepared(asQVariant<int>, toQString), inBytes);
 #endif
 
-    Operation const wide("int to wide text", ints, streamedWide<int>);
+    Operation const wide("int to wide string", ints, streamedWide<int>);
     wide.plain("std::wostringstream", streamedWide<int>);
     wide.ours(prepared(asVariant<int>, [](Variant const& v) { return v.toString(0); }));
     wide.peer("std::to_wstring", [](int value) { return std::to_wstring(value); });
@@ -217,12 +220,12 @@ void addInt() {
               [](QString const& text) { return text.toStdWString(); });
 #endif
 
-    Operation const kept("int to text that is kept", ints, streamed<int>);
+    Operation const kept("int to char const*", ints, streamed<int>);
     kept.ours(prepared(asVariant<int>, [](Variant const& v) -> char const* { return v; }));
 }
 
 void addBool() {
-    Operation const operation("bool to text", pool(anyBool), streamed<bool>);
+    Operation const operation("bool to string", pool(anyBool), streamed<bool>);
     addInLocales(operation, streamed<bool>);
     operation.peer("std::to_string", [](bool value) { return std::to_string(value ? 1 : 0); });
 #ifdef UTILLIBRARY_PEER_ABSL
@@ -247,7 +250,7 @@ void addBool() {
 template <typename Value>
 Operation<Value, std::string> floatingToText(std::string const& kind,
                                              std::vector<Value> const& values) {
-    return {kind + " to text", values, streamedAsDouble<Value>};
+    return {kind + " to string", values, streamedAsDouble<Value>};
 }
 
 template <typename Value>
@@ -293,7 +296,7 @@ void addDouble() {
 }
 
 void addWideDouble() {
-    Operation const operation("double to wide text", pool(anyDouble), streamedWide<double>);
+    Operation const operation("double to wide string", pool(anyDouble), streamedWide<double>);
     operation.plain("std::wostringstream", streamedWide<double>);
     operation.ours(prepared(asVariant<double>, [](Variant const& v) { return v.toString(0); }));
 #ifdef UTILLIBRARY_PEER_FMT
@@ -304,7 +307,7 @@ void addWideDouble() {
 // ---- times
 
 void addDateTime() {
-    auto const operation = Operation("date-time to text", pool(anyTime), printedTime).threaded();
+    auto const operation = Operation("date-time to string", pool(anyTime), printedTime).threaded();
     operation.plain("gmtime_r, snprintf", printedTime);
     operation.ours(prepared(asVariant<xtime_t>, toText));
 #ifdef UTILLIBRARY_PEER_POCO
@@ -364,8 +367,9 @@ void benchmarks::addRows() {
     addFloating("uint64", pool(anyUint64));
     addWideDouble();
     addDateTime();
-    addText("text of 8 to 14 to text", pool([](Random& random) { return anyText(random, 8, 14); }));
-    addText("text of 256 to text", textsOf(256));
+    addText("string of 8 to 14 bytes to string",
+            pool([](Random& random) { return anyText(random, 8, 14); }));
+    addText("string of 256 bytes to string", textsOf(256));
     for (std::size_t const size : SIZES)
-        addText("text to text, " + sizeName(size), textsOf(size));
+        addText("string to string, " + sizeName(size), textsOf(size));
 }

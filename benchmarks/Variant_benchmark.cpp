@@ -1,4 +1,5 @@
 #include <any>
+#include <cmath>
 #include <cstdlib>
 #include <string>
 #include <type_traits>
@@ -56,11 +57,12 @@ xtime_t anyTime(Random& random) {
             static_cast<unsigned>(count % MILLISECONDS) * NANOSECONDS_PER_MILLISECOND};
 }
 
-// ---- holders
+// ---- types that contain a value
 //
 // How a library stores a value. WHO is its name, and Holder its type. `native` converts a value to
 // the library's own type before the clock starts. `hold` makes a Holder, `assign` replaces its
-// value, and `read` reads it back. TEXT_NOTE says if the library stores strings in another form.
+// value as the library's manual does, and `read` reads it back. TEXT_NOTE says if the library
+// stores strings in another form.
 
 struct Ours {
     using Holder = Variant;
@@ -195,7 +197,11 @@ struct Qt6 {
     }
     template <typename Native>
     static void assign(Holder& holder, Native const& value) {
-        holder = hold(value);
+        if constexpr (requires { widened(value); }) {
+            holder.setValue(widened(value));
+        } else {
+            holder.setValue(value);
+        }
     }
     template <typename Value>
     static Value read(Holder const& holder) {
@@ -287,7 +293,7 @@ struct GLib {
 };
 #endif
 
-// ---- what every holder does
+// ---- what is measured with each of these types
 
 template <typename Value>
 struct Holding {
@@ -319,12 +325,12 @@ template <typename Library, typename Value>
 void addHolder(Holding<Value> const& holding) {
     using Holder = typename Library::Holder;
     auto const own = [](Value const& value) { return Library::native(value); };
-    auto const held = [](Value const& value) { return Library::hold(Library::native(value)); };
+    auto const stored = [](Value const& value) { return Library::hold(Library::native(value)); };
 
     addRow<Library>(holding.build,
                     prepared(own, [](auto const& native) { return Library::hold(native); }));
     addRow<Library>(holding.copy,
-                    prepared(held, [](Holder const& holder) { return Holder(holder); }));
+                    prepared(stored, [](Holder const& holder) { return Holder(holder); }));
     addRow<Library>(holding.overwrite,
                     prepared(own, [target = Holder()](auto const& native) mutable -> Holder const& {
                         Library::assign(target, native);
@@ -336,6 +342,8 @@ template <typename... Libraries, typename Value>
 void addHolders(Holding<Value> const& holding) {
     (addHolder<Libraries>(holding), ...);
 }
+
+constexpr char const* ONLY_STRINGS = "contains strings only";
 
 // The least that a wide string needs: its memory, and the copy of its characters.
 void addTextFloors(Holding<std::string> const& holding) {
@@ -350,6 +358,16 @@ void addTextFloors(Holding<std::string> const& holding) {
     });
     holding.copy.floor("std::wstring",
                        prepared(wide, [](std::wstring const& text) { return std::wstring(text); }));
+    // What a host writes that needs no other type.
+    auto const assigned = [](std::wstring& target, std::string const& text) -> std::wstring& {
+        return target.assign(text.begin(), text.end());
+    };
+    holding.build.otherJob("std::wstring", ONLY_STRINGS, wide);
+    holding.overwrite.otherJob(
+        "std::wstring, widened", ONLY_STRINGS,
+        [ assigned, target = std::wstring() ](std::string const& text) mutable -> auto const& {
+            return assigned(target, text);
+        });
     holding.overwrite.floor(
         "std::wstring",
         prepared(
@@ -378,15 +396,26 @@ void addAllHolders(Holding<Value> const& holding) {
     }
 }
 
-void addLargeTexts() {
-    for (std::size_t const size : SIZES) {
-        Holding<std::string> const texts("text, " + sizeName(size), textsOf(size));
-        addHolders<Ours, StandardVariant>(texts);
+void addSizes(Holding<std::string> const& texts) {
+    addHolders<Ours, StandardVariant>(texts);
 #ifdef UTILLIBRARY_PEER_QT
-        addHolder<Qt6>(texts);
+    addHolder<Qt6>(texts);
 #endif
-        addTextFloors(texts);
-    }
+    addTextFloors(texts);
+}
+
+// Of 1 byte to 16 KiB, each power of two as likely as the others. So a short string often replaces
+// a long one, and a long one a short one.
+std::string anySize(Random& random) {
+    auto const exponent = std::uniform_real_distribution<double>(0, 14)(random);
+    auto const size = static_cast<std::size_t>(std::exp2(exponent));
+    return anyText(random, size, size);
+}
+
+void addLargeTexts() {
+    for (std::size_t const size : SIZES)
+        addSizes(Holding<std::string>("string, " + sizeName(size), textsOf(size)));
+    addSizes(Holding<std::string>("string of 1 byte to 16 KiB", pool(anySize)));
 }
 
 // ---- the names of the types
@@ -403,7 +432,7 @@ void addNames() {
     toNumber.ours(prepared([](int number) { return Variant::typeNumber2Name(number); },
                            [](wchar_t const* name) { return Variant::typeName2Number(name); }));
 
-    [[maybe_unused]] constexpr char const* NOTE = "types of its own";
+    [[maybe_unused]] constexpr char const* NOTE = "other types";
 #ifdef UTILLIBRARY_PEER_QT
     auto const qtType = [](int number) { return QMetaType(QMetaType::Bool + number); };
     toName.otherJob("Qt", NOTE, prepared(qtType, [](QMetaType type) { return type.name(); }));
@@ -432,13 +461,13 @@ void benchmarks::addRows() {
     addAllHolders(Holding<xtime_t>("date-time", pool(anyTime)));
 
     auto const shortText = [](Random& random) { return anyText(random, 8, 14); };
-    Holding<std::string> const shortTexts("text of 8 to 14", pool(shortText));
-    Holding<std::string> const longTexts("text of 256", textsOf(256));
+    Holding<std::string> const shortTexts("string of 8 to 14 bytes", pool(shortText));
+    Holding<std::string> const longTexts("string of 256 bytes", textsOf(256));
     addAllHolders(shortTexts);
     addTextFloors(shortTexts);
     addAllHolders(longTexts);
     addTextFloors(longTexts);
-    addAllHolders(Holding<std::wstring>("wide text of 8 to 14", pool([&](Random& random) {
+    addAllHolders(Holding<std::wstring>("wide string of 8 to 14", pool([&](Random& random) {
                                             std::string const text = shortText(random);
                                             return std::wstring(text.begin(), text.end());
                                         })));

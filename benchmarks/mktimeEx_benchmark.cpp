@@ -1,6 +1,7 @@
 #include <chrono>
 #include <climits>
 #include <ctime>
+#include <tuple>
 
 #include <utillibrary/utilities/mktimeEx.h>
 
@@ -35,7 +36,7 @@ namespace {
 using namespace benchmarks;
 using com::halvorin::utilities::mktimeEx;
 
-constexpr char const* SECONDS_ALONE = "seconds alone: no day of the week, none of the year";
+constexpr char const* ONLY_SECONDS = "no day of the week, no day of the year";
 
 struct Result {
     long seconds;
@@ -43,6 +44,18 @@ struct Result {
     int dayOfYear;  // from 0
 
     bool operator==(Result const&) const = default;
+};
+
+// A record whose fields were carried into their ranges.
+struct Carried {
+    long seconds;
+    std::tm fields;
+
+    auto all() const {
+        return std::tuple(seconds, fields.tm_year, fields.tm_mon, fields.tm_mday, fields.tm_hour,
+                          fields.tm_min, fields.tm_sec, fields.tm_wday, fields.tm_yday);
+    }
+    bool operator==(Carried const& other) const { return all() == other.all(); }
 };
 
 struct Date {
@@ -61,7 +74,10 @@ std::tm ordinary(Random& random) {
     std::tm fields{};
     fields.tm_year = static_cast<int>(between(random, 70, 137));
     fields.tm_mon = static_cast<int>(between(random, 0, 11));
-    fields.tm_mday = static_cast<int>(between(random, 1, 28));
+    std::chrono::year const year(fields.tm_year + 1900);
+    std::chrono::month const month(static_cast<unsigned>(fields.tm_mon) + 1);
+    unsigned const days = static_cast<unsigned>((year / month / std::chrono::last).day());
+    fields.tm_mday = static_cast<int>(between(random, 1, days));
     fields.tm_hour = static_cast<int>(between(random, 0, 23));
     fields.tm_min = static_cast<int>(between(random, 0, 59));
     fields.tm_sec = static_cast<int>(between(random, 0, 59));
@@ -113,8 +129,18 @@ Result byUs(std::tm fields) {
     return {seconds, fields.tm_wday, fields.tm_yday};
 }
 
+Carried carriedByLibc(std::tm fields) {
+    long const seconds = timegm(&fields);
+    return {seconds, fields};
+}
+
+Carried carriedByUs(std::tm fields) {
+    long const seconds = mktimeEx(&fields, 0);
+    return {seconds, fields};
+}
+
 // The rule applied literally, one month and one year after the other.
-Result byMonths(std::tm fields) {
+Carried carriedByMonths(std::tm fields) {
     constexpr int LENGTHS[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     auto const leap = [](int year) {
         return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0) ? 1 : 0;
@@ -136,8 +162,12 @@ Result byMonths(std::tm fields) {
     long days = dayOfYear;
     for (int y = 1970; y < year; ++y)
         days += 365 + leap(y);
-    return {days * 86400 + fields.tm_hour * 3600 + fields.tm_min * 60 + fields.tm_sec,
-            static_cast<int>((days + 4) % 7), dayOfYear};
+    fields.tm_year = year - 1900;
+    fields.tm_mon = month;
+    fields.tm_mday = day + 1;
+    fields.tm_wday = static_cast<int>((days + 4) % 7);
+    fields.tm_yday = dayOfYear;
+    return {days * 86400 + fields.tm_hour * 3600 + fields.tm_min * 60 + fields.tm_sec, fields};
 }
 
 // ---- what gives the same fields
@@ -170,6 +200,34 @@ Result chronoFields(std::tm const& fields) {
             static_cast<int>(days - chronoDays<Calendar>(first))};
 }
 
+// Fields that may be out of their ranges: the months are carried into the year, and all other
+// fields are added to the first day of the month. The date is then read from the sum.
+template <typename Calendar>
+Carried carriedFields(std::tm const& fields) {
+    using Days = typename Calendar::Days;
+    auto const month = typename Calendar::YearMonth(typename Calendar::Year(fields.tm_year + 1900),
+                                                    typename Calendar::Month(1)) +
+                       typename Calendar::Months(fields.tm_mon);
+    auto const time = Days(month / 1) + std::chrono::days(fields.tm_mday - 1L) +
+                      std::chrono::hours(fields.tm_hour) + std::chrono::minutes(fields.tm_min) +
+                      std::chrono::seconds(fields.tm_sec);
+    auto const day = std::chrono::floor<std::chrono::days>(time);
+    std::chrono::hh_mm_ss const clock(time - day);
+    typename Calendar::Date const date{Days(day)};
+    typename Calendar::Date const first(date.year(), typename Calendar::Month(1),
+                                        typename Calendar::Day(1));
+    std::tm carried{};
+    carried.tm_year = static_cast<int>(date.year()) - 1900;
+    carried.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
+    carried.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
+    carried.tm_hour = static_cast<int>(clock.hours().count());
+    carried.tm_min = static_cast<int>(clock.minutes().count());
+    carried.tm_sec = static_cast<int>(clock.seconds().count());
+    carried.tm_wday = static_cast<int>(typename Calendar::Weekday(Days(day)).c_encoding());
+    carried.tm_yday = static_cast<int>((day - Days(first)).count());
+    return {time.time_since_epoch().count(), carried};
+}
+
 struct StandardCalendar {
     using Date = std::chrono::year_month_day;
     using Year = std::chrono::year;
@@ -177,6 +235,8 @@ struct StandardCalendar {
     using Day = std::chrono::day;
     using Days = std::chrono::sys_days;
     using Weekday = std::chrono::weekday;
+    using YearMonth = std::chrono::year_month;
+    using Months = std::chrono::months;
 };
 
 #ifdef UTILLIBRARY_PEER_DATE
@@ -187,12 +247,14 @@ struct DateCalendar {
     using Day = date::day;
     using Days = date::sys_days;
     using Weekday = date::weekday;
+    using YearMonth = date::year_month;
+    using Months = date::months;
 };
 #endif
 
 void addPeers(Operation<std::tm, Result> const& operation) {
     operation.peer("std::chrono", chronoFields<StandardCalendar>);
-    operation.otherJob("std::chrono, seconds", SECONDS_ALONE, chronoSeconds<StandardCalendar>);
+    operation.otherJob("std::chrono, seconds", ONLY_SECONDS, chronoSeconds<StandardCalendar>);
 #ifdef UTILLIBRARY_PEER_BOOST
     operation.peer("Boost", [](std::tm const& t) {
         boost::gregorian::date const date(static_cast<unsigned short>(t.tm_year + 1900),
@@ -206,7 +268,7 @@ void addPeers(Operation<std::tm, Result> const& operation) {
 #endif
 #ifdef UTILLIBRARY_PEER_DATE
     operation.peer("date", chronoFields<DateCalendar>);
-    operation.otherJob("date, seconds", SECONDS_ALONE, chronoSeconds<DateCalendar>);
+    operation.otherJob("date, seconds", ONLY_SECONDS, chronoSeconds<DateCalendar>);
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
     operation.peer("GLib", [](std::tm const& t) {
@@ -234,7 +296,6 @@ void addPeers(Operation<std::tm, Result> const& operation) {
 #endif
 }
 
-// Abseil alone carries fields that are out of their ranges.
 #ifdef UTILLIBRARY_PEER_ABSL
 absl::CivilSecond civilSecond(std::tm const& t) {
     return absl::CivilSecond(t.tm_year + 1900L, t.tm_mon + 1L, t.tm_mday, t.tm_hour, t.tm_min,
@@ -253,6 +314,30 @@ void addAbseil([[maybe_unused]] Operation<std::tm, Result> const& operation) {
 #endif
 }
 
+// The libraries that carry fields which are out of their ranges.
+void addCarryingPeers(Operation<std::tm, Carried> const& operation) {
+    operation.peer("std::chrono", carriedFields<StandardCalendar>);
+#ifdef UTILLIBRARY_PEER_DATE
+    operation.peer("date", carriedFields<DateCalendar>);
+#endif
+#ifdef UTILLIBRARY_PEER_ABSL
+    operation.peer("Abseil", [](std::tm const& t) {
+        absl::CivilSecond const second = civilSecond(t);
+        absl::CivilDay const day(second);
+        std::tm carried{};
+        carried.tm_year = static_cast<int>(second.year() - 1900);
+        carried.tm_mon = second.month() - 1;
+        carried.tm_mday = second.day();
+        carried.tm_hour = second.hour();
+        carried.tm_min = second.minute();
+        carried.tm_sec = second.second();
+        carried.tm_wday = (static_cast<int>(absl::GetWeekday(day)) + 1) % 7;
+        carried.tm_yday = absl::GetYearDay(day) - 1;
+        return Carried{absl::ToUnixSeconds(absl::FromCivil(second, absl::UTCTimeZone())), carried};
+    });
+#endif
+}
+
 }  // namespace
 
 void benchmarks::addRows() {
@@ -262,20 +347,22 @@ void benchmarks::addRows() {
     addPeers(dates);
     addAbseil(dates);
 
-    Operation const carried("calendar to seconds, fields out of range", pool(outOfRange), byLibc);
-    carried.plain("timegm", byLibc);
-    carried.ours(byUs);
-    addAbseil(carried);
+    Operation const carried("calendar to seconds, fields out of range", pool(outOfRange),
+                            carriedByLibc);
+    carried.plain("timegm", carriedByLibc);
+    carried.ours(carriedByUs);
+    addCarryingPeers(carried);
 
     Operation const days(
-        "calendar to seconds, day 20 000",
-        pool([](Random& random) { return ofDay(between(random, 19'000, 21'000)); }), byLibc);
-    days.plain("timegm", byLibc);
-    days.plain("one month at a time", byMonths);
-    days.ours(byUs);
-    addAbseil(days);
+        "calendar to seconds, day 20000 of a month",
+        pool([](Random& random) { return ofDay(between(random, 19'000, 21'000)); }), carriedByLibc);
+    days.plain("timegm", carriedByLibc);
+    days.plain("one month at a time", carriedByMonths);
+    days.ours(carriedByUs);
+    addCarryingPeers(days);
 
-    // The seconds of most of them are -1 here; the date is carried all the same.
+    // Most times are outside the range of the seconds, which are then -1, but the date is carried.
+    // std::chrono and date have no such years: theirs end at 32767.
     Operation const wide("calendar to seconds, any fields", pool(anything), [](std::tm fields) {
         timegm(&fields);
         return dateOf(fields);

@@ -86,7 +86,7 @@ void addClock() {
         },
         [](timeval const& now) { return Now{now.tv_sec}; });
 #ifdef UTILLIBRARY_PEER_ABSL
-    clock.otherJob("Abseil", "reckoned from cycles between readings",
+    clock.otherJob("Abseil", "computed from processor cycles",
                    [](int /*unused*/) { return absl::Now(); });
 #endif
 #ifdef UTILLIBRARY_PEER_BOOST
@@ -272,7 +272,7 @@ void addArithmetic() {
                                   static_cast<double>(static_cast<float>(seconds)));
     });
     difference.ours([](Span const& span) { return span.first.difference(span.second); });
-    Operation const order("order", spans, [](Span const& span) {
+    Operation const order("less than", spans, [](Span const& span) {
         return asTimePoint(span.first) < asTimePoint(span.second);
     });
     order.ours([](Span const& span) { return span.first < span.second; });

@@ -26,6 +26,7 @@
 #include <fmt/format.h>
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
+#include "support/glib_text.h"
 #include "support/glib_time.h"
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
@@ -152,11 +153,7 @@ date::sys_time<std::chrono::milliseconds> asDate(xtime_t const& time) {
 #endif
 
 #ifdef UTILLIBRARY_PEER_GLIB
-std::string taken(char* text) {
-    std::string copy = text;
-    g_free(text);
-    return copy;
-}
+auto const textOfGLib = [](GLibText const& text) { return textOf(text); };
 
 GLibTime asGLib(xtime_t const& time) { return GLibTime(time); }
 #endif
@@ -169,6 +166,12 @@ Poco::Timestamp asPoco(xtime_t const& time) {
 long pocoMilliseconds(Poco::Timestamp const& time) {
     return time.epochMicroseconds() / MILLISECONDS;
 }
+
+// Poco takes its formats as std::string, so they are made once.
+std::string const POCO_ISO = "%Y-%m-%dT%H:%M:%S.%iZ";
+std::string const POCO_ISO_EAST = "%Y-%m-%dT%H:%M:%S.%i%Z";
+std::string const POCO_ISO_READ = "%Y-%m-%dT%H:%M:%s%z";
+std::string const POCO_FOURTEEN = "%Y%m%d%H%M%S";
 
 Poco::Timestamp parsedByPoco(std::string const& format, std::string const& text) {
     int zone = 0;
@@ -192,7 +195,7 @@ long qtMilliseconds(QDateTime const& time) { return time.toMSecsSinceEpoch(); }
 // ---- ISO strings, written
 
 void addIsoOut() {
-    auto const operation = Operation("ISO text out, Z", pool(anyTime), printedUtc).threaded();
+    auto const operation = Operation("time to ISO string, Z", pool(anyTime), printedUtc).threaded();
     for (auto const& there : {operation, operation.under(GROUPING_LOCALE)}) {
         there.plain("gmtime_r, snprintf", printedUtc);
         there.ours([](xtime_t const& time) { return time.toString(true, 0, ""); });
@@ -223,18 +226,18 @@ void addIsoOut() {
 #endif
 #ifdef UTILLIBRARY_PEER_FMT
     operation.peer("{fmt}", [](xtime_t const& time) {
-        return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:03}Z", broken(time.getDateTime()),
+        return fmt::format("{:%FT%T}.{:03}Z", broken(time.getDateTime()),
                            time.getNanoseconds() / 1'000'000);
     });
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
     operation.otherJob("GLib", "microseconds", prepared(asGLib, [](GLibTime const& time) {
-                           return taken(g_date_time_format_iso8601(time.get()));
+                           return GLibText(g_date_time_format_iso8601(time.get()));
                        }));
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", prepared(asPoco, [](Poco::Timestamp const& time) {
-                       return Poco::DateTimeFormatter::format(time, "%Y-%m-%dT%H:%M:%S.%iZ");
+                       return Poco::DateTimeFormatter::format(time, POCO_ISO);
                    }));
 #endif
 #ifdef UTILLIBRARY_PEER_QT
@@ -246,7 +249,7 @@ void addIsoOut() {
 }
 
 void addIsoOutEast() {
-    Operation const operation("ISO text out, +0100", pool(anyTime), printedEast);
+    Operation const operation("time to ISO string, +0100", pool(anyTime), printedEast);
     operation.plain("gmtime_r, snprintf", printedEast);
     operation.ours([](xtime_t const& time) { return time.toString(true, AN_HOUR, ""); });
 #ifdef UTILLIBRARY_PEER_ABSL
@@ -258,7 +261,7 @@ void addIsoOutEast() {
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco", prepared(asPoco, [](Poco::Timestamp const& time) {
                        Poco::LocalDateTime const local(AN_HOUR, Poco::DateTime(time), true);
-                       return Poco::DateTimeFormatter::format(local, "%Y-%m-%dT%H:%M:%S.%i%Z");
+                       return Poco::DateTimeFormatter::format(local, POCO_ISO_EAST);
                    }));
 #endif
 #ifdef UTILLIBRARY_PEER_QT
@@ -270,20 +273,21 @@ void addIsoOutEast() {
 }
 
 void addIsoOutOddities() {
-    Operation const nanoseconds("ISO text out, any nanosecond", pool(anyNanosecond), printedUtc);
+    Operation const nanoseconds("time to ISO string, any nanosecond", pool(anyNanosecond),
+                                printedUtc);
     nanoseconds.plain("gmtime_r, snprintf", printedUtc);
     nanoseconds.ours([](xtime_t const& time) { return com::halvorin::utilities::to_string(time); });
 #ifdef UTILLIBRARY_PEER_ABSL
-    nanoseconds.otherJob("Abseil", "exact, cut", prepared(asAbseil, [](absl::Time time) {
-                             return absl::FormatTime("%Y-%m-%dT%H:%M:%E3SZ", time,
-                                                     absl::UTCTimeZone());
-                         }));
+    nanoseconds.otherJob(
+        "Abseil", "truncates the exact time", prepared(asAbseil, [](absl::Time time) {
+            return absl::FormatTime("%Y-%m-%dT%H:%M:%E3SZ", time, absl::UTCTimeZone());
+        }));
 #endif
 
     auto const farTimes = pool([](Random& random) {
         return xtime_t(between(random, -400'000'000'000, 400'000'000'000), 250'000'000);
     });
-    Operation const farYears("ISO text out, years -10705 to 14645", farTimes, printedUtc);
+    Operation const farYears("time to ISO string, years -10705 to 14645", farTimes, printedUtc);
     farYears.plain("gmtime_r, snprintf", printedUtc);
     farYears.ours([](xtime_t const& time) { return time.toString(true, 0, ""); });
 }
@@ -342,7 +346,7 @@ void addIsoIn(std::string const& name, std::vector<std::string> const& texts,
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer(
-        "Poco", [](std::string const& text) { return parsedByPoco("%Y-%m-%dT%H:%M:%s%z", text); },
+        "Poco", [](std::string const& text) { return parsedByPoco(POCO_ISO_READ, text); },
         pocoMilliseconds);
 #endif
 #ifdef UTILLIBRARY_PEER_QT
@@ -371,7 +375,7 @@ void addIsoIn(std::string const& name, std::vector<std::string> const& texts,
 
 void addIsoInOddities() {
     Operation const loose(
-        "ISO text in, no leading zeros", pool([](Random& random) {
+        "ISO string to time, no leading zeros", pool([](Random& random) {
             std::tm const t = broken(anySecond(random));
             return std::to_string(t.tm_year + 1900) + '-' + std::to_string(t.tm_mon + 1) + '-' +
                    std::to_string(t.tm_mday) + 'T' + std::to_string(t.tm_hour) + ':' +
@@ -386,7 +390,7 @@ void addIsoInOddities() {
 
 void addFourteenOut() {
     auto const operation =
-        Operation("fourteen digits out", pool(anySecond), printedFourteen).threaded();
+        Operation("time to fourteen digits", pool(anySecond), printedFourteen).threaded();
     operation.plain("gmtime_r, snprintf", printedFourteen);
     operation.ours(timeToYYYYString);
     operation.peer("strftime", [](long seconds) {
@@ -418,13 +422,14 @@ void addFourteenOut() {
     operation.peer("GLib",
                    prepared([](long seconds) { return asGLib(xtime_t(seconds, 0)); },
                             [](GLibTime const& time) {
-                                return taken(g_date_time_format(time.get(), "%Y%m%d%H%M%S"));
-                            }));
+                                return GLibText(g_date_time_format(time.get(), "%Y%m%d%H%M%S"));
+                            }),
+                   textOfGLib);
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer("Poco",
                    prepared(Poco::Timestamp::fromEpochTime, [](Poco::Timestamp const& time) {
-                       return Poco::DateTimeFormatter::format(time, "%Y%m%d%H%M%S");
+                       return Poco::DateTimeFormatter::format(time, POCO_FOURTEEN);
                    }));
 #endif
 #ifdef UTILLIBRARY_PEER_QT
@@ -437,7 +442,7 @@ void addFourteenOut() {
 #endif
 
     Operation const member(
-        "fourteen digits out, rounded", pool(anyNanosecond), [](xtime_t const& time) {
+        "time to fourteen digits, rounded", pool(anyNanosecond), [](xtime_t const& time) {
             return printedFourteen(time.getDateTime() +
                                    (time.getNanoseconds() > 500'000'000 ? 1 : 0));
         });
@@ -446,7 +451,7 @@ void addFourteenOut() {
 
 void addFourteenIn() {
     auto const texts = pool([](Random& random) { return printedFourteen(anySecond(random)); });
-    auto const operation = Operation("fourteen digits in", texts, scannedFourteen).threaded();
+    auto const operation = Operation("fourteen digits to time", texts, scannedFourteen).threaded();
     operation.plain("std::stoi, timegm", scannedFourteen);
     operation.ours(YYYYStringTotime);
     operation.peer("strptime", [](std::string const& text) {
@@ -483,7 +488,7 @@ void addFourteenIn() {
 #endif
 #ifdef UTILLIBRARY_PEER_GLIB
     operation.otherJob(
-        "GLib", "a T inside and a Z behind",
+        "GLib", "a T inside and a Z at the end",
         prepared(
             [](std::string const& text) { return text.substr(0, 8) + 'T' + text.substr(8) + 'Z'; },
             [](std::string const& text) {
@@ -492,7 +497,7 @@ void addFourteenIn() {
 #endif
 #ifdef UTILLIBRARY_PEER_POCO
     operation.peer(
-        "Poco", [](std::string const& text) { return parsedByPoco("%Y%m%d%H%M%S", text); },
+        "Poco", [](std::string const& text) { return parsedByPoco(POCO_FOURTEEN, text); },
         [](Poco::Timestamp const& time) { return time.epochTime(); });
 #endif
 #ifdef UTILLIBRARY_PEER_QT
@@ -514,8 +519,8 @@ void benchmarks::addRows() {
     addIsoOut();
     addIsoOutEast();
     addIsoOutOddities();
-    addIsoIn("ISO text in, Z", isoTexts(0, "Z"), true);
-    addIsoIn("ISO text in, +01:00", isoTexts(AN_HOUR, "+01:00"), false);
+    addIsoIn("ISO string to time, Z", isoTexts(0, "Z"), true);
+    addIsoIn("ISO string to time, +01:00", isoTexts(AN_HOUR, "+01:00"), false);
     addIsoInOddities();
     addFourteenOut();
     addFourteenIn();

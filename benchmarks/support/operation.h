@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -88,7 +89,7 @@ template <typename Input, typename Way, typename Complain>
 class Row {
 public:
     /// Takes  way: a `Prepared`; complain: gives an empty string for the expected result, and a
-    ///        message for any other; note: is printed beside the figures.
+    ///        message for any other; note: is printed next to the figures.
     Row(std::shared_ptr<std::vector<Input> const> inputs, Way way, Complain complain,
         std::string locale, std::string note)
         : inputs_(std::move(inputs)),
@@ -179,6 +180,13 @@ public:
         return copy;
     }
 
+    /// The same operation without the rows of other libraries, except those that are named here.
+    Operation withPeers(std::set<std::string> const& names) const {
+        Operation copy = *this;
+        copy.peers_ = names;
+        return copy;
+    }
+
     // ---- rows
     //
     // run: gives the result for an input, or for what `prepared` made of it. Each thread of each
@@ -228,6 +236,8 @@ private:
     template <typename Prepare, typename Run, typename Complain>
     void add(Role role, std::string const& who, std::string const& note, Prepared<Prepare, Run> way,
              Complain complain) const {
+        bool const isPeer = role == Role::PEER || role == Role::OTHER_JOB;
+        if (isPeer && peers_ && !peers_->contains(who)) return;
         if (!locale_.empty() && !hasLocale(locale_)) return leaveOut("locale " + locale_);
         Row<Input, Prepared<Prepare, Run>, Complain> const row(inputs_, std::move(way),
                                                                std::move(complain), locale_, note);
@@ -242,6 +252,7 @@ private:
     std::shared_ptr<std::vector<Input> const> inputs_;
     std::function<Wanted(Input const&)> wanted_;
     std::string locale_;
+    std::optional<std::set<std::string>> peers_;  // without a value: all
     bool threaded_ = false;
 };
 

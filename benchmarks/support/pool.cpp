@@ -13,7 +13,12 @@ double eitherSign(Random& random, double value) {
 
 }  // namespace
 
+bool isStep(std::size_t bytes) {
+    return std::find(MAIN_SIZES.begin(), MAIN_SIZES.end(), bytes) == MAIN_SIZES.end();
+}
+
 std::string sizeName(std::size_t bytes) {
+    if (bytes < KIBIBYTE) return std::to_string(bytes) + " bytes";
     return bytes < MEBIBYTE ? std::to_string(bytes / KIBIBYTE) + " KiB"
                             : std::to_string(bytes / MEBIBYTE) + " MiB";
 }

@@ -19,11 +19,18 @@ inline constexpr std::size_t POOL_SIZE = 256;
 inline constexpr std::size_t KIBIBYTE = 1024;
 inline constexpr std::size_t MEBIBYTE = 1024 * KIBIBYTE;
 
-/// The sizes for operations whose time depends on the size.
-inline constexpr std::array<std::size_t, 4> SIZES = {KIBIBYTE, 16 * KIBIBYTE, 64 * KIBIBYTE,
-                                                     MEBIBYTE};
+/// The sizes at which every library is measured.
+inline constexpr std::array<std::size_t, 3> MAIN_SIZES = {KIBIBYTE, 64 * KIBIBYTE, MEBIBYTE};
 
-/// "1 KiB", for example; the table finds the sizes by their unit.
+/// All sizes, for operations whose time depends on the size.
+inline constexpr std::array<std::size_t, 9> SIZES = {
+    16, 64, 256, KIBIBYTE, 4 * KIBIBYTE, 16 * KIBIBYTE, 64 * KIBIBYTE, 256 * KIBIBYTE, MEBIBYTE,
+};
+
+/// True for a size of `SIZES` that is not in `MAIN_SIZES`: only the fastest libraries are measured.
+bool isStep(std::size_t bytes);
+
+/// "16 bytes" or "1 KiB", for example. The table finds sizes by these units.
 std::string sizeName(std::size_t bytes);
 
 /// A pool of `make`'s results; the random numbers are the same in each run.
