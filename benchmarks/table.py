@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
-"""Makes the table of speeds from what the benchmark programs wrote.
+"""Makes the tables of speeds from what the benchmark programs wrote.
 
-    table.py RESULTS.json... --json OUT.json --markdown OUT.md
+    table.py RESULTS.json... --json OUT.json --tables OUT.md [--page PAGE.md]
+
+The tables become a page of their own. The summary of them replaces what PAGE.md has between its two
+marks, SUMMARY_BEGIN and SUMMARY_END. OUT.json has all rows, and the summary, for pictures.py.
 
 A row is named "operation/role/who", with "/real_time/threads:N" after it if it ran on N
 threads. The time of one thread is the least processor time of the repetitions, because other work
@@ -13,15 +16,37 @@ import argparse
 import collections
 import datetime
 import json
+import math
 import pathlib
 import re
 import statistics
 import subprocess
 import sys
 
-SIZE = re.compile(r"(.*), (\d+) (KiB|MiB)$")
+# The size at the end of a name, in bytes or in a number of things.
+SIZE = re.compile(r"(?P<base>.*), (?P<number>\d+) (?P<unit>bytes|KiB|MiB|pairs?|names?)$")
+BYTES = {"bytes": 1, "KiB": 1024, "MiB": 1024 ** 2}
 LOCALE = re.compile(r"(.*), locale (.*)$")
 THREADS = re.compile(r"/real_time/threads:(\d+)$")
+SUMMARY_BEGIN = "<!-- The summary: scripts/bench --keep writes it. -->"
+SUMMARY_END = "<!-- The end of the summary. -->"
+# The programs whose rows have peers, by what they measure.
+GROUPS = {
+    "Variant": "Variant: build, copy, overwrite",
+    "VariantNumbers": "Variant: conversions",
+    "VariantText": "Variant: conversions",
+    "xtime": "Times and calendar",
+    "xtime_conversions": "Times and calendar",
+    "mktimeEx": "Times and calendar",
+    "StringTrim": "Strings and numbers",
+    "StringUtilities": "Strings and numbers",
+    "StringEscape": "Escaping",
+    "StringNVP": "Fields and pairs",
+    "ByteStream": "Blocks of bytes",
+    "Library": "Loader and system",
+    "SysStats": "Loader and system",
+}
+EQUAL = (0.95, 1.05)  # the ratios that count as equal
 PACKAGES = [
     "libbenchmark-dev", "libabsl-dev", "libboost-dev", "libhowardhinnant-date-dev", "libfmt-dev",
     "libglib2.0-dev", "libgtop2-dev", "libpoco-dev", "qt6-base-dev",
@@ -85,6 +110,7 @@ class Operation:
 
     def __init__(self, name, rows):
         self.name = name
+        self.rows = rows
         by_role = collections.defaultdict(list)
         for row in rows:
             by_role[row.role].append(row)
@@ -95,6 +121,15 @@ class Operation:
         self.floor = next(iter(by_role["floor"]), None)
         self.best_peer = next(iter(by_role["peer"]), None)
         self.others = by_role["plain"][1:] + by_role["peer"][1:] + by_role["other job"]
+
+    @property
+    def size(self):
+        """The name without its size, the size, and whether it counts bytes; None without a size."""
+        name = SIZE.match(self.name)
+        if name is None:
+            return None
+        factor = BYTES.get(name["unit"])
+        return name["base"], int(name["number"]) * (factor or 1), factor is not None
 
     def over_ours(self, row):
         return row.time / self.ours.time if row and self.ours else None
@@ -140,7 +175,7 @@ def count(row):
 
 
 def table(heads, lines):
-    """Heads that begin with ">" stand above columns of numbers."""
+    """The columns of numbers are those whose heads begin with ">"."""
     yield "| " + " | ".join(head.lstrip(">") for head in heads) + " |"
     yield "|" + "|".join("--:" if head.startswith(">") else "---" for head in heads) + "|"
     for line in lines:
@@ -174,8 +209,8 @@ def locale_table(units):
                     yield [name[1], name[2], duration(base.ours), duration(operation.ours),
                            digits(operation.ours.time / base.ours.time), duration(base.plain),
                            duration(operation.plain)]
-    return table(["operation", "locale", ">ours, classic", ">ours, there", ">there ÷ classic",
-                  ">plain, classic", ">plain, there"], lines())
+    return table(["operation", "locale", ">ours, classic locale", ">ours, that locale", ">that ÷ classic",
+                  ">plain, classic locale", ">plain, that locale"], lines())
 
 
 def thread_table(rows):
@@ -189,21 +224,83 @@ def thread_table(rows):
          f"**{two / one:.2f}**"] for (operation, role, who), one, two in rates))
 
 
-def size_table(rows):
-    sizes, lines = {}, collections.defaultdict(dict)
-    for row in rows:
-        name = SIZE.match(row.operation)
-        if name and not row.threads:
-            size = int(name[2]) * (1024 if name[3] == "KiB" else 1024 ** 2)
-            sizes[size] = f"{name[2]} {name[3]}"
-            lines[name[1], ("~" if row.role == "other job" else "") + row.who][size] = row.time / size
-    ordered = sorted(sizes)
-    heads = ["operation", "who", *(f">{sizes[size]}: ns/byte" for size in ordered),
-             ">largest ÷ smallest"]
+def size_table(units, in_bytes):
+    """The time of each byte, or of each pair or name, by their number."""
+    lines, labels = collections.defaultdict(lambda: collections.defaultdict(dict)), {}
+    for operations in units.values():
+        for operation in operations:
+            if operation.size is None or operation.size[2] != in_bytes:
+                continue
+            base, size, _ = operation.size
+            labels[size] = SIZE.match(operation.name)["number"]
+            if in_bytes:
+                labels[size] += " " + SIZE.match(operation.name)["unit"]
+            for row in operation.rows:
+                who = ("~" if row.role == "other job" else "") + row.who
+                lines[base][who][size] = f"{row.time / size:.3g}"
+    sizes = sorted(labels)
+    heads = ["operation", "who", *(f">{labels[size]}" for size in sizes)]
+    return table(heads, ([base, who, *(times.get(size, "–") for size in sizes)]
+                         for base, by_who in lines.items() for who, times in by_who.items()
+                         if len(times) > 1))
+
+
+# ---- the summary
+
+
+def geometric_mean(values):
+    return math.exp(statistics.fmean(map(math.log, values)))
+
+
+class Group:
+    """The operations of some programs that have a peer with the same job."""
+
+    def __init__(self, name, operations):
+        self.name = name
+        by_base = collections.defaultdict(list)
+        for operation in operations:
+            base = operation.size[0] if operation.size else operation.name
+            by_base[base].append(operation.over_ours(operation.best_peer))
+        self.operations = len(by_base)
+        self.mean = geometric_mean([geometric_mean(ratios) for ratios in by_base.values()])
+        ratios = [ratio for ratios in by_base.values() for ratio in ratios]
+        self.ahead = sum(ratio > EQUAL[1] for ratio in ratios)
+        self.behind = sum(ratio < EQUAL[0] for ratio in ratios)
+        self.equal = len(ratios) - self.ahead - self.behind
+
+    def as_json(self):
+        return {"group": self.name, "operations": self.operations, "mean": round(self.mean, 3),
+                "ahead": self.ahead, "equal": self.equal, "behind": self.behind}
+
+
+def summary_of(units):
+    """The groups in the order of GROUPS, and then all of them as one."""
+    grouped = {name: [] for name in GROUPS.values()}
+    for unit, operations in units.items():
+        compared = [o for o in operations
+                    if o.ours and o.best_peer and not LOCALE.match(o.name)]
+        grouped.setdefault(GROUPS.get(unit, unit), []).extend(compared)
+    groups = [Group(name, operations) for name, operations in grouped.items() if operations]
+    every = [operation for operations in grouped.values() for operation in operations]
+    return [*groups, Group("All", every)] if every else []
+
+
+def summary_table(summary):
+    heads = ["", ">operations", ">best peer ÷ ours", ">rows ahead", ">rows equal", ">rows behind"]
     return table(heads, (
-        [*key, *(f"{per_byte[size]:.3g}" for size in ordered),
-         digits(per_byte[ordered[-1]] / per_byte[ordered[0]])]
-        for key, per_byte in lines.items() if len(per_byte) == len(sizes)))
+        [f"**{g.name}**" if g is summary[-1] else g.name, str(g.operations), f"**{digits(g.mean)}**",
+         str(g.ahead), str(g.equal), str(g.behind)] for g in summary))
+
+
+def page_with_summary(page, about, summary):
+    """The page with this summary between its marks."""
+    before, mark, rest = page.partition(SUMMARY_BEGIN + "\n")
+    _, end, after = rest.partition(SUMMARY_END)
+    if not mark or not end:
+        raise SystemExit(f"table.py: the page lacks {SUMMARY_BEGIN} or {SUMMARY_END}")
+    where = f"Measured on {about['date']}: {about['processor']}, {about['compiler']}."
+    lines = "\n".join(summary_table(summary))
+    return "".join([before, mark, "\n", where, "\n\n", lines, "\n", end, after])
 
 
 def output_of(*command):
@@ -231,17 +328,21 @@ def machine(context, rows):
     }
 
 
-def markdown(about, left_out, units, rows):
-    yield f"Machine: {about['processor']}, {about['processors']} cores; {about['system']}; {about['compiler']}."
-    yield f"Date: {about['date']}. Packages: {about['packages']}."
-    yield f"Left out: {left_out or 'nothing'}."
-    yield ""
-    yield (f"Nanoseconds of processor time an operation, unless a unit stands beside them: the least of "
-           f"{about['repetitions']} repetitions, the rows of a unit interleaved at random on one pinned "
-           f"core. In half of the rows the median lies less than {about['spread_of_half']:.0%} above, in "
-           f"nine tenths less than {about['spread_of_nine_tenths']:.0%}.")
-    yield ("plain: the libc or stream call that defines the behaviour. floor: what the operation "
-           "cannot do without. ~: a peer whose job is not the same, which is never the best one.")
+def tables_page(about, left_out, units, rows):
+    yield "# Speed: all tables\n"
+    yield "<!-- scripts/bench --keep writes this page. -->\n"
+    yield ("[speed.md](speed.md) has the summary, the pictures and the reasons. "
+           "[benchmarks/README.md](../benchmarks/README.md) says how this was measured.\n")
+    yield (f"- Machine: {about['processor']}, {about['processors']} cores; {about['system']}; "
+           f"{about['compiler']}.")
+    yield f"- Date: {about['date']}. Packages: {about['packages']}."
+    yield f"- Left out: {left_out or 'nothing'}."
+    yield (f"- A figure is the least processor time of {about['repetitions']} repetitions, in nanoseconds "
+           f"if no unit follows it. All rows of a table run in random order on one core. In half of the "
+           f"rows the median is less than {about['spread_of_half']:.0%} above the least time, in nine "
+           f"tenths less than {about['spread_of_nine_tenths']:.0%}.")
+    yield ("- plain: the libc or stream call that defines the result. floor: the least that the operation "
+           "needs. ~: a peer whose job is not the same. It is never the best peer.")
     yield ""
     for unit, operations in units.items():
         if any(operation.ours for operation in operations):
@@ -251,11 +352,13 @@ def markdown(about, left_out, units, rows):
     yield from floor_table(units.get("floors", []))
     yield "## Under a named locale\n"
     yield from locale_table(units)
-    yield "## Cost by size\n"
-    yield from size_table(rows)
+    yield "## Nanoseconds for a byte, by the size of the string or block\n"
+    yield from size_table(units, True)
+    yield "## Nanoseconds for a pair or name, by their number\n"
+    yield from size_table(units, False)
     yield "## Two threads\n"
-    yield ("Millions of operations a second by the clock, both threads together; medians, which count "
-           "on a quiet machine only.\n")
+    yield ("Millions of operations a second by the clock, both threads together. The figures are medians, "
+           "and mean something on a quiet machine only.\n")
     yield from thread_table(rows)
 
 
@@ -263,7 +366,8 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("results", nargs="+", type=pathlib.Path)
     parser.add_argument("--json", required=True, type=pathlib.Path)
-    parser.add_argument("--markdown", required=True, type=pathlib.Path)
+    parser.add_argument("--tables", required=True, type=pathlib.Path)
+    parser.add_argument("--page", type=pathlib.Path)
     arguments = parser.parse_args()
 
     rows_of, rows, errors, left_out = collections.defaultdict(list), [], [], set()
@@ -277,12 +381,17 @@ def main():
     units = {unit: operations_of(rows_of[unit]) for unit in sorted(rows_of, key=str.lower)}
     about = machine(context, rows)
     missing = ", ".join(sorted(left_out))
+    summary = summary_of(units)
 
     arguments.json.write_text(json.dumps({
         "machine": about, "left_out": sorted(left_out),
+        "summary": [group.as_json() for group in summary],
         "units": {unit: [row.as_json() for row in read] for unit, read in rows_of.items()},
     }, indent=1) + "\n")
-    arguments.markdown.write_text("\n".join(markdown(about, missing, units, rows)))
+    arguments.tables.write_text("\n".join(tables_page(about, missing, units, rows)))
+    if arguments.page:
+        page = arguments.page.read_text()
+        arguments.page.write_text(page_with_summary(page, about, summary))
     for error in errors:
         print(f"wrong result: {error}", file=sys.stderr)
     return 1 if errors else 0

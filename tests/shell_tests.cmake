@@ -79,6 +79,11 @@ foreach(name IN ITEMS bootstrap check check_kept mutate scripts)
   utillibrary_shell_test(${name})
 endforeach()
 
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+add_test(NAME speed_page
+  COMMAND Python3::Interpreter "${CMAKE_CURRENT_SOURCE_DIR}/speed_page_test.py")
+set_tests_properties(speed_page PROPERTIES ENVIRONMENT "SOURCE_DIR=${PROJECT_SOURCE_DIR}")
+
 # ---- what takes long, or needs much
 
 if(UTILLIBRARY_TEST_ALL)

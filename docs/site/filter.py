@@ -4,8 +4,8 @@
     filter.py FILE
 
 Headers: a label of a contract becomes a headed paragraph, an example a block of code, a name after
-"Kept" a link. Pages: the entries of kept.md get names to link to, and the picture of README.md, which
-Doxygen does not know, becomes a plain image.
+"Kept" a link. Pages: the entries of kept.md get names to link to, and pictures, which
+Doxygen does not know, become plain images.
 """
 
 import pathlib
@@ -15,10 +15,9 @@ import sys
 LABEL = re.compile(r"^(?P<indent> *)/// (?P<label>Takes|Gives|Range|Fails|Cost|Like|Source|Example|Kept) +(?P<text>\S.*)$")
 CONTINUED = re.compile(r"^ *///(?P<space> {9,})(?P<text>\S.*)$")
 PROGRAM = re.compile(r"^(?P<indent> *)/// {5}(?P<text>.*\S.*)$")
-# The style shows one of the two, by the theme.
-PICTURES = "".join(
-    f'<img class="{theme}-only" src="monitor-{theme}.svg" width="960" alt="A line chart of readings"/>'
-    for theme in ("light", "dark")
+PICTURE = re.compile(
+    r'<picture>.*?srcset="[^"]*?(?P<dark>[^/"]+)".*?src="[^"]*?(?P<light>[^/"]+)".*?alt="(?P<alt>[^"]*)".*?</picture>',
+    re.DOTALL,
 )
 EMPTY = re.compile(r"^ *///$")
 
@@ -105,6 +104,14 @@ def name_file(lines):
     return out
 
 
+def plain_images(picture):
+    """One image for each theme. The style shows one of them."""
+    return "".join(
+        f'<img class="{theme}-only" src="{picture[theme]}" width="960" alt="{picture["alt"]}"/>'
+        for theme in ("light", "dark")
+    )
+
+
 def prepare_page(path, lines):
     text = "\n".join(lines)
     if path.name == "kept.md":
@@ -114,7 +121,7 @@ def prepare_page(path, lines):
     text = re.sub(r"\]\((?:\.\./)*README\.md(?:#[^)]*)?\)", "](index.html)", text)
     # A file that is no page of the site is named without a link.
     text = re.sub(r"\[([^]]+)\]\((?!https?:)(?![^)]*\.(?:md|html))[^#)][^)]*\)", r"\1", text)
-    text = re.sub(r"<picture>.*?</picture>", PICTURES, text, flags=re.DOTALL)
+    text = PICTURE.sub(plain_images, text)
     return text.split("\n")
 
 
