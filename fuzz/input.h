@@ -33,18 +33,24 @@ public:
     ///       rest.
     std::string takeLine() {
         std::uint8_t const* const end = std::find(data_, data_ + size_, std::uint8_t{'\n'});
-        std::string const line(data_, end);
+        std::string const line = first(static_cast<std::size_t>(end - data_));
         skip(std::min(line.size() + 1, size_));
         return line;
     }
 
     std::string takeRest() {
-        std::string const rest(data_, data_ + size_);
+        std::string const rest = first(size_);
         skip(size_);
         return rest;
     }
 
 private:
+    std::string first(std::size_t count) const {
+        // An empty input has no data, and null is no string.
+        if (count == 0) return {};
+        return {reinterpret_cast<char const*>(data_), count};
+    }
+
     void skip(std::size_t count) {
         data_ += count;
         size_ -= count;

@@ -54,8 +54,9 @@ std::optional<float> modelOfFloat(std::string const& text) {
     char* end = nullptr;
     errno = 0;
     float const value = std::strtof(text.c_str(), &end);
-    bool const isTooLarge = errno == ERANGE && std::isinf(value);
-    if (*end != '\0' || isTooLarge) return std::nullopt;
+    // Refused: what becomes infinity, or 0 although it is none. A subnormal number is accepted.
+    bool const isOutOfRange = errno == ERANGE && (std::isinf(value) || value == 0);
+    if (*end != '\0' || isOutOfRange) return std::nullopt;
     return value;
 }
 
