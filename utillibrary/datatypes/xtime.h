@@ -289,7 +289,7 @@ public:
     ///          long const seconds = half;   // 6
     /// Kept     half-a-second-up, number-of-a-variable-time
     // NOLINTNEXTLINE(google-explicit-constructor, readability-make-member-function-const)
-    UTILLIBRARY_INLINE operator long() noexcept {
+    UTILLIBRARY_WRAPS UTILLIBRARY_INLINE operator long() noexcept {
         // KEPT(number-of-a-variable-time): with const, `time == 5L` would be ambiguous for a
         // constant time.
         // KEPT(half-a-second-up): from half a second on; the fourteen digits need 1 ns more.

@@ -138,7 +138,7 @@ int digitsOf(unsigned value) noexcept {
 
 }  // namespace
 
-std::string wholeText(long value) {
+UTILLIBRARY_WRAPS std::string wholeText(long value) {
     constexpr unsigned long EIGHT_DIGITS = 100'000'000;
     std::array<char, 24> text;
     char* const end = text.data() + text.size();
