@@ -33,10 +33,17 @@ ROWS = [
     ("StringTrim", "trim/other job/Other", [1, 1, 1]),
     ("StringTrim", "trim, locale C.UTF-8/ours/utillibrary", [15, 15, 15]),
     ("StringTrim", "trim, locale C.UTF-8/plain/isspace", [80, 80, 80]),
+    ("StringTrim", "trim, locale C.UTF-8/peer/Fast", [60, 60, 60]),
+    ("StringTrim", "pad, 16 bytes/ours/utillibrary", [10, 10, 10]),
     ("StringNVP", "split, 16 bytes/ours/utillibrary", [16, 16, 16]),
     ("StringNVP", "split, 16 bytes/peer/Fast", [64, 64, 64]),
+    ("StringNVP", "split, 16 bytes/other job/Views", [8, 8, 8]),
+    ("StringNVP", "split, 1 KiB/other job/Views", [512, 512, 512]),
     ("StringNVP", "split, 1 KiB/ours/utillibrary", [1024, 1024, 1024]),
     ("StringNVP", "split, 1 KiB/peer/Fast", [1024, 1024, 1024]),
+    ("StringNVP", "split, 1 KiB/peer/Slow", [9000, 9000, 9000]),
+    ("StringNVP", "split, 16 bytes/peer/Slow", [900, 900, 900]),
+    ("StringNVP", "split, 1 KiB/peer/OneSize", [2000, 2000, 2000]),
     ("StringNVP", "serialize, 1 pair/ours/utillibrary", [20, 20, 20]),
     ("StringNVP", "serialize, 1 pair/peer/Fast", [10, 10, 10]),
     ("StringNVP", "serialize, 100 pairs/ours/utillibrary", [2000, 2000, 2000]),
@@ -44,8 +51,10 @@ ROWS = [
     ("floors", "clock/floor/clock_gettime", [30, 30, 30]),
 ]
 THREAD_ROWS = [
-    ("StringTrim", "trim/ours/utillibrary/real_time/threads:1", [10, 10, 10]),
+    ("StringTrim", "trim/ours/utillibrary/real_time/threads:1", [1, 10, 12]),
     ("StringTrim", "trim/ours/utillibrary/real_time/threads:2", [5, 5, 5]),
+    ("StringNVP", "serialize, 1 pair/ours/utillibrary/real_time/threads:2", [99, 99, 99]),
+    ("StringNVP", "serialize, 1 pair/ours/utillibrary/real_time/threads:1", [99, 99, 99]),
 ]
 
 
@@ -105,6 +114,10 @@ class Tables(Made):
         self.make()
         self.assert_line("tables.md", "| operation | who | 16 bytes | 1 KiB |")
         self.assert_line("tables.md", "| split | Fast | 4 | 1 |")
+        self.assert_line("tables.md", "| split | ~Views | 0.5 | 0.5 |")
+        # A row with one size has no line in this table.
+        self.assertNotIn("| split | OneSize", self.made("tables.md"))
+        self.assertNotIn("| pad | utillibrary", self.made("tables.md"))
         self.assert_line("tables.md", "| operation | who | 1 | 100 |")
         self.assert_line("tables.md", "| serialize | utillibrary | 20 | 20 |")
 
@@ -187,6 +200,14 @@ class Pictures(Made):
         ours = legend_and_curves[-1].getAttribute("points").split()
         self.assertEqual(len({point.split(",")[1] for point in ours}), 1)
 
+    def test_the_peer_with_the_most_sizes_is_drawn_and_of_several_the_fastest(self):
+        speed = {"StringNVP": [
+            {"operation": f"split, {size} bytes", "role": "peer", "who": who, "ns": time}
+            for who, times in (("OneSize", [1]), ("Slow", [9, 9]), ("Fast", [4, 4]))
+            for size, time in zip((16, 64), times)]}
+        panel = pictures.Panel("Split", "StringNVP", "split")
+        self.assertEqual(pictures.curves(speed, panel), {"peer": ("Fast", {16: 4 / 16, 64: 4 / 64})})
+
     def test_the_fastest_peer_is_named_and_drawn_above_if_it_is_slower(self):
         self.draw()
         svg = self.made("speed-bytes-light.svg")
@@ -202,6 +223,19 @@ class Pictures(Made):
         svg = self.made("speed-summary-light.svg")
         for words in ("Strings and numbers", "2.00", "1 / 0 / 0", "Fields and pairs", "1 / 1 / 2"):
             self.assertIn(f">{words}<", svg)
+
+    def test_a_bar_begins_at_1_and_ends_at_its_mean(self):
+        groups = [{"group": "twice", "mean": 2.0, "ahead": 1, "equal": 0, "behind": 0},
+                  {"group": "half", "mean": 0.5, "ahead": 0, "equal": 0, "behind": 1}]
+        svg = xml.dom.minidom.parseString(pictures.summary_picture(groups, pictures.THEMES[0]))
+        ticks = {tick.firstChild.data: float(tick.getAttribute("x"))
+                 for tick in svg.getElementsByTagName("text")}
+        _, *bars = svg.getElementsByTagName("rect")
+        ends = [(float(bar.getAttribute("x")),
+                 float(bar.getAttribute("x")) + float(bar.getAttribute("width"))) for bar in bars]
+        for bar, expected in zip(ends, ((ticks["1 ×"], ticks["2 ×"]), (ticks["0.5 ×"], ticks["1 ×"]))):
+            self.assertAlmostEqual(bar[0], expected[0], delta=0.2)
+            self.assertAlmostEqual(bar[1], expected[1], delta=0.2)
 
     def test_rows_without_sizes_are_refused(self):
         self.make()
