@@ -427,7 +427,8 @@ class Source:
         elif text in ("!", "~", "-") and not around[1]:
             before = self.tokens[index - 1]
             if before.kind in ("operator",) and before.text not in (")", "]") or before.text == "return":
-                self.add(index, token.begin, token.end, "", f"{text} dropped")
+                if not (text == "~" and before.text in (";", "{", "}", ":")):  # a destructor
+                    self.add(index, token.begin, token.end, "", f"{text} dropped")
         elif text == "?":
             self.swap_results(index)
 
@@ -580,6 +581,7 @@ def is_public(file):
 def all_mutants(tree):
     found = []
     times = collections.Counter()
+    in_line = collections.Counter()
     for file in files_of(tree):
         text = (pathlib.Path(tree) / file).read_text(encoding="utf-8")
         for mutant in sorted(Source(file, text).mutants, key=lambda m: (m.begin, m.end)):
@@ -587,5 +589,9 @@ def all_mutants(tree):
             times[key] += 1
             digest = hashlib.sha256("\n".join((*key, str(times[key]))).encode()).hexdigest()
             mutant.id = digest[:10]
+            place = (file, mutant.line, mutant.change)
+            in_line[place] += 1
+            if in_line[place] > 1:
+                mutant.change += f" #{in_line[place]}"
             found.append(mutant)
     return found
