@@ -96,6 +96,7 @@ class Test:
         self.seconds = 0.0
         self.quick_to_compile = True
         self.direct_includes = set()
+        self.reached = set()  # the library's objects that it may call
         self.internal = False  # links the library's objects in place of the library
         self.link = ""
         self.objects = []
@@ -235,8 +236,35 @@ class Project:
             test.seconds = time.monotonic() - started
             if test.seconds <= LONGEST_TEST:
                 quick.append(test)
+        self.find_reached()
         self.left_out = [test.name for test in self.tests if test not in quick]
         self.tests = quick
+
+    def find_reached(self):
+        """Finds the objects of the library that each test may call, by the names of functions."""
+        objects = {name: self.base / name for name in self.library_objects}
+        objects.update({name: BUILD / name for test in self.tests for name in test.objects if name not in objects})
+        archives = {BUILD / word for test in self.tests for word in shlex.split(test.link) if word.startswith("tests/lib")}
+        makers = collections.defaultdict(set)  # the objects by the name that they define
+        wants = collections.defaultdict(set)  # the names by the object that needs them
+        for file in [*objects.values(), *archives]:
+            for line in command_output("nm", "-A", "-g", str(file)).splitlines():
+                place, kind, symbol = re.fullmatch(r"(.+):[0-9a-f ]{16} (\w) (\S+)", line).groups()
+                if kind in "Uwv":
+                    wants[place].add(symbol)
+                else:
+                    makers[symbol].add(place)
+        names = {str(path): name for name, path in objects.items()}
+        for test in self.tests:
+            # The test's own objects, then what they need of the library and of the archives.
+            found = {str(objects[name]) for name in test.objects if name not in self.library_objects}
+            strange = {place for place, name in names.items() if name not in self.library_objects} - found
+            new = set(found)
+            while new:
+                new = {maker for place in new for symbol in wants[place] for maker in makers[symbol]}
+                new -= found | strange
+                found |= new
+            test.reached = {names[place] for place in found if place in names}
 
     def precompile(self):
         """Compiles the standard headers of the library once, which saves half of the time."""
@@ -420,6 +448,11 @@ class Worker:
         else:
             including = including - set(project.library_objects)
         tests = self.order(mutant, including)
+        tests = [
+            test
+            for test in tests
+            if test.reached & changed.keys() or any(name in including for name in test.objects)
+        ]
         if not changed:
             # The library is the same. Code for another processor may be called by its test alone.
             tests = [test for test in tests if any(name in including for name in test.objects)]
