@@ -38,8 +38,8 @@ private:
     std::locale previous_;
 };
 
-/// A new locale: the classic one, but a host's own facet groups digits by "_". So a stream must read
-/// and write each number. The first stream that does so allocates, to store what the facet says.
+/// A new locale: the classic one, but a host's own facet groups digits by "_". So a stream must
+/// read and write each number. The first stream that does so allocates, to store what the facet says.
 std::locale freshLocale();
 
 /// Sets both locales for a scope.
