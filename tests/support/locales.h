@@ -39,7 +39,8 @@ private:
 };
 
 /// A new locale: the classic one, but a host's own facet groups digits by "_". So a stream must
-/// read and write each number. The first stream that does so allocates, to store what the facet says.
+/// read and write each number. The first stream that does so allocates, to store what the facet
+/// says.
 std::locale freshLocale();
 
 /// Sets both locales for a scope.
