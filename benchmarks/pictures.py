@@ -22,7 +22,7 @@ import math
 import pathlib
 import statistics
 
-from table import BYTES, SIZE
+from table import BYTES, SIZE, digits
 
 WIDTH = 960
 FONT = "system-ui, 'Liberation Sans', Arial, sans-serif"
@@ -261,7 +261,7 @@ def summary_picture(summary, theme):
             text(14, y + 21, group["group"], theme.ink, weight=weight),
             tag("rect", x=start, y=y + 7, width=max(end - start, 1.5), height=20,
                 fill=bar_colour(theme, mean)),
-            text(after[0], y + 21, f"{mean:.2f}", theme.ink, anchor=after[1], weight=weight),
+            text(after[0], y + 21, digits(mean), theme.ink, anchor=after[1], weight=weight),
             text(WIDTH - 14, y + 21, f"{group['ahead']} / {group['equal']} / {group['behind']}",
                  theme.soft, anchor="end"),
         ]

@@ -269,7 +269,7 @@ class Group:
         self.equal = len(ratios) - self.ahead - self.behind
 
     def as_json(self):
-        return {"group": self.name, "operations": self.operations, "mean": round(self.mean, 3),
+        return {"group": self.name, "operations": self.operations, "mean": round(self.mean, 6),
                 "ahead": self.ahead, "equal": self.equal, "behind": self.behind}
 
 

@@ -224,6 +224,14 @@ class Pictures(Made):
         for words in ("Strings and numbers", "2.00", "1 / 0 / 0", "Fields and pairs", "1 / 1 / 2"):
             self.assertIn(f">{words}<", svg)
 
+    def test_a_bar_says_the_same_mean_as_the_table(self):
+        # 0.75499 is 0.75 and not 0.76, which 0.755 would become.
+        ours, peer = table.Row("o", "ours", "us", 0), table.Row("o", "peer", "them", 0)
+        ours.times, peer.times = [1.0], [0.75499]
+        group = table.Group("g", [table.Operation("o", [ours, peer])])
+        self.assertIn("| **0.75** |", "".join(table.summary_table([group])))
+        self.assertIn(">0.75<", pictures.summary_picture([group.as_json()], pictures.THEMES[0]))
+
     def test_a_bar_begins_at_1_and_ends_at_its_mean(self):
         groups = [{"group": "twice", "mean": 2.0, "ahead": 1, "equal": 0, "behind": 0},
                   {"group": "half", "mean": 0.5, "ahead": 0, "equal": 0, "behind": 1}]
