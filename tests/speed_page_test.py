@@ -167,7 +167,7 @@ class Pictures(Made):
     def draw(self):
         self.make()
         return subprocess.run(
-            [sys.executable, BENCHMARKS / "pictures.py", self.folder / "speed.json", self.folder],
+            [sys.executable, "-B", BENCHMARKS / "pictures.py", self.folder / "speed.json", self.folder],
             capture_output=True, text=True, check=False)
 
     def test_each_picture_is_small_svg_for_a_light_and_a_dark_page(self):
@@ -251,7 +251,7 @@ class Pictures(Made):
         speed["units"] = {}
         (self.folder / "speed.json").write_text(json.dumps(speed))
         drawn = subprocess.run(
-            [sys.executable, BENCHMARKS / "pictures.py", self.folder / "speed.json", self.folder],
+            [sys.executable, "-B", BENCHMARKS / "pictures.py", self.folder / "speed.json", self.folder],
             capture_output=True, text=True, check=False)
         self.assertNotEqual(drawn.returncode, 0)
         self.assertIn("rows of the pictures are missing", drawn.stderr)
