@@ -1,5 +1,6 @@
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <cfenv>
 #include <cfloat>
 #include <climits>
@@ -375,6 +376,12 @@ TEST(ToString, ThrowsWhereLibcFindsNoMemory) {
     setrlimit(RLIMIT_AS, &before);
 }
 #endif
+
+TEST(ToString, IgnoresAnEarlierFailureToFindMemory) {
+    errno = ENOMEM;
+    EXPECT_EQ(to_string(1.5, "%e"), "1.500000e+00");
+    errno = 0;
+}
 
 // ---- convertToHex
 
