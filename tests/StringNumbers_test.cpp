@@ -378,6 +378,7 @@ TEST(ToString, ThrowsWhereLibcFindsNoMemory) {
 #endif
 
 TEST(ToString, IgnoresAnEarlierFailureToFindMemory) {
+    ScopedCLocale const scope("C");
     errno = ENOMEM;
     EXPECT_EQ(to_string(1.5, "%e"), "1.500000e+00");
     errno = 0;

@@ -329,6 +329,17 @@ ReadingFact const READING_FACTS[] = {
      {ULONG_MAX, ULONG_MAX, ULONG_MAX, ULONG_MAX}},
 };
 
+// A host that closed its standard input gets descriptor 0 for the next file.
+TEST_F(SystemTest, CountersAreReadFromDescriptorZeroToo) {
+    int const input = dup(0);
+    close(0);
+    statSays("cpu 1 2 3 4\n");
+    EXPECT_EQ(countersOf(SysStats()), (Counters{1, 2, 3, 4}));
+    EXPECT_EQ(fcntl(0, F_GETFD), -1);  // closed again
+    dup2(input, 0);
+    close(input);
+}
+
 TEST_F(SystemTest, CountersAreReadToTheEndOfWhatTheyNeed) {
     SysStats const machine;
     for (ReadingFact const& row : READING_FACTS) {
