@@ -165,7 +165,6 @@ FacetFact const FACET_FACTS[] = {
     {"num_get that fails its iterator", L"42", 42},
     {"numpunct with a minus between groups", L"-42", 0},
     {"numpunct with a digit as decimal point", L"142", 1},
-    {"numpunct that throws", L"42", 0},
     {"ctype with digits of another script", L"42", 0},
     {"ctype with digits of another script", L"\u0664\u0662", 42},
     {"ctype with another minus", L"-42", 0},

@@ -27,10 +27,11 @@
 // Marks a class or function that a host may link against. Everything else is hidden.
 #define UTILLIBRARY_EXPORT __attribute__((visibility("default")))
 
-// Marks a function whose sums or products of unsigned integers wrap on purpose, for clang++'s
-// -fsanitize=integer.
+// Marks a function whose sums or products of unsigned integers wrap on purpose, or whose shifts
+// drop bits, for clang++'s -fsanitize=integer.
 #ifdef __clang__
-#define UTILLIBRARY_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow")))
+#define UTILLIBRARY_WRAPS \
+    __attribute__((no_sanitize("unsigned-integer-overflow", "unsigned-shift-base")))
 #else
 #define UTILLIBRARY_WRAPS
 #endif

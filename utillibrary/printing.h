@@ -58,7 +58,8 @@ template <>
 struct std::hash<com::halvorin::datatypes::xtime_t> {
     /// Gives    equal hashes for equal times.
     /// Fails    never.
-    std::size_t operator()(com::halvorin::datatypes::xtime_t const& time) const noexcept {
+    UTILLIBRARY_WRAPS std::size_t operator()(
+        com::halvorin::datatypes::xtime_t const& time) const noexcept {
         // The odd factor, 2^64 / golden ratio, spreads consecutive seconds over all bits.
         constexpr unsigned long SPREAD = 0x9E3779B97F4A7C15;
         auto const seconds = static_cast<unsigned long>(time.getDateTime());

@@ -41,7 +41,7 @@ int decimalExponentOf(std::uint64_t mantissa, int binaryExponent) noexcept {
 
 // Answers for 0 and for all normal numbers. Declines if the digits that are cut off are too close
 // to half of the last digit that stays; also for subnormal numbers, infinity and NaN.
-std::optional<SixDigits> sixDigits(std::uint64_t bits) noexcept {
+UTILLIBRARY_WRAPS std::optional<SixDigits> sixDigits(std::uint64_t bits) noexcept {
     int const biased = static_cast<int>(bits >> MANTISSA_BITS & 0x7FF);
     if (biased == 0x7FF || biased == 0) {
         return bits << 1 == 0 ? std::optional(SixDigits{0, 0}) : std::nullopt;

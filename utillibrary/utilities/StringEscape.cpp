@@ -142,7 +142,7 @@ constexpr Byte usualSizes(Byte bytes, bool keepSpace) noexcept {
 }
 
 // The predicates decide how much is allocated, and the table decides how much is written.
-constexpr bool predicatesAgreeWithTheTable(bool keepSpace) noexcept {
+consteval bool predicatesAgreeWithTheTable(bool keepSpace) noexcept {
     for (unsigned i = 0; i < 256; ++i) {
         auto const byte = static_cast<unsigned char>(i);
         Escape const escape = usualTable(keepSpace)[i];

@@ -59,7 +59,7 @@ std::uint64_t FieldReader::separatorsAt(char const* position) const noexcept {
     return separatorsIn(block.data()) & ((std::uint64_t{1} << left) - 1);
 }
 
-std::size_t FieldReader::count() const noexcept {
+UTILLIBRARY_WRAPS std::size_t FieldReader::count() const noexcept {
     auto const size = static_cast<std::size_t>(end_ - next_);
     std::size_t fields = 1;        // the last one
     std::uint64_t afterField = 0;  // 1 if the byte before this block belongs to a field

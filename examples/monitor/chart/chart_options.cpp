@@ -14,7 +14,8 @@ constexpr char toLower(char c) noexcept {
 }  // namespace
 
 std::string formatOf(std::string_view file) {
-    std::string_view const name = file.substr(file.rfind('/') + 1);  // npos + 1 is 0
+    std::size_t const slash = file.rfind('/');
+    std::string_view const name = slash == std::string_view::npos ? file : file.substr(slash + 1);
     std::size_t const dot = name.rfind('.');
     if (dot == std::string_view::npos || dot == 0) return {};
     std::string format(name.substr(dot + 1));
