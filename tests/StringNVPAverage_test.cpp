@@ -415,6 +415,22 @@ TEST(AveragePaths, TheFastOneDeclinesManyNamesThatCollide) {
     }
 }
 
+// The hash is of the first eight bytes, combined with the size: 7 XOR 'A' is 8 XOR 'N'.
+TEST(AveragePaths, TellNamesOfEqualHashesApart) {
+    std::string const seven = "Abcdefg";
+    std::string const eight("Nbcdefg\0", 8);
+    ASSERT_EQ(PairTable::hashOf(seven), PairTable::hashOf(eight));
+    for (int const others : {0, 20}) {
+        Strings names = differentNames(others);
+        names.insert(names.end(), {seven, eight});
+        Strung const strung = numbered(names);
+        auto const fast = averageByTable(strung.names, strung.pairs, strung.pairs, EQUAL);
+        ASSERT_TRUE(fast.has_value());
+        EXPECT_EQ(fast->pairs, strung.pairs) << others;
+        expectUnchanged(strung);
+    }
+}
+
 TEST(AveragePaths, TheFastOneDeclinesAsATableDoubles) {
     // The 257th pair doubles the places; it is the 130th name that collides.
     Strings const colliding = collidingNames(130);

@@ -131,6 +131,18 @@ TEST(Split, ReadsElementsOfAVectorWithAndWithoutRoom) {
     }
 }
 
+// One of the two lists is at a lower address than the other, and stays there.
+TEST(Split, ReadsElementsOfAnotherVector) {
+    Strings first = {"a,b", ","};
+    Strings second = {"c,d", ","};
+    first.reserve(4);
+    second.reserve(4);
+    split(first, second[0], second[1]);
+    EXPECT_THAT(first, ElementsAre("a,b", ",", "c", "d"));
+    split(second, first[0], first[1]);
+    EXPECT_THAT(second, ElementsAre("c,d", ",", "a", "b"));
+}
+
 // ---- addToNVPString
 
 struct AddFact {

@@ -146,6 +146,7 @@ FormatFact const FORMAT_FACTS[] = {
     {1.5, "%32.1f", "                             1."},  // KEPT(numbers-cut-at-31)
     {1.5, "%33.1f", "                              1"},  // KEPT(numbers-cut-at-31)
     {1e300, "%f", "1000000000000000052504760255204"},
+    {1.5, "wide: %2147483648f", "wide: "},  // libc refuses a width above INT_MAX
     {1.5, "1234567890123456789012345678901", "1234567890123456789012345678901"},
     {1.5, "12345678901234567890123456789012", "1234567890123456789012345678901"},
 };
@@ -190,6 +191,17 @@ TEST(ToString, AsksLibcUnderAnotherDecimalPointOrRounding) {
         ScopedRounding const rounding(mode);
         EXPECT_EQ(byShortForm(1, "%g"), std::nullopt);
         EXPECT_EQ(byFixed(1, "%.3f"), std::nullopt);
+    }
+}
+
+// The characters next to the digits, and each character of the format changed alone.
+TEST(ToString, FixedFormHasOneDigitOfPrecision) {
+    ScopedCLocale const scope("C");
+    EXPECT_EQ(byFixed(1.5, "%.0f"), "2");
+    EXPECT_EQ(byFixed(1.5, "%.9f"), "1.500000000");
+    for (char const* const format :
+         {"%./f", "%.:f", "%.1e", "%-1f", "x.1f", "%.1", "%.1f ", "%.10f", ""}) {
+        EXPECT_EQ(byFixed(1.5, format), std::nullopt) << format;
     }
 }
 
@@ -361,7 +373,14 @@ TEST(ToString, WritesDecimalsAsLibcDoes) {
 }
 
 // libc asks for memory of its own for so long a number. A sanitizer's allocator does not fail.
-#if !defined(__SANITIZE_ADDRESS__)
+#ifdef __has_feature
+#define ADDRESS_IS_SANITIZED __has_feature(address_sanitizer)
+#elif defined(__SANITIZE_ADDRESS__)
+#define ADDRESS_IS_SANITIZED 1
+#else
+#define ADDRESS_IS_SANITIZED 0
+#endif
+#if !ADDRESS_IS_SANITIZED
 TEST(ToString, ThrowsWhereLibcFindsNoMemory) {
     rlimit before{};
     getrlimit(RLIMIT_AS, &before);

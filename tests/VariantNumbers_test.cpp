@@ -5,6 +5,7 @@
 #include <iostream>
 #include <locale>
 #include <new>
+#include <pthread.h>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -612,6 +613,30 @@ TEST(VariantNumbers, DoesNotThrowWhenStandardOutputDoes) {
         }
     }
     EXPECT_TRUE(std::cout.good());
+}
+
+// A host's output stream at which a thread is cancelled.
+class CancellingOutput : public CapturedOutput {
+protected:
+    std::streamsize xsputn(char const* /*text*/, std::streamsize size) override {
+        pthread_cancel(pthread_self());
+        pthread_testcancel();
+        return size;
+    }
+};
+
+TEST(VariantNumbers, LetsTheCancellationOfAThreadPassThroughStandardOutput) {
+    CancellingOutput const output;
+    auto const work = [](void* /*nothing*/) -> void* {
+        static_cast<void>(Variant().toInt32());
+        return nullptr;
+    };
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, nullptr, work, nullptr), 0);
+    void* result = nullptr;
+    ASSERT_EQ(pthread_join(thread, &result), 0);
+    EXPECT_EQ(result, PTHREAD_CANCELED);
+    std::cout.clear();
 }
 
 // Earlier, 21 asterisks came before the message, and the width was reset.

@@ -17,12 +17,15 @@ setup() {
     done
     for command in cmake ninja pkg-config clang-format clang-tidy gdb git ld.lld localedef python3 \
         readelf shellcheck taskset xmllint bats help2man chromium doxygen dpkg-buildpackage dh lintian \
-        aarch64-linux-gnu-g++ qemu-aarch64; do
+        aarch64-linux-gnu-g++ qemu-aarch64 llvm-cov-19; do
         ln -s /bin/true "$MACHINE/$command"
     done
     fake g++ 'cat >/dev/null'
     fake clang++ "echo $BATS_TEST_TMPDIR"
     touch "$BATS_TEST_TMPDIR/libclang_rt."{asan,fuzzer}"-$(uname -m).a"
+    fake clang++-19 "echo $BATS_TEST_TMPDIR"
+    mkdir -p "$BATS_TEST_TMPDIR/lib/linux"
+    touch "$BATS_TEST_TMPDIR/lib/linux/libclang_rt.profile-$(uname -m).a"
     fake id 'echo 0'
     fake apt-cache 'exit 0'
     fake apt-get 'echo "apt-get $* [$DEBIAN_FRONTEND]" >>"$ASKED"'
@@ -65,7 +68,7 @@ asked() {
 
 @test "if nothing is missing, nothing is installed" {
     local profile
-    for profile in build demo test test-all fuzz bench docs package; do
+    for profile in build demo test test-all coverage fuzz bench docs package; do
         bootstrap "$profile"
         [[ $status -eq 0 ]]
         [[ -z $output && -z $stderr ]]
@@ -174,15 +177,35 @@ TEST_COMMANDS=(clang++ clang-format ld.lld shellcheck readelf xmllint bats help2
     grep -q 'install --no-install-recommends clang-tidy libclang-rt-dev \[' "$ASKED"
 }
 
+@test "clang++ 19 and its tools are for the profiles coverage and test-all alone" {
+    local profile
+    take_away llvm-cov-19 clang++-19
+    for profile in test fuzz; do
+        bootstrap "$profile"
+        [[ $status -eq 0 ]]
+        [[ ! -s $ASKED ]]
+    done
+    for profile in coverage test-all; do
+        : >"$ASKED"
+        bootstrap "$profile"
+        grep -q 'install --no-install-recommends clang-19 llvm-19 libclang-rt-19-dev \[' "$ASKED"
+    done
+    : >"$ASKED"
+    fake clang++-19 'echo /nowhere'
+    ln -s /bin/true "$MACHINE/llvm-cov-19"
+    bootstrap coverage
+    grep -q 'install --no-install-recommends libclang-rt-19-dev \[' "$ASKED"
+}
+
 @test "the profile test-all asks for a compiler and an emulator of aarch64 on other processors alone" {
     take_away aarch64-linux-gnu-g++ qemu-aarch64
     fake uname 'echo aarch64'
-    touch "$BATS_TEST_TMPDIR/libclang_rt."{asan,fuzzer}-aarch64.a
+    touch "$BATS_TEST_TMPDIR/"{,lib/linux/}libclang_rt.{asan,fuzzer,profile}-aarch64.a
     bootstrap test-all
     [[ $status -eq 0 ]]
     [[ ! -s $ASKED ]]
     fake uname 'echo x86_64'
-    touch "$BATS_TEST_TMPDIR/libclang_rt."{asan,fuzzer}-x86_64.a
+    touch "$BATS_TEST_TMPDIR/"{,lib/linux/}libclang_rt.{asan,fuzzer,profile}-x86_64.a
     bootstrap test-all
     grep -q 'install --no-install-recommends g++-aarch64-linux-gnu qemu-user \[' "$ASKED"
 }
@@ -284,7 +307,7 @@ pkg-config" ]]
         # shellcheck disable=SC2086 # words of their own
         bootstrap $arguments
         [[ $status -eq 2 ]]
-        [[ $stderr == "usage: scripts/bootstrap [--packages] build|demo|test|test-all|fuzz|bench|docs|package" ]]
+        [[ $stderr == "usage: scripts/bootstrap [--packages] build|demo|test|test-all|coverage|fuzz|bench|docs|package" ]]
         [[ ! -s $ASKED ]]
     done
 }

@@ -22,9 +22,9 @@ foreach(source IN ITEMS
 endforeach()
 utillibrary_test_runs(monitor)
 
-# The rest builds the program as a host does. A full run does that in every preset, other runs in the
-# plain one alone.
-if(NOT UTILLIBRARY_TEST_ALL AND NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+# The rest builds the program as a host does, in releases and where a sanitizer looks at it.
+option(UTILLIBRARY_TEST_MONITOR "Build the monitor as a host does, also if this is no release" OFF)
+if(NOT UTILLIBRARY_TEST_MONITOR AND NOT CMAKE_BUILD_TYPE STREQUAL "Release")
   return()
 endif()
 
@@ -34,7 +34,7 @@ find_program(BATS_PROGRAM bats REQUIRED)
 set(host_dir "${CMAKE_CURRENT_BINARY_DIR}/monitor host")
 add_test(NAME monitor.library
   COMMAND "${CMAKE_COMMAND}" --install "${PROJECT_BINARY_DIR}" --prefix "${host_dir}/prefix")
-set_tests_properties(monitor.library PROPERTIES FIXTURES_SETUP installed_library)
+set_tests_properties(monitor.library PROPERTIES FIXTURES_SETUP installed_library LABELS shell)
 
 # Builds the monitor in a folder of its own. Further arguments go to CMake.
 function(utillibrary_monitor_build name)
@@ -42,7 +42,7 @@ function(utillibrary_monitor_build name)
     --build-and-test "${monitor_dir}" "${host_dir}/${name}"
     --build-generator "${CMAKE_GENERATOR}" --build-makeprogram "${CMAKE_MAKE_PROGRAM}"
     --build-project monitor --build-options "-DCMAKE_PREFIX_PATH=${host_dir}/prefix" ${ARGN})
-  set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED installed_library)
+  set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED installed_library LABELS shell)
 endfunction()
 
 utillibrary_monitor_build(monitor.build
@@ -67,7 +67,7 @@ foreach(name IN ITEMS averages chart ending install log options plugins progress
   add_test(NAME monitor.${name}
     COMMAND "${BATS_PROGRAM}" "${CMAKE_CURRENT_SOURCE_DIR}/monitor/${name}.bats")
   set_tests_properties(monitor.${name} PROPERTIES FIXTURES_REQUIRED built_monitor TIMEOUT 300
-    ENVIRONMENT "${monitor_environment}")
+    LABELS shell ENVIRONMENT "${monitor_environment}")
 endforeach()
 
 # Both compilers give no warning. A host of a sanitized library must be sanitized too, so this needs

@@ -26,12 +26,12 @@ endif()
 function(utillibrary_shell_test name)
   add_test(NAME ${name}
     COMMAND "${BATS_PROGRAM}" ${shell_filter} "${CMAKE_CURRENT_SOURCE_DIR}/${name}.bats")
-  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${shell_environment}")
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS shell ENVIRONMENT "${shell_environment}")
 endfunction()
 
 add_test(NAME library_variants COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/library_variants.sh")
 set_tests_properties(library_variants PROPERTIES
-  FIXTURES_SETUP library_variants TIMEOUT 600 PROCESSORS 2 ENVIRONMENT "${shell_environment}")
+  FIXTURES_SETUP library_variants TIMEOUT 600 LABELS shell PROCESSORS 2 ENVIRONMENT "${shell_environment}")
 
 utillibrary_shell_test(log_hook)
 set_tests_properties(log_hook PROPERTIES FIXTURES_REQUIRED library_variants)
@@ -75,7 +75,8 @@ set_tests_properties(header_checks PROPERTIES FIXTURES_REQUIRED library_variants
 
 # The checks of files, and the tests that each of them finds what it looks for.
 add_test(NAME files COMMAND "${PROJECT_SOURCE_DIR}/scripts/check")
-foreach(name IN ITEMS bootstrap check check_kept mutate scripts)
+set_tests_properties(files PROPERTIES LABELS shell)
+foreach(name IN ITEMS bootstrap check check_kept coverage mutate scripts)
   utillibrary_shell_test(${name})
 endforeach()
 
