@@ -463,7 +463,8 @@ class Worker:
         for test in tests:
             program = self.program_of(test, changed, including)
             if program is None:
-                return "not compiled", ""
+                # The library compiles, and the test does not: it says something at compile time.
+                return "killed", test.name
             if not test.passes(self.library, program, 5 + 10 * test.seconds):
                 self.history.add(mutant.file, test.name)
                 return "killed", test.name

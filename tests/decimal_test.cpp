@@ -88,6 +88,17 @@ TEST(Decimal, WritesTheGeneralFormOnBothPaths) {
     }
 }
 
+// It stores whole words, of which the last bytes are no part of the result.
+TEST(Decimal, StoresNothingBeyondItsSize) {
+    constexpr std::size_t SPARE = 16;
+    for (double const value : {-12345.6, -123456.0, 0.0, 1.5, -1e-4, -DBL_MAX, -DBL_TRUE_MIN}) {
+        SCOPED_TRACE(value);
+        std::string bytes(GENERAL_SIZE + SPARE, '!');
+        writeGeneral(bytes.data(), value);
+        EXPECT_EQ(bytes.substr(GENERAL_SIZE), std::string(SPARE, '!'));
+    }
+}
+
 TEST(Decimal, WritesRandomNumbersAlikeOnBothPaths) {
     std::mt19937_64 engine = randomEngine();
     int declined = 0;
