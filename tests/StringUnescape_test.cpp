@@ -201,9 +201,9 @@ TEST(UnescapeString, ReadsNothingAfterItsString) {
 
 TEST(UnescapeString, FindsTheOneEscapeAtAnyPosition) {
     ScopedCLocale const scope("C");
-    for (char const* const escape : {R"(\u0041)", R"(\n)", R"(\)"}) {
-        for (std::size_t before = 0; before <= 40; ++before) {
-            for (std::size_t after = 0; after <= 40; ++after) {
+    for (char const* const escape : {R"(\u0041)", R"(\n)", R"(\\)", R"(\)"}) {
+        for (std::size_t before = 0; before <= 100; ++before) {
+            for (std::size_t after = 0; after <= 100; ++after) {
                 std::string const text =
                     std::string(before, 'p') + escape + std::string(after, 'q');
                 ASSERT_EQ(unescapeString(text), modelOfUnescape(text)) << text;

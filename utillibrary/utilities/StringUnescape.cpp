@@ -68,28 +68,63 @@ void readEscape(char const*& text, char const* end, char*& out) noexcept {
     }
 }
 
-// Reads a string into a block of its own size; no escape becomes longer. The two may not overlap.
-// Returns the position after the last byte of the result.
-char* readEscapes(char* out, char const* text, char const* end) noexcept {
-    constexpr std::ptrdiff_t STEP = sizeof(Bytes);
-    while (text != end) {
-        if (end - text >= STEP) {
-            Bytes const bytes = loadBytes(text);
-            std::memcpy(out, &bytes, sizeof bytes);
-            std::uint64_t const backslashes = bitsOf(equal(bytes, '\\'));
-            std::ptrdiff_t const plain = backslashes == 0 ? STEP : std::countr_zero(backslashes);
-            text += plain;
-            out += plain;
-            if (backslashes == 0) continue;
-        } else if (*text != '\\') {
-            *out++ = *text++;
-            continue;
-        }
+// Reads an escape, or the backslash that ends the string.
+void readBackslash(char const*& text, char const* end, char*& out) noexcept {
+    ++text;
+    if (text == end) {
         // KEPT(last-backslash-stays): it has nothing to escape.
-        if (end - text == 1) {
-            *out++ = *text++;
+        *out++ = '\\';
+    } else {
+        readEscape(text, end, out);
+    }
+}
+
+// The functions below read into a block of the string's own size; no escape becomes longer. So
+// `out` has as many bytes before its end as `text`. The two may not overlap.
+
+constexpr std::ptrdiff_t STEP = sizeof(Bytes);
+
+// Copies `size` bytes and up to STEP after them. It copies STEP bytes even if `size` is 0: which of
+// two escapes have nothing between them cannot be predicted.
+void copySteps(char const*& text, char*& out, std::ptrdiff_t size) noexcept {
+    std::ptrdiff_t copied = 0;
+    do {
+        std::memcpy(out + copied, text + copied, STEP);
+        copied += STEP;
+    } while (copied < size);
+    text += size;
+    out += size;
+}
+
+// Reads blocks of 64 bytes while STEP more bytes follow. To find all backslashes of a block at once
+// takes less time than to search after each escape.
+void readBlocks(char const*& text, char const* end, char*& out) noexcept {
+    constexpr std::ptrdiff_t BLOCK = 64;
+    while (end - text >= BLOCK + STEP) {
+        char const* const block = text;
+        std::uint64_t backslashes = 0;
+        for (std::ptrdiff_t i = 0; i < BLOCK; i += STEP)
+            backslashes |= bitsOf(equal(loadBytes(block + i), '\\')) << i;
+        while (text - block < BLOCK) {
+            std::uint64_t const left = backslashes >> (text - block);
+            if (left == 0) {
+                copySteps(text, out, BLOCK - (text - block));
+                break;
+            }
+            copySteps(text, out, std::countr_zero(left));
+            readBackslash(text, end, out);
+        }
+    }
+}
+
+// Reads the whole string. Returns the position after the last byte of the result.
+char* readEscapes(char* out, char const* text, char const* end) noexcept {
+    readBlocks(text, end, out);
+    while (text != end) {
+        if (*text == '\\') {
+            readBackslash(text, end, out);
         } else {
-            readEscape(++text, end, out);
+            *out++ = *text++;
         }
     }
     return out;
