@@ -177,6 +177,8 @@ void expectLine(std::string const& line, std::variant<Reading, Malformed> const&
         bool const isPrintable =
             std::all_of(reason.begin(), reason.end(), [](char c) { return c >= ' ' && c <= '~'; });
         expectSame(isPrintable && !reason.empty(), "the reason against a line");
+        bool const isTooLong = line.size() > LONGEST_LINE;
+        expectSame((reason == "longer than 65536 bytes") == isTooLong, "the length of a line");
     }
 }
 

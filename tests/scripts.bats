@@ -42,7 +42,7 @@ setup() {
 @test "a second argument that a script does not know is refused as well" {
     local arguments
     for arguments in "test --all --wrong" "demo wrong" "bench --keep --quick" "update-exports wrong" "update-abi --wrong" \
-        "coverage wrong" "fuzz 1 wrong" "fuzz 0" "fuzz wrong" "check wrong wrong" \
+        "coverage wrong" "fuzz 1 wrong" "fuzz 0" "fuzz wrong" "fuzz-broken 1 wrong" "check wrong wrong" \
         "mutate --sample 0" "mutate --list --show" "mutate wrong"; do
         echo "$arguments"
         # shellcheck disable=SC2086 # words of their own
