@@ -192,6 +192,14 @@ TEST(AddToNVPString, ReadsItsOwnStringAfterTheSpace) {
     EXPECT_EQ(both, LONG_FIELD + " " + LONG_FIELD + " =" + LONG_FIELD + " " + LONG_FIELD + " =");
 }
 
+TEST(AddToNVPString, AsksForNoMemoryIfThePairJustFits) {
+    std::size_t const capacity = std::string().capacity();
+    std::string nvp(capacity - 4, 'x');
+    addToNVPString(nvp, "c", "d");
+    EXPECT_EQ(nvp, std::string(capacity - 4, 'x') + " c=d");
+    EXPECT_EQ(nvp.capacity(), capacity);
+}
+
 // ---- serializeNVP
 
 struct SerializeFact {
