@@ -7,7 +7,7 @@
 
 using namespace com::halvorin::internal;
 
-// Every result is calculated at compile time, too. There a cast of a value that does not fit is an
+// The tables are calculated at compile time. There a cast of a value that does not fit is an
 // error, although the processor would give the same result.
 namespace {
 
@@ -76,10 +76,13 @@ constexpr TruncationFact<unsigned long> UINT64_FACTS[] = {
     {"2^64 does not fit", truncateToUint64(0x1p64), TOP_BIT},
     {"infinity does not fit", truncateToUint64(INFINITE), TOP_BIT},
     {"negative infinity does not fit", truncateToUint64(-INFINITE), TOP_BIT},
-    {"NaN does not fit", truncateToUint64(NO_NUMBER), TOP_BIT},
 };
 
-TEST(Truncation, CutsUnsigned64Bits) { expectResults(UINT64_FACTS); }
+TEST(Truncation, CutsUnsigned64Bits) {
+    expectResults(UINT64_FACTS);
+    // Not in the table: arithmetic with NaN is no constant for clang++.
+    EXPECT_EQ(truncateToUint64(NO_NUMBER), TOP_BIT);
+}
 
 constexpr TruncationFact<unsigned> UINT32_FACTS[] = {
     {"3e9 fits", truncateToUint32(3e9), 3000000000},
