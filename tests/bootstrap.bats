@@ -15,7 +15,7 @@ setup() {
     for command in bash cat env grep ln sort uname; do
         ln -s "$(command -v "$command")" "$MACHINE/$command"
     done
-    for command in cmake ninja pkg-config clang-format clang-tidy gdb git ld.lld localedef python3 \
+    for command in cmake ninja pkg-config clang-format clang-tidy llvm-symbolizer gdb git ld.lld localedef python3 \
         readelf shellcheck taskset xmllint bats help2man chromium doxygen dpkg-buildpackage dh lintian \
         aarch64-linux-gnu-g++ qemu-aarch64 llvm-cov-19; do
         ln -s /bin/true "$MACHINE/$command"
