@@ -26,8 +26,8 @@ class EightCharacters {
 public:
     UTILLIBRARY_WRAPS EightCharacters(char const* text, char const (&pattern)[9]) noexcept {
         std::uint64_t wanted = 0;
-        std::memcpy(&differences_, text, 8);
-        std::memcpy(&wanted, pattern, 8);
+        std::memcpy(&differences_, text, sizeof differences_);
+        std::memcpy(&wanted, pattern, sizeof wanted);
         differences_ ^= wanted;
         // A margin makes a byte reach its top bit if the difference is too large: more than 9 for a
         // digit, more than 0 for another character.
