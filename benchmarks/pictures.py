@@ -246,7 +246,7 @@ def summary_picture(summary, theme):
 
     bottom = top + row_height * len(summary)
     parts = [text(14, 24, title, theme.ink, 15, weight="600"),
-             text(WIDTH - 14, 48, "rows ahead / equal / behind", theme.soft, 12, "end")]
+             text(WIDTH - 14, 48, "rows faster / equal / slower", theme.soft, 12, "end")]
     for tick in (0.125, 0.25, 0.5, 1, 2, 4, 8, 16):
         if low <= math.log(tick) <= high:
             parts += [line(place(tick), top - 8, place(tick), bottom, theme.ink if tick == 1 else theme.grid),
@@ -262,7 +262,7 @@ def summary_picture(summary, theme):
             tag("rect", x=start, y=y + 7, width=max(end - start, 1.5), height=20,
                 fill=bar_colour(theme, mean)),
             text(after[0], y + 21, digits(mean), theme.ink, anchor=after[1], weight=weight),
-            text(WIDTH - 14, y + 21, f"{group['ahead']} / {group['equal']} / {group['behind']}",
+            text(WIDTH - 14, y + 21, f"{group['faster']} / {group['equal']} / {group['slower']}",
                  theme.soft, anchor="end"),
         ]
     parts.append(text(14, bottom + 22, "To the right of 1: this library is faster. To the left: the fastest "

@@ -264,13 +264,13 @@ class Group:
         self.operations = len(by_base)
         self.mean = geometric_mean([geometric_mean(ratios) for ratios in by_base.values()])
         ratios = [ratio for ratios in by_base.values() for ratio in ratios]
-        self.ahead = sum(ratio > EQUAL[1] for ratio in ratios)
-        self.behind = sum(ratio < EQUAL[0] for ratio in ratios)
-        self.equal = len(ratios) - self.ahead - self.behind
+        self.faster = sum(ratio > EQUAL[1] for ratio in ratios)
+        self.slower = sum(ratio < EQUAL[0] for ratio in ratios)
+        self.equal = len(ratios) - self.faster - self.slower
 
     def as_json(self):
         return {"group": self.name, "operations": self.operations, "mean": round(self.mean, 6),
-                "ahead": self.ahead, "equal": self.equal, "behind": self.behind}
+                "faster": self.faster, "equal": self.equal, "slower": self.slower}
 
 
 def summary_of(units):
@@ -286,10 +286,10 @@ def summary_of(units):
 
 
 def summary_table(summary):
-    heads = ["", ">operations", ">best peer ÷ ours", ">rows ahead", ">rows equal", ">rows behind"]
+    heads = ["", ">operations", ">best peer ÷ ours", ">rows faster", ">rows equal", ">rows slower"]
     return table(heads, (
         [f"**{g.name}**" if g is summary[-1] else g.name, str(g.operations), f"**{digits(g.mean)}**",
-         str(g.ahead), str(g.equal), str(g.behind)] for g in summary))
+         str(g.faster), str(g.equal), str(g.slower)] for g in summary))
 
 
 def page_with_summary(page, about, summary):

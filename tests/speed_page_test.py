@@ -156,7 +156,7 @@ class Tables(Made):
         self.assertIn("wrong result: trim/peer/Fast: not the expected result", made.stderr)
 
     def test_ratios_of_exactly_5_percent_are_equal(self):
-        for ratio, verdict in ((0.94, "behind"), (0.95, "equal"), (1.05, "equal"), (1.06, "ahead")):
+        for ratio, verdict in ((0.94, "slower"), (0.95, "equal"), (1.05, "equal"), (1.06, "faster")):
             ours, peer = table.Row("o", "ours", "us", 0), table.Row("o", "peer", "them", 0)
             ours.times, peer.times = [1.0], [ratio]
             group = table.Group("g", [table.Operation("o", [ours, peer])])
@@ -233,8 +233,8 @@ class Pictures(Made):
         self.assertIn(">0.75<", pictures.summary_picture([group.as_json()], pictures.THEMES[0]))
 
     def test_a_bar_begins_at_1_and_ends_at_its_mean(self):
-        groups = [{"group": "twice", "mean": 2.0, "ahead": 1, "equal": 0, "behind": 0},
-                  {"group": "half", "mean": 0.5, "ahead": 0, "equal": 0, "behind": 1}]
+        groups = [{"group": "twice", "mean": 2.0, "faster": 1, "equal": 0, "slower": 0},
+                  {"group": "half", "mean": 0.5, "faster": 0, "equal": 0, "slower": 1}]
         svg = xml.dom.minidom.parseString(pictures.summary_picture(groups, pictures.THEMES[0]))
         ticks = {tick.firstChild.data: float(tick.getAttribute("x"))
                  for tick in svg.getElementsByTagName("text")}
