@@ -20,64 +20,84 @@ FieldReader::FieldReader(std::string_view text, std::string_view separators) noe
     : next_(text.data()),
       end_(text.data() + text.size()),
       fieldStart_(text.data()),
-      block_(text.data()) {
-    if (separators.size() <= COMPARED_SEPARATORS) {
-        separatorCount_ = separators.copy(separators_.data(), separators_.size());
-        return;
+      separatorCount_(separators.size()) {
+    if (separatorCount_ <= COMPARED_SEPARATORS) {
+        separators.copy(separators_.data(), separatorCount_);
+    } else {
+        for (char const c : separators)
+            isSeparator_[static_cast<unsigned char>(c)] = true;
     }
-    isSeparator_.emplace();
-    for (char const c : separators)
-        (*isSeparator_)[static_cast<unsigned char>(c)] = 1;
+    readBlock();
 }
 
-std::uint64_t FieldReader::separatorsIn(char const* block) const noexcept {
+// Finds the separators of the next 64 bytes, or of the fewer bytes that are left.
+void FieldReader::readBlock() noexcept {
+    block_ = next_;
+    separatorBits_ = separatorsAt(block_);
+    next_ += sizeOfBlockAt(block_);
+}
+
+std::size_t FieldReader::sizeOfBlockAt(char const* position) const noexcept {
+    return std::min(BITS_PER_BLOCK, static_cast<std::size_t>(end_ - position));
+}
+
+// The separators of the block at that position, one bit for each byte.
+std::uint64_t FieldReader::separatorsAt(char const* position) const noexcept {
+    std::size_t const size = sizeOfBlockAt(position);
+    if (separatorCount_ > COMPARED_SEPARATORS) return separatorsLookedUp(position, size);
     std::uint64_t bits = 0;
-    if (isSeparator_) {
-        for (std::size_t i = 0; i < BITS_PER_BLOCK; ++i) {
-            auto const byte = static_cast<unsigned char>(block[i]);
-            bits |= std::uint64_t{(*isSeparator_)[byte]} << i;
-        }
+    std::size_t i = 0;
+    // For a whole block the compiler knows how often this loop runs, which is faster.
+    if (size == BITS_PER_BLOCK) {
+        for (; i < BITS_PER_BLOCK; i += sizeof(Bytes))
+            bits |= separatorsCompared(position + i) << i;
         return bits;
     }
-    for (std::size_t i = 0; i < BITS_PER_BLOCK; i += sizeof(Bytes)) {
-        Bytes const bytes = loadBytes(block + i);
-        Bytes found{};
-        // The first bound is never reached; g++ warns without it.
-        for (std::size_t s = 0; s < separators_.size() && s < separatorCount_; ++s)
-            found |= equal(bytes, separators_[s]);
-        bits |= bitsOf(found) << i;
+    for (; i + sizeof(Bytes) <= size; i += sizeof(Bytes))
+        bits |= separatorsCompared(position + i) << i;
+    if (i == size) return bits;
+    std::array<char, sizeof(Bytes)> rest{};
+    std::memcpy(rest.data(), position + i, size - i);
+    std::uint64_t const mask = (std::uint64_t{1} << (size - i)) - 1;
+    return bits | (separatorsCompared(rest.data()) & mask) << i;
+}
+
+std::uint64_t FieldReader::separatorsLookedUp(char const* bytes, std::size_t size) const noexcept {
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        auto const byte = static_cast<unsigned char>(bytes[i]);
+        bits |= std::uint64_t{isSeparator_[byte]} << i;
     }
     return bits;
 }
 
-// The separators among the next 64 bytes of the string, or among the fewer bytes that are left.
-std::uint64_t FieldReader::separatorsAt(char const* position) const noexcept {
-    auto const left = static_cast<std::size_t>(end_ - position);
-    if (left >= BITS_PER_BLOCK) return separatorsIn(position);
-    std::array<char, BITS_PER_BLOCK> block{};
-    std::memcpy(block.data(), position, left);
-    return separatorsIn(block.data()) & ((std::uint64_t{1} << left) - 1);
+// Sixteen bytes compared with each of a few separators.
+std::uint64_t FieldReader::separatorsCompared(char const* bytes) const noexcept {
+    Bytes const loaded = loadBytes(bytes);
+    Bytes found{};
+    // The first bound is never reached; g++ warns without it.
+    for (std::size_t s = 0; s < separators_.size() && s < separatorCount_; ++s)
+        found |= equal(loaded, separators_[s]);
+    return bitsOf(found);
 }
 
 UTILLIBRARY_WRAPS std::size_t FieldReader::count() const noexcept {
-    auto const size = static_cast<std::size_t>(end_ - next_);
     std::size_t fields = 1;        // the last one
     std::uint64_t afterField = 0;  // 1 if the byte before this block belongs to a field
-    for (std::size_t i = 0; i < size; i += BITS_PER_BLOCK) {
-        std::uint64_t const separators = separatorsAt(next_ + i);
+    std::uint64_t separators = separatorBits_;
+    for (char const* position = next_;; position += sizeOfBlockAt(position)) {
         std::uint64_t const ends = separators & (~separators << 1 | afterField);
         fields += static_cast<std::size_t>(std::popcount(ends));
+        if (position == end_) return fields;
         afterField = ~separators >> (BITS_PER_BLOCK - 1);
+        separators = separatorsAt(position);
     }
-    return fields;
 }
 
 // Moves on to the next block that contains a separator. False if there is none.
 bool FieldReader::findSeparators() noexcept {
-    while (next_ < end_) {
-        block_ = next_;
-        separatorBits_ = separatorsAt(block_);
-        next_ += std::min<std::ptrdiff_t>(BITS_PER_BLOCK, end_ - next_);
+    while (next_ != end_) {
+        readBlock();
         if (separatorBits_ != 0) return true;
     }
     return false;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -48,19 +48,22 @@ private:
     static constexpr std::size_t BITS_PER_BLOCK = 64;      // one bit for each byte of a block
     static constexpr std::size_t COMPARED_SEPARATORS = 4;  // more are looked up in a table
 
+    void readBlock() noexcept;
     bool findSeparators() noexcept;
-    std::uint64_t separatorsIn(char const* block) const noexcept;
+    std::size_t sizeOfBlockAt(char const* position) const noexcept;
     std::uint64_t separatorsAt(char const* position) const noexcept;
+    std::uint64_t separatorsLookedUp(char const* bytes, std::size_t size) const noexcept;
+    std::uint64_t separatorsCompared(char const* bytes) const noexcept;
 
-    char const* next_;                 // the first byte that no block has covered yet
-    char const* end_;                  // of the string
-    char const* fieldStart_;           // the byte after the last separator
-    char const* block_;                // what `separatorBits_` describes
-    std::uint64_t separatorBits_ = 0;  // the separators of the block that are still to come
-    bool finished_ = false;            // true once the last field is given
+    char const* next_;             // the first byte that no block has covered yet
+    char const* end_;              // of the string
+    char const* fieldStart_;       // the byte after the last separator
+    char const* block_;            // what `separatorBits_` describes
+    std::uint64_t separatorBits_;  // the separators of the block that are still to come
+    bool finished_ = false;        // true once the last field is given
+    std::size_t separatorCount_;
     std::array<char, COMPARED_SEPARATORS> separators_{};
-    std::size_t separatorCount_ = 0;                             // of those
-    std::optional<std::array<unsigned char, 256>> isSeparator_;  // 1 for a separator; used instead
+    std::bitset<256> isSeparator_;  // used instead if there are more
 };
 
 /// Writes pairs as `serializeNVP` does. It collects them and appends them in one piece, so that the
