@@ -78,7 +78,8 @@ private:
         }
     }
 
-    // A part of the stream's own block. The whole block becomes zero: KEPT(copy-onto-itself-zeroes)
+    // Copies a part of the stream's own block. A copy of the whole block sets it to zero; only call
+    // 4 has a model of that. KEPT(copy-onto-itself-zeroes)
     void playCopyOfOwnBytes() {
         unsigned int const size = stream().size();
         if (size == 0) return;

@@ -8,7 +8,8 @@
 #include <cstring>
 #include <string>
 
-// The bytes of an input, taken from the front as arguments. After the last byte all are zero.
+// The bytes of an input, taken from the front as arguments. After the last byte, each value that is
+// taken is zero or empty.
 class Input {
 public:
     Input(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
@@ -29,8 +30,8 @@ public:
     /// Takes one byte, as a number below `limit`.
     unsigned int takeBelow(unsigned int limit) { return take<std::uint8_t>() % limit; }
 
-    /// Takes the bytes before the next line feed, and drops the line feed; without one, takes the
-    ///       rest.
+    /// Takes the bytes before the next line feed, and drops the line feed. Without a line feed,
+    /// takes the rest.
     std::string takeLine() {
         std::uint8_t const* const end = std::find(data_, data_ + size_, std::uint8_t{'\n'});
         std::string const line = first(static_cast<std::size_t>(end - data_));
@@ -46,7 +47,7 @@ public:
 
 private:
     std::string first(std::size_t count) const {
-        // An empty input has no data, and null is no string.
+        // The pointer may be null, from which no std::string may be made.
         if (count == 0) return {};
         return {reinterpret_cast<char const*>(data_), count};
     }

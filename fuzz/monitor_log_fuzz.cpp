@@ -16,6 +16,7 @@
 #include "readings/reading_line.h"
 #include "readings/replay.h"
 #include "support/pair_models.h"
+#include "utc.h"
 
 // A log of the example monitor: a file of lines, each with the values of one reading. The model
 // splits it at line feeds, and reads numbers and times by libc.
@@ -205,12 +206,7 @@ void expectReplay(std::string const& log) {
 
 }  // namespace
 
-// In another time zone libc might count leap seconds; the library never does.
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    setenv("TZ", "UTC0", 1);
-    tzset();
-    return 0;
-}
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) { return useUtc(); }
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     Input input(data, size);

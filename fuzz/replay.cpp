@@ -9,7 +9,7 @@
 // can repeat what the fuzzer has learned.
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
-// Not every target has one.
+// Weak, because not every target defines it.
 extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 namespace {

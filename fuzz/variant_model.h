@@ -4,8 +4,8 @@
 
 #include <utillibrary/datatypes/xtime.h>
 
-// A Variant as plain fields, and what it must give as each type. Integers are read in 128 bits,
-// and strings in the C locale.
+// A Variant as plain fields, and what each conversion must give. Integers are read in 128 bits, and
+// strings under the "C" locale.
 struct VariantModel {
     int type = 0;
     unsigned long slot = 0;

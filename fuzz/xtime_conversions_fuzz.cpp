@@ -1,5 +1,3 @@
-#include <cstdlib>
-#include <ctime>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -8,17 +6,15 @@
 
 #include "input.h"
 #include "support/time_models.h"
+#include "utc.h"
+
+// A time that is written as strings, and a string that is read as a time.
 
 using com::halvorin::datatypes::xtime_t;
 using namespace com::halvorin::utilities;
 using namespace testing_support;
 
-// In another time zone libc might count leap seconds; the library never does.
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    setenv("TZ", "UTC0", 1);
-    tzset();
-    return 0;
-}
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) { return useUtc(); }
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     Input input(data, size);

@@ -1,13 +1,13 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <ctime>
 #include <optional>
 
 #include <utillibrary/datatypes/xtime.h>
 
 #include "input.h"
+#include "utc.h"
 
 // A time through a sequence of changes, in the library's arithmetic and in exact arithmetic.
 
@@ -136,12 +136,7 @@ void expectOrder(xtime_t const& left, xtime_t const& right) {
 
 }  // namespace
 
-// In another time zone libc might count leap seconds; the library never does.
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    setenv("TZ", "UTC0", 1);
-    tzset();
-    return 0;
-}
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) { return useUtc(); }
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     Input input(data, size);
