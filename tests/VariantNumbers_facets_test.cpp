@@ -2,7 +2,6 @@
 #include <locale>
 #include <new>
 #include <optional>
-#include <pthread.h>
 #include <random>
 #include <sstream>
 #include <string>
@@ -13,6 +12,7 @@
 #include "utillibrary/internal/wide_number.h"
 #include <utillibrary/datatypes/Variant.h>
 
+#include "support/cancellation.h"
 #include "support/failing_allocations.h"
 #include "support/locales.h"
 #include "support/random.h"
@@ -25,6 +25,8 @@ using com::halvorin::internal::readClassicInt64;
 using com::halvorin::internal::readStandardInt64;
 using com::halvorin::internal::standardReadingFacets;
 using testing_support::allocationsOf;
+using testing_support::cancelThisThread;
+using testing_support::endsByCancellation;
 using testing_support::failsWithout;
 using testing_support::randomEngine;
 using testing_support::ReadingLocale;
@@ -295,23 +297,14 @@ class CancellingNumGet : public std::num_get<wchar_t> {
 protected:
     iter_type do_get(iter_type from, iter_type /*end*/, std::ios_base& /*stream*/,
                      std::ios_base::iostate& /*state*/, long& /*value*/) const override {
-        pthread_cancel(pthread_self());
-        pthread_testcancel();
+        cancelThisThread();
         return from;
     }
 };
 
 TEST(VariantNumbersFacets, LetsTheCancellationOfAThreadPass) {
     ScopedCppLocale const cpp(std::locale(std::locale::classic(), new CancellingNumGet));
-    auto const work = [](void* /*nothing*/) -> void* {
-        static_cast<void>(Variant(L"42").toInt64());
-        return nullptr;
-    };
-    pthread_t thread{};
-    ASSERT_EQ(pthread_create(&thread, nullptr, work, nullptr), 0);
-    void* result = nullptr;
-    ASSERT_EQ(pthread_join(thread, &result), 0);
-    EXPECT_EQ(result, PTHREAD_CANCELED);
+    EXPECT_TRUE(endsByCancellation([] { static_cast<void>(Variant(L"42").toInt64()); }));
 }
 
 }  // namespace

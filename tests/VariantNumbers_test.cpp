@@ -5,7 +5,6 @@
 #include <iostream>
 #include <locale>
 #include <new>
-#include <pthread.h>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -15,6 +14,7 @@
 
 #include <utillibrary/datatypes/Variant.h>
 
+#include "support/cancellation.h"
 #include "support/locales.h"
 #include "support/recorded_reports.h"
 #include "support/variant_readings.h"
@@ -22,6 +22,8 @@
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::VariantType;
 using com::halvorin::datatypes::xtime_t;
+using testing_support::cancelThisThread;
+using testing_support::endsByCancellation;
 using testing_support::expectBoolean;
 using testing_support::expectFloating;
 using testing_support::expectIntegers;
@@ -619,23 +621,14 @@ TEST(VariantNumbers, DoesNotThrowWhenStandardOutputDoes) {
 class CancellingOutput : public CapturedOutput {
 protected:
     std::streamsize xsputn(char const* /*text*/, std::streamsize size) override {
-        pthread_cancel(pthread_self());
-        pthread_testcancel();
+        cancelThisThread();
         return size;
     }
 };
 
 TEST(VariantNumbers, LetsTheCancellationOfAThreadPassThroughStandardOutput) {
     CancellingOutput const output;
-    auto const work = [](void* /*nothing*/) -> void* {
-        static_cast<void>(Variant().toInt32());
-        return nullptr;
-    };
-    pthread_t thread{};
-    ASSERT_EQ(pthread_create(&thread, nullptr, work, nullptr), 0);
-    void* result = nullptr;
-    ASSERT_EQ(pthread_join(thread, &result), 0);
-    EXPECT_EQ(result, PTHREAD_CANCELED);
+    EXPECT_TRUE(endsByCancellation([] { static_cast<void>(Variant().toInt32()); }));
     std::cout.clear();
 }
 

@@ -2,7 +2,6 @@
 #include <cmath>
 #include <locale>
 #include <new>
-#include <pthread.h>
 #include <random>
 #include <sstream>
 #include <string>
@@ -12,6 +11,7 @@
 #include "utillibrary/datatypes/VariantText_internal.h"
 #include <utillibrary/datatypes/Variant.h>
 
+#include "support/cancellation.h"
 #include "support/locales.h"
 #include "support/random.h"
 #include "support/writing_locales.h"
@@ -20,6 +20,8 @@ using com::halvorin::datatypes::Variant;
 using com::halvorin::internal::insertIntoStream;
 using com::halvorin::internal::PLAIN_SIZE;
 using com::halvorin::internal::writePlain;
+using testing_support::cancelThisThread;
+using testing_support::endsByCancellation;
 using testing_support::randomEngine;
 using testing_support::ScopedCppLocale;
 using testing_support::WritingLocale;
@@ -167,23 +169,14 @@ class CancellingNumPut : public std::num_put<wchar_t> {
 protected:
     iter_type do_put(iter_type out, std::ios_base& /*stream*/, wchar_t /*fill*/,
                      long /*value*/) const override {
-        pthread_cancel(pthread_self());
-        pthread_testcancel();
+        cancelThisThread();
         return out;
     }
 };
 
 TEST(VariantTextFacets, LetsTheCancellationOfAThreadPass) {
     ScopedCppLocale const cpp(std::locale(std::locale::classic(), new CancellingNumPut));
-    auto const work = [](void* /*nothing*/) -> void* {
-        static_cast<void>(Variant(42).toString());
-        return nullptr;
-    };
-    pthread_t thread{};
-    ASSERT_EQ(pthread_create(&thread, nullptr, work, nullptr), 0);
-    void* result = nullptr;
-    ASSERT_EQ(pthread_join(thread, &result), 0);
-    EXPECT_EQ(result, PTHREAD_CANCELED);
+    EXPECT_TRUE(endsByCancellation([] { static_cast<void>(Variant(42).toString()); }));
 }
 
 }  // namespace
