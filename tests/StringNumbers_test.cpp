@@ -100,7 +100,7 @@ TEST(ToString, TakesNoLiteral) {
 }
 
 // The path that answers: of the fast ones at most one does.
-enum class Path { shortForm, fixed, libc };
+enum class Path { general, fixed, libc };
 
 struct FormatFact {
     double value;
@@ -111,25 +111,25 @@ struct FormatFact {
 
 // Strings of 30 and 31 bytes are whole, one of 32 is cut.
 FormatFact const FORMAT_FACTS[] = {
-    {1.5, "%g", "1.5", Path::shortForm},
-    {1234567, "%g", "1.23457e+06", Path::shortForm},
-    {999999.5, "%g", "1e+06", Path::shortForm},
-    {100000, "%g", "100000", Path::shortForm},
-    {0.0001, "%g", "0.0001", Path::shortForm},
-    {0.00001, "%g", "1e-05", Path::shortForm},
-    {-0.0, "%g", "-0", Path::shortForm},
-    {HUGE_VAL, "%g", "inf", Path::shortForm},
-    {-HUGE_VAL, "%g", "-inf", Path::shortForm},
-    {-DBL_MAX, "%g", "-1.79769e+308", Path::shortForm},
-    {DBL_MIN, "%g", "2.22507e-308", Path::shortForm},
-    {1e99, "%g", "1e+99", Path::shortForm},
-    {1e100, "%g", "1e+100", Path::shortForm},
-    {1e-99, "%g", "1e-99", Path::shortForm},
-    {1e-100, "%g", "1e-100", Path::shortForm},
-    {1234565, "%g", "1.23456e+06", Path::shortForm},
-    {1234575, "%g", "1.23458e+06", Path::shortForm},
-    {9999995, "%g", "1e+07", Path::shortForm},
-    {5e-324, "%g", "4.94066e-324", Path::shortForm},
+    {1.5, "%g", "1.5", Path::general},
+    {1234567, "%g", "1.23457e+06", Path::general},
+    {999999.5, "%g", "1e+06", Path::general},
+    {100000, "%g", "100000", Path::general},
+    {0.0001, "%g", "0.0001", Path::general},
+    {0.00001, "%g", "1e-05", Path::general},
+    {-0.0, "%g", "-0", Path::general},
+    {HUGE_VAL, "%g", "inf", Path::general},
+    {-HUGE_VAL, "%g", "-inf", Path::general},
+    {-DBL_MAX, "%g", "-1.79769e+308", Path::general},
+    {DBL_MIN, "%g", "2.22507e-308", Path::general},
+    {1e99, "%g", "1e+99", Path::general},
+    {1e100, "%g", "1e+100", Path::general},
+    {1e-99, "%g", "1e-99", Path::general},
+    {1e-100, "%g", "1e-100", Path::general},
+    {1234565, "%g", "1.23456e+06", Path::general},
+    {1234575, "%g", "1.23458e+06", Path::general},
+    {9999995, "%g", "1e+07", Path::general},
+    {5e-324, "%g", "4.94066e-324", Path::general},
     {2.0 / 3, "%.3f", "0.667", Path::fixed},
     {1.5, "%G", "1.5"},
     {1.5, "%g ", "1.5 "},
@@ -151,10 +151,10 @@ FormatFact const FORMAT_FACTS[] = {
     {1.5, "12345678901234567890123456789012", "1234567890123456789012345678901"},
 };
 
-std::optional<std::string> byShortForm(double value, std::string const& format) {
-    if (format != SHORT_FORM) return std::nullopt;
+std::optional<std::string> byGeneralFormat(double value, std::string const& format) {
+    if (format != GENERAL_FORMAT) return std::nullopt;
     std::string text(GENERAL_SIZE, '?');
-    auto const size = writeShortForm(text.data(), value);
+    auto const size = writeGeneralFormat(text.data(), value);
     return size ? std::optional(text.substr(0, *size)) : std::nullopt;
 }
 
@@ -173,8 +173,8 @@ void expectTexts(std::span<FormatFact const> facts) {
         EXPECT_EQ(to_string(row.value, row.format), row.text);
         EXPECT_EQ(printWithLibc(row.value, row.format.c_str()), row.text);
         std::optional<std::string> const text = row.text;
-        EXPECT_EQ(byShortForm(row.value, row.format),
-                  row.path == Path::shortForm ? text : std::nullopt);
+        EXPECT_EQ(byGeneralFormat(row.value, row.format),
+                  row.path == Path::general ? text : std::nullopt);
         EXPECT_EQ(byFixed(row.value, row.format), row.path == Path::fixed ? text : std::nullopt);
     }
 }
@@ -183,13 +183,13 @@ void expectTexts(std::span<FormatFact const> facts) {
 TEST(ToString, AsksLibcUnderAnotherDecimalPointOrRounding) {
     for (char const* const locale : {"de_DE.UTF-8", "ps_AF.UTF-8"}) {
         ScopedCLocale const scope(locale);
-        EXPECT_EQ(byShortForm(1, "%g"), std::nullopt);
+        EXPECT_EQ(byGeneralFormat(1, "%g"), std::nullopt);
         EXPECT_EQ(byFixed(1, "%.3f"), std::nullopt);
     }
     ScopedCLocale const scope("C");
     for (int const mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
         ScopedRounding const rounding(mode);
-        EXPECT_EQ(byShortForm(1, "%g"), std::nullopt);
+        EXPECT_EQ(byGeneralFormat(1, "%g"), std::nullopt);
         EXPECT_EQ(byFixed(1, "%.3f"), std::nullopt);
     }
 }
@@ -261,7 +261,7 @@ double anyNumber(std::mt19937_64& engine) {
     }
 }
 
-TEST(ToString, WritesTheShortFormAsLibcDoes) {
+TEST(ToString, WritesTheGeneralFormatAsLibcDoes) {
     std::mt19937_64 engine = randomEngine();
     for (std::string const& locale : allLocales()) {
         ScopedCLocale const scope(locale);

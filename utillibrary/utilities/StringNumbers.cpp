@@ -16,8 +16,7 @@
 namespace com::halvorin::internal {
 
 std::string printWithLibc(double value, char const* format) {
-    // KEPT(numbers-cut-at-31): not measured first, so that no result is longer than the contract
-    // says.
+    // KEPT(numbers-cut-at-31): the length is not measured first, so a longer result is cut.
     std::array<char, LONGEST_PRINTED + 1> area{};
     if (std::snprintf(area.data(), area.size(), format, value) < 0 && errno == ENOMEM) {
         throw std::bad_alloc();
@@ -27,7 +26,7 @@ std::string printWithLibc(double value, char const* format) {
 
 std::optional<double> readWithLibc(std::string const& text) noexcept {
     char* end = nullptr;
-    // KEPT(range-error-is-silent): errno is not asked.
+    // KEPT(range-error-is-silent): errno is not read.
     double const number = std::strtod(text.c_str(), &end);
     if (end == text.c_str()) return std::nullopt;
     return number;
@@ -41,12 +40,12 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-std::string shortForm(double value) {
+std::string generalFormat(double value) {
     std::string text(GENERAL_SIZE, '\0');  // in place, without the heap
-    if (auto const size = writeShortForm(text.data(), value)) {
+    if (auto const size = writeGeneralFormat(text.data(), value)) {
         text.erase(*size);
     } else {
-        text = printWithLibc(value, SHORT_FORM);
+        text = printWithLibc(value, GENERAL_FORMAT);
     }
     return text;
 }
@@ -68,7 +67,7 @@ std::string to_string(float const& value, std::string const& format) {
 }
 
 std::string to_string(double const& value, std::string const& format) {
-    if (std::string_view{format} == SHORT_FORM) return shortForm(value);
+    if (std::string_view{format} == GENERAL_FORMAT) return generalFormat(value);
     std::array<char, LONGEST_PRINTED> area;
     if (auto const size = writeFixed(area.data(), value, format)) return {area.data(), *size};
     return printWithLibc(value, format.c_str());
@@ -77,7 +76,7 @@ std::string to_string(double const& value, std::string const& format) {
 bool strtodEx(std::string const& text, double& value) noexcept {
     auto number = readPlain<double>(text, singleDecimalPoint);
     if (!number) number = readWithLibc(text);
-    if (number) value = *number;  // KEPT(number-at-the-front): the rest is not looked at
+    if (number) value = *number;  // KEPT(number-at-the-front): the rest is not checked
     return number.has_value();
 }
 

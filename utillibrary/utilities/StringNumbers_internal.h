@@ -23,10 +23,11 @@ std::string printWithLibc(double value, char const* format);
 // Fast paths of `to_string`: each writes the same characters, and returns their number. Both
 // decline if the C locale's decimal point is not "." or if libc does not round to the nearest.
 
-// Answers for the format "%g" and every value.
+inline constexpr char GENERAL_FORMAT[] = "%g";
+
+// Answers for GENERAL_FORMAT and every value.
 // Takes  out: GENERAL_SIZE bytes
-inline constexpr char SHORT_FORM[] = "%g";
-inline std::optional<std::size_t> writeShortForm(char* out, double value) noexcept {
+inline std::optional<std::size_t> writeGeneralFormat(char* out, double value) noexcept {
     if (!libcPrintsPlainNumbers()) return std::nullopt;
     return static_cast<std::size_t>(writeGeneral(out, value) - out);
 }
@@ -46,7 +47,7 @@ inline std::optional<std::size_t> writeFixed(char* out, double value,
     return static_cast<std::size_t>(end - out);
 }
 
-// The general path of `strtodEx`: what strtod reads; none if it consumes no character.
+// The general path of `strtodEx`: what strtod reads, or nothing if it reads no character.
 std::optional<double> readWithLibc(std::string const& text) noexcept;
 
 }  // namespace com::halvorin::internal
