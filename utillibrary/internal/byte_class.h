@@ -10,7 +10,7 @@ namespace com::halvorin::internal {
 
 // ---- general path: the functions that every libc has
 
-// Their argument is EOF or the value of an unsigned char.
+// The argument of isspace and similar functions, which take EOF or the value of an unsigned char.
 inline int characterOf(char c) noexcept {
     auto const value = static_cast<signed char>(c);
     return value == EOF ? EOF : static_cast<unsigned char>(c);
@@ -53,8 +53,8 @@ public:
 
 // ---- fast path: the tables from which glibc's functions read
 
-// glibc's <ctype.h> promises an entry for every signed char and for EOF. A table is fetched once,
-// where the functions are called for each byte.
+// glibc's <ctype.h> promises an entry for every signed char and for EOF. An object fetches its
+// table once; the functions fetch it for each byte.
 
 class TabledClasses {
 public:
@@ -79,7 +79,7 @@ public:
     bool graphicIsUsual() const noexcept { return asciiIsGraphic() && !othersAreGraphic(); }
 
 private:
-    // KEPT(byte-ff-is-eof): no unsigned char, for which 0xFF would be a character.
+    // KEPT(byte-ff-is-eof): the index is signed. As an unsigned char, 0xFF would be a character.
     bool has(char c, int wanted) const noexcept {
         return (table_[static_cast<signed char>(c)] & wanted) != 0;
     }

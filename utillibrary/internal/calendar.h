@@ -44,8 +44,8 @@ constexpr long secondsOf(long days, ClockTime const& clock, long adjustment) noe
 
 inline constexpr unsigned long DAYS_PER_ERA = 146097;  // 400 years
 inline constexpr unsigned long YEARS_PER_ERA = 400;
-// Makes the day number of every date positive that six ints can express. They are 2.4e9 years; the
-// farthest such date, with everything that is carried into its year, is 2.34e9 years away.
+// Shifts the origin back by 2.4e9 years, so that every day number is positive. The farthest date
+// that six ints can express, with everything that is carried into its year, is 2.34e9 years away.
 inline constexpr unsigned long ERAS_SHIFTED = 6'000'000;
 // From the shifted origin, 1 March of the year 0 of that many eras before, to 1 January 1970.
 inline constexpr unsigned long DAYS_SHIFTED = ERAS_SHIFTED * DAYS_PER_ERA + 719468;
@@ -141,14 +141,14 @@ struct SecondOfCentury {
     unsigned secondOfDay;  // [0, 86399]
 };
 
-/// Takes    seconds: since 1970, that are recorded
+/// Takes    seconds: since 1970; `isRecorded` is true for them
 UTILLIBRARY_WRAPS constexpr SecondOfCentury secondOfCentury(long seconds) noexcept {
-    // The century of 1900 goes on until 2100 here, since 2000 was leap.
+    // The century of 1900 goes on until 2100 here, because 2000 was a leap year.
     if (inCalendarRange(seconds)) {
         constexpr unsigned SECONDS = SECONDS_PER_DAY;
         constexpr auto DAYS_BEFORE = static_cast<unsigned>(-daysToMonth(1900, 3));
-        auto const natural = static_cast<unsigned>(seconds);
-        return {{1900, DAYS_BEFORE + natural / SECONDS}, natural % SECONDS};
+        auto const narrow = static_cast<unsigned>(seconds);
+        return {{1900, DAYS_BEFORE + narrow / SECONDS}, narrow % SECONDS};
     }
     constexpr unsigned long SECONDS = SECONDS_PER_DAY;
     unsigned long const shifted = static_cast<unsigned long>(seconds) + DAYS_SHIFTED * SECONDS;
@@ -175,9 +175,9 @@ struct BrokenDownTime {
 /// The record of a second for which `gmtime_r` fails: all its fields are zero.
 inline constexpr BrokenDownTime ALL_ZERO_RECORD = {1900, 1, 0, 0, 0, 0};
 
-/// What `gmtime_r` gives for a second, without its process-wide lock and with no leap second under
-/// a zone that counts them. Where the years since 1900 fit an int and the full year does not, the
-/// year wraps. KEPT(year-wraps-at-32-bits)
+/// What `gmtime_r` gives for a second, without its process-wide lock. No leap seconds are counted,
+/// whatever TZ says. Where the years since 1900 fit an int and the full year does not, the year
+/// wraps. KEPT(year-wraps-at-32-bits)
 constexpr BrokenDownTime breakDown(long seconds) noexcept {
     if (!isRecorded(seconds)) return ALL_ZERO_RECORD;
     SecondOfCentury const place = secondOfCentury(seconds);

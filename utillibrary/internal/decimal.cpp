@@ -111,7 +111,7 @@ char* writeByStandardLibrary(char* out, double value) noexcept {
     return std::to_chars(out, out + GENERAL_SIZE, value, std::chars_format::general, DIGITS).ptr;
 }
 
-// Asked of the bits: a comparison may take a subnormal number for 0, see below.
+// Tests the bits, because a comparison may take a subnormal number for 0: see below.
 bool isSubnormal(double value) noexcept {
     auto const magnitude = std::bit_cast<std::uint64_t>(value) & ~SIGN;
     return magnitude != 0 && magnitude >> MANTISSA_BITS == 0;

@@ -42,8 +42,8 @@ char* writeWhole(char* out, int value) noexcept;
 /// because it counts the digits first.
 std::string wholeText(long value);
 
-/// The bytes that `writeGeneral` needs. Its longest result is "-1.23457e+308". It also stores eight
-/// characters at once, the last of them up to here, after "-12345.".
+/// The bytes that `writeGeneral` needs. Its longest result, "-1.23457e+308", has 13. But it stores
+/// eight characters at once, and it may do so after the seven of "-12345.".
 inline constexpr std::size_t GENERAL_SIZE = 15;
 
 /// Writes what printf writes for "%g" in the "C" locale when it rounds to the nearest.
@@ -57,8 +57,8 @@ char* writeGeneralExactly(char* out, double value) noexcept;
 /// too close to half of the last digit that stays.
 std::optional<char*> writeSixDigits(char* out, double value) noexcept;
 
-/// The same as a string. A std::string contains so few bytes without the heap; they are written in
-/// place.
+/// The result of `writeGeneral` as a string. It is written in place: a std::string contains
+/// GENERAL_SIZE bytes without the heap.
 inline std::string generalText(double value) {
     std::string text(GENERAL_SIZE, '\0');
     text.erase(static_cast<std::size_t>(writeGeneral(text.data(), value) - text.data()));
@@ -69,8 +69,8 @@ inline std::string generalText(double value) {
 inline constexpr std::size_t PRINTED_GENERAL_SIZE = 32;
 
 /// Writes what printf writes for "%g" now, in the C locale and the rounding mode in force.
-/// Takes  out: PRINTED_GENERAL_SIZE bytes; plain: the answer of libcPrintsPlainNumbers(), which a
-///        caller with many numbers asks for once
+/// Takes  out: PRINTED_GENERAL_SIZE bytes; plain: the result of libcPrintsPlainNumbers(), so that a
+///        caller with many numbers asks once
 char* printGeneral(char* out, double value, bool plain) noexcept;
 
 }  // namespace com::halvorin::internal

@@ -4,16 +4,17 @@
 #include <ios>
 #include <new>
 
-// Formatted extraction and insertion that keep what a facet of the host throws inside.
+// Formatted extraction and insertion. Of the exceptions of a host's facet only std::bad_alloc
+// passes.
 namespace com::halvorin::internal {
 
-/// In a handler `catch (...)`, which must then throw again: true if it has caught the cancellation
-/// of the thread. That is no C++ exception, so there is no current one. (To catch
-/// abi::__forced_unwind would bind a reference to nothing.)
+/// To call in a handler `catch (...)`: true if the handler has caught the cancellation of the
+/// thread, which it must throw again. A cancellation is no C++ exception, so there is no current
+/// exception. (A handler for abi::__forced_unwind would bind a reference to no object.)
 inline bool threadIsBeingCancelled() noexcept { return std::current_exception() == nullptr; }
 
-/// Runs `operation`, which calls a facet. Afterwards the caller uses what the stream then has: the
-/// value read so far, the characters written so far.
+/// Runs `operation`, which calls a facet. After an exception the caller uses what is there: the
+/// value read so far, or the characters written so far.
 /// Fails  std::bad_alloc and the cancellation of the thread pass. All else is caught here.
 template <typename Operation>
 void runFacet(Operation operation) {

@@ -7,8 +7,8 @@ namespace com::halvorin::internal {
 
 namespace {
 
-// A facet of one of these types, and not of a type derived from them, is the standard library's
-// own.
+// True if the type of the facet is `Facet` or one of `Others`, and not a type that a host derived
+// from them.
 template <typename Facet, typename... Others>
 bool isStandard(Facet const& facet) noexcept {
     auto const& type = typeid(facet);

@@ -15,7 +15,7 @@ namespace com::halvorin::internal {
 /// byte; else a zero byte.
 char singleDecimalPoint() noexcept;
 
-/// The decimal point that libc reads in wide strings there.
+/// The decimal point that libc reads in wide strings in the calling thread's C locale.
 wchar_t wideDecimalPoint() noexcept;
 
 /// True if the point of `singleDecimalPoint` is ".".
@@ -37,9 +37,10 @@ struct StandardFacets {
     std::ctype<wchar_t> const& characters;
 };
 
-/// The facets of `locale`, if wide streams with it read numbers by the standard library's own. Then
-/// they do so by the rules of num_get, and digits and signs are the ASCII characters, because a
-/// standard ctype widens these to themselves. Declines if a facet is of a type that a host derived.
+/// The facets of `locale`, if all facets by which a wide stream reads numbers are the standard
+/// library's own. The stream then follows the rules of num_get, and digits and signs are the ASCII
+/// characters, because a standard ctype widens these to themselves. Declines if a host derived one
+/// of the facets.
 /// Cost  30 ns.
 std::optional<StandardFacets> standardReadingFacets(std::locale const& locale);
 

@@ -39,9 +39,9 @@ inline bool isSkipped(wchar_t c) noexcept {
 
 /// Reads a string that is an optional sign, 1 to 19 digits with at most one point among them, and
 /// an optional exponent: "e", an optional sign, and up to two digits.
-/// Takes  decimalPoint: gives libc's decimal point, or a zero if libc's is longer than one
-///        character. It is called once at most, for a string with a "." or an "e".
-/// Gives  false for any other string, and `number` as it was.
+/// Takes  decimalPoint: a function that gives libc's decimal point, or a zero if that is longer
+///        than one character. It is called only for a string with a "." or an "e", and once.
+/// Gives  false for any other string; `number` is then unchanged.
 template <typename Text, typename DecimalPoint>
 bool parsePlainNumber(Text const& text, DecimalPoint decimalPoint, PlainNumber& number) noexcept {
     auto const* const end = text.data() + text.size();
@@ -89,10 +89,10 @@ bool parsePlainNumber(Text const& text, DecimalPoint decimalPoint, PlainNumber& 
 
 /// digits * 10^exponent, rounded to the nearest, from the leading bits of the power.
 /// Takes  digits: not 0
-/// Declines if these bits do not tell on which side of a halfway point the number is, and if libc
-/// may report the number out of range: outside the normal numbers, and at the smallest of them, to
-/// which a smaller number may have been rounded. All floating operations here are exact. So they
-/// raise no flag, and the mode of the arithmetic does not matter.
+/// Declines if these bits do not tell on which side of a halfway point the number is. Also declines
+/// if libc may report a range error: if the result is too large, or is not above the smallest
+/// normal number, to which a smaller number may have been rounded. All floating operations here are
+/// exact. So they raise no flag, and the rounding mode of the arithmetic does not matter.
 template <typename Floating>
 [[gnu::always_inline]] inline std::optional<Floating> scaledToNearest(unsigned long digits,
                                                                       int exponent) noexcept {
@@ -114,10 +114,12 @@ template <typename Floating>
 /// Takes  value: exact; power: of EXACT_POWERS_OF_TEN, if it is exact in Floating, or its negative
 /// Declines if arithmetic may round in another direction than libc.
 ///
-/// The reverse operation on a result r tells: if r is too small, it gives less than the value, and
-/// rounded down still less. So under a mode that is not to the nearest it gives the value only if r
-/// is exact. To ask for the mode of the arithmetic takes longer on some processors. Both operations
-/// are exact if r is. So they raise FE_INEXACT only if libc does.
+/// If libc rounds to the nearest, the reverse operation shows whether arithmetic does so too. Take
+/// arithmetic that rounds down: an inexact result is too small, and the reverse operation gives
+/// less than the value. Upward it gives more. So it gives the value back only if the result is
+/// exact, or if arithmetic rounds to the nearest. To read the mode of the arithmetic takes longer
+/// on some processors. Both operations are exact if the result is, so they raise FE_INEXACT only if
+/// libc does.
 template <typename Floating>
 [[gnu::always_inline]] inline std::optional<Floating> scaledByArithmetic(Floating value,
                                                                          int power) noexcept {

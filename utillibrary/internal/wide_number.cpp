@@ -15,7 +15,8 @@ namespace {
 
 using Characters = std::ctype<wchar_t>;
 
-// True for what streams skip in the classic locale. They ask its facet; ASCII is known.
+// True for the whitespace that streams skip in the classic locale. The facet, which streams ask, is
+// asked only beyond ASCII.
 bool isClassicWhitespace(wchar_t c) {
     // Converted, because wchar_t is signed on x86-64 and unsigned on aarch64.
     bool const isAscii = static_cast<std::uint32_t>(c) <= 0x7F;
@@ -25,8 +26,8 @@ bool isClassicWhitespace(wchar_t c) {
 
 bool isPartOfIntegers(wchar_t c) noexcept { return isDecimalDigit(c) || isSign(c); }
 
-// Every locale but the classic one. Kept out of the path of the classic one, which needs fewer
-// registers.
+// For every locale but the classic one. Not inlined, because it needs more registers than the path
+// of the classic locale.
 [[gnu::noinline]] long readUnderNamedLocale(std::wstring const& text, std::locale const& locale) {
     if (auto const value = readStandardInt64(text, locale)) return *value;
     return extractInt64(text);
@@ -44,14 +45,14 @@ long extractInt64(std::wstring const& text) {
 
 long readClassicInt64(std::wstring const& text) {
     wchar_t const* at = text.c_str();
-    while (isClassicWhitespace(*at))  // the zero after the string is none
+    while (isClassicWhitespace(*at))  // the zero after the string ends the loop
         ++at;
     return takeInteger(at).value;
 }
 
-// The separator and the decimal point take precedence over the digit or the sign that they also
-// are. Whether digits are grouped at all is not asked: without groups the separator has no effect,
-// and declining is right as well.
+// A stream reads a separator or a decimal point as such even if the character is also a digit or a
+// sign. This does not ask whether the locale groups digits: without groups the separator has no
+// effect, and to decline is correct as well.
 std::optional<long> readStandardInt64(std::wstring const& text, std::locale const& locale) {
     auto const facets = standardReadingFacets(locale);
     if (!facets) return std::nullopt;

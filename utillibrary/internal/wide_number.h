@@ -25,8 +25,8 @@ long extractInt64(std::wstring const& text);
 long readClassicInt64(std::wstring const& text);
 
 /// The fast path for the other locales. It declines if a facet of `locale` is not the standard
-/// library's own, if the separator of groups or the decimal point is a sign or a digit there, and
-/// if that separator follows the digits.
+/// library's own, if the separator of groups or the decimal point is a sign or a digit, or if a
+/// separator follows the digits.
 std::optional<long> readStandardInt64(std::wstring const& text, std::locale const& locale);
 
 // ---- floating numbers, under the calling thread's C locale

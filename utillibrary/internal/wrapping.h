@@ -2,10 +2,9 @@
 
 #include <utillibrary/export.h>
 
-// Arithmetic that wraps at 64 bits. The language leaves the overflow of a signed sum undefined, so
-// sums that may overflow are computed in unsigned numbers, here and nowhere else.
-// (The inline members of the public header xtime.h are the one exception: they cannot include
-// this.)
+// Signed arithmetic that wraps at 64 bits. The overflow of a signed sum is undefined, so sums that
+// may overflow are computed in unsigned numbers. All sources use these functions. Only the inline
+// members of xtime.h write the conversions out, because a public header cannot include this one.
 namespace com::halvorin::internal {
 
 /// The unsigned number with the same bits.
@@ -24,8 +23,8 @@ UTILLIBRARY_WRAPS constexpr long wrappingSum(long left, long right) noexcept {
     return asSigned(asUnsigned(left) + asUnsigned(right));
 }
 
-/// left - right, in the same way. As an unsigned number it is the exact distance from `right` up to
-/// a `left` that is not below it.
+/// left - right, in the same way. If `left` is not below `right`, the result as an unsigned number
+/// is their exact distance.
 UTILLIBRARY_WRAPS constexpr long wrappingDifference(long left, long right) noexcept {
     return asSigned(asUnsigned(left) - asUnsigned(right));
 }
