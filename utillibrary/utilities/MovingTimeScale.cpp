@@ -19,7 +19,7 @@ using namespace com::halvorin::internal;
 struct TimeStep {
     unsigned long step;         // seconds from one major tick to the next
     unsigned int minor;         // minor ticks between the two
-    unsigned long granularity;  // a scale may start at multiples of it, in seconds; 0: of the step
+    unsigned long granularity;  // seconds; a scale starts at a multiple of it; 0: of the step
 };
 
 constexpr unsigned long DAY = SECONDS_PER_DAY;
@@ -51,12 +51,13 @@ constexpr unsigned long distanceOf(long tMin, long tMax) noexcept {
     return asUnsigned(wrappingDifference(tMax, tMin));
 }
 
-// The time that lies so many seconds after another.
+// The time that is `seconds` after `time`.
 constexpr long timeAfter(long time, unsigned long seconds) noexcept {
     return wrappingSum(time, asSigned(seconds));
 }
 
-// KEPT(scale-is-unsigned): the remainder of the unsigned number, unlike on the axis.
+// The multiple of the step at or before a time. KEPT(scale-is-unsigned): of the time as an unsigned
+// number, unlike on the axis.
 constexpr long multipleBefore(long time, unsigned long step) noexcept {
     return asSigned(asUnsigned(time) - asUnsigned(time) % step);
 }
@@ -73,7 +74,8 @@ std::optional<long> startOf(TimeStep const& row, unsigned long length, long tMin
     }
 }
 
-// KEPT(axis-is-signed): the seconds up to the next multiple in mathematics, unlike on the scale.
+// The seconds from a time to the multiple of the step at or after it. KEPT(axis-is-signed): of the
+// time as a signed number, unlike on the scale.
 constexpr unsigned long secondsToMultiple(long time, unsigned long step) noexcept {
     if (time < 0) return distanceOf(time, 0) % step;
     unsigned long const rest = asUnsigned(time) % step;
@@ -88,8 +90,8 @@ TimeStep stepOfAxis(float x) noexcept {
     return {roundUpToDays(static_cast<unsigned long>(std::ceil(x))), MINOR_OF_OTHER_STEPS, 0};
 }
 
-// A range. Its times are known by their distance from its start, which is an unsigned number of 64
-// bits: no sum overflows on the way to the end, and none goes past the end.
+// A range. A time in it is given by its distance from the start, an unsigned number of 64 bits. So
+// no sum overflows before the end of the range.
 struct Window {
     long start;
     unsigned long length;
@@ -106,8 +108,8 @@ void makeRoom(std::vector<long>& majors, unsigned long majorCount, std::vector<l
     majors.reserve(majorCount);
 }
 
-// Appends `count` ticks to a list that has the room, and returns a pointer to the first. To write
-// them there takes less time than to append them one by one.
+// Appends `count` ticks to a list that has the room, and returns a pointer to the first. The caller
+// writes them there, which is faster than to append them one by one.
 long* append(std::vector<long>& list, unsigned long count) {
     list.resize(list.size() + count);
     return list.data() + (list.size() - count);
@@ -147,18 +149,18 @@ void listMultiples(Window const& window, unsigned long step, unsigned int minor,
     }
     std::span const following(offsets.data(), minor);
 
-    // Before the first major: after the start, and so before the end.
+    // Before the first major, and after the start.
     for (unsigned long const offset : following) {
         if (first + offset > step) minors.push_back(window.at(first + offset - step));
     }
-    // Between two majors: an offset is at most about 4/5 of the step, and so lies in the range.
+    // Between two majors: an offset is at most about 4/5 of the step, so it never reaches the next.
     tick = append(minors, (count - 1) * minor);
     for (unsigned long major = first; major < last; major += step) {
         for (unsigned long const offset : following) {
             *tick++ = window.at(major + offset);
         }
     }
-    // After the last major: as far as the range goes.
+    // After the last major, and before the end.
     for (unsigned long const offset : following) {
         if (offset < window.length - last) minors.push_back(window.at(last + offset));
     }
@@ -182,12 +184,12 @@ void MovingTimeScale(long tMin, long tMax, unsigned int ticks, unsigned long min
     unsigned long const distance = distanceOf(tMin, tMax);
     for (TimeStep const& row : TIME_TABLE) {
         unsigned long const length = row.step * intervals;  // < 2^49
-        // A scale that is shorter than the range covers it from no start.
+        // A scale that is shorter than the range does not cover it, wherever it starts.
         if (row.step < minStep || length < distance) continue;
         if (auto const from = startOf(row, length, tMin, tMax)) return write(*from, row);
     }
-    // KEPT(days-in-32-bits): not the whole distance; and cut before it is rounded up to days, so
-    // that the scale may end before tMax.
+    // KEPT(days-in-32-bits): the low 32 bits of the distance, not all of it. The quotient is cut
+    // before it is rounded up to days, so the scale may end before tMax.
     long const from = multipleBefore(tMin, DAY);
     auto const low32Bits = static_cast<unsigned int>(distanceOf(from, tMax));
     write(from, {roundUpToDays(low32Bits / intervals), MINOR_OF_OTHER_STEPS, 0});

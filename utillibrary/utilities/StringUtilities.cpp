@@ -37,7 +37,7 @@ auto search(List& list, std::string const& text, bool partial) noexcept {
 
 constexpr std::size_t BLOCK_SIZE = sizeof(Bytes);
 
-// For a locale that pairs the letters, and at least one block.
+// Takes    lower: `pairsLetters` is true for it; size: at least BLOCK_SIZE.
 bool equalByBlocks(LowerCase lower, char const* left, char const* right,
                    std::size_t size) noexcept {
     auto const equalAt = [&](std::size_t i) {

@@ -28,12 +28,12 @@ inline bool pairsLetters(LowerCase lower) noexcept {
     return differences == 0;
 }
 
-/// ASCII's capital letters as small ones.
+/// The bytes with ASCII's capital letters as small ones.
 inline Bytes withoutCase(Bytes bytes) noexcept { return bytes | (between(bytes, 'A', 'Z') & 0x20); }
 
-/// Fast path: owns sixteen bytes of which each is the same on both sides, or the same letter of
-/// ASCII in the other case. These are equal under every locale for which `pairsLetters` is true.
-/// Declines others; these may be equal as well.
+/// Fast path: answers if each of sixteen bytes is the same on both sides, or the same letter of
+/// ASCII in the other case. Then they are equal under every locale for which `pairsLetters` is
+/// true. Declines all others, which may be equal as well.
 inline std::optional<bool> equalByLetters(char const* left, char const* right) noexcept {
     if (any(withoutCase(loadBytes(left)) ^ withoutCase(loadBytes(right)))) return std::nullopt;
     return true;

@@ -18,7 +18,7 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// The label and four numbers of 20 digits end before this size.
+// Enough for the label and four numbers of 20 digits.
 constexpr std::size_t STAT_BYTES = 256;
 using StatBuffer = std::array<char, STAT_BYTES>;
 
@@ -59,7 +59,7 @@ CpuTotals readCpuTotals() noexcept {
     return parseCpuTotals(readStart("/proc/stat", buffer));
 }
 
-// All fields are zero if the call fails; its result is not checked.
+// If the call fails, all fields are zero, so its result is not checked.
 struct sysinfo readSysinfo() noexcept {
     CancellationDelay const delay;
     struct sysinfo info {};
@@ -81,7 +81,8 @@ SysStats::SysStats() noexcept { getCPUTotals(user_, nice_, system_, idle_); }
 
 UTILLIBRARY_WRAPS float SysStats::systemMemory() const noexcept {
     struct sysinfo const info = readSysinfo();
-    // KEPT(cache-counts-as-used): only freeram is free. The unit of both numbers cancels.
+    // KEPT(cache-counts-as-used): only freeram is free. Both numbers have the same unit, mem_unit,
+    // so the share does not depend on it.
     return percentInUse(info.totalram - info.freeram, info.totalram);
 }
 

@@ -45,7 +45,7 @@ inline float percentOf(unsigned long part, unsigned long total) noexcept {
                               static_cast<double>(static_cast<float>(total)));
 }
 
-/// The used share in percent. Without any total, everything counts as used.
+/// The used share in percent; 100 if the total is 0.
 inline float percentInUse(unsigned long used, unsigned long total) noexcept {
     return total == 0 ? 100.0F : percentOf(used, total);
 }
@@ -76,11 +76,11 @@ UTILLIBRARY_WRAPS inline DiskUse diskUse(DiskBlocks const& blocks) noexcept {
 /// counter went backwards.
 UTILLIBRARY_WRAPS inline float cpuLoad(CpuTotals const& previous, CpuTotals const& now,
                                        float previousLoad) noexcept {
-    // KEPT(no-tick-repeats-the-load): without ticks there is no new figure.
+    // KEPT(no-tick-repeats-the-load): here, and below where no tick has passed.
     bool const backwards = previous.user > now.user || previous.nice > now.nice ||
                            previous.system > now.system || previous.idle > now.idle;
     if (backwards) return previousLoad;
-    // KEPT(first-four-counters): time that waits for a disk counts as neither busy nor idle.
+    // KEPT(first-four-counters): time spent waiting for a disk (iowait) is neither busy nor idle.
     unsigned long const busy =
         now.user + now.nice + now.system - (previous.user + previous.nice + previous.system);
     unsigned long const total = busy + (now.idle - previous.idle);

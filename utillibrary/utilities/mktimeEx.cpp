@@ -33,8 +33,8 @@ struct Days {
 
 static_assert(offsetof(std::tm, tm_yday) - offsetof(std::tm, tm_wday) == offsetof(Days, ofYear));
 
-// One store for both fields. A caller that copies the record reads them with one load, which would
-// wait for two stores.
+// Writes both fields with one store. A caller that copies the record reads them with one load,
+// which would wait for two stores.
 void writeDays(std::tm* record, Days const& days) noexcept {
     void* const start = record;
     std::memcpy(static_cast<char*>(start) + offsetof(std::tm, tm_wday), &days, sizeof days);
@@ -52,14 +52,15 @@ bool isOrdinary(std::tm const& record) noexcept {
            isOneOf(record.tm_mon, 0, 12) && isOneOf(record.tm_year, 70, 68);
 }
 
-// The quarter days of a year before each month; a year has 1461. From March on there is one more.
-// In 1972 and each fourth year after it, three quarter days are left over from the years before:
-// with the one more they make a day, 29 February.
+// The quarter days of a year before each month; a year has 1461. From March on one is added. In
+// 1972 and each fourth year after it, three quarter days are left over from the years before.
+// Together with the added one they make a day: 29 February.
 constexpr std::array<unsigned, 12> QUARTERS_BEFORE = {
     4 * 0,       4 * 31,      4 * 59 + 1,  4 * 90 + 1,  4 * 120 + 1, 4 * 151 + 1,
     4 * 181 + 1, 4 * 212 + 1, 4 * 243 + 1, 4 * 273 + 1, 4 * 304 + 1, 4 * 334 + 1};
 
-// dayOfWeek for fewer than 2^16 days: the part of the week that is over, as a fraction in 32 bits.
+// dayOfWeek for fewer than 2^16 days. `gone` is the part of the week that is over, in units of
+// 2^-32.
 UTILLIBRARY_WRAPS constexpr int dayOfOrdinaryWeek(unsigned days) noexcept {
     constexpr unsigned SEVENTH = 613566757;  // 2^32 / 7, rounded up
     unsigned const gone = SEVENTH * (days + 4);
@@ -68,7 +69,7 @@ UTILLIBRARY_WRAPS constexpr int dayOfOrdinaryWeek(unsigned days) noexcept {
 
 }  // namespace
 
-// Not inline: it needs more registers than the fast path should pay for.
+// Not inlined: it needs many registers, which the fast path would have to save as well.
 [[gnu::noinline]] long secondsOfAnyRecord(std::tm* record, int adjustment) noexcept {
     Carried const seconds = carryOver(record->tm_sec, 60);
     Carried const minutes = carryOver(record->tm_min + seconds.carry, 60);
@@ -100,7 +101,7 @@ std::optional<long> secondsOfOrdinaryRecord(std::tm* record, int adjustment) noe
 
     unsigned const hours = 24 * days + asUnsigned(record->tm_hour);
     unsigned const minutes = 60 * hours + asUnsigned(record->tm_min);
-    // The range ends after these years.
+    // These years are in the range, so only the adjustment can leave it.
     long const seconds = 60 * minutes + asUnsigned(record->tm_sec);
     return inCalendarRange(seconds + adjustment) ? seconds + adjustment : -1;
 }

@@ -11,7 +11,7 @@ long secondsOfAnyRecord(std::tm* record, int adjustment) noexcept;
 
 /// Fast path: the years 1970 to 2037, a day of the month from 1 to 28, and the other fields in
 /// their ranges. Nothing is carried, every fourth year is a leap year, and the seconds fit 32 bits.
-/// Declines any other record, and has written nothing then.
+/// Declines any other record, and leaves it unchanged.
 std::optional<long> secondsOfOrdinaryRecord(std::tm* record, int adjustment) noexcept;
 
 }  // namespace com::halvorin::utilities
