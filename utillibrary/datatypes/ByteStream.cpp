@@ -19,7 +19,7 @@ using namespace com::halvorin::internal;
 
 [[noreturn]] void refuse(char const* message) {
     application::oru::writelog(BYTESTREAM_COPY, LEVEL_ERROR, message, INVALID_ARGUMENT);
-    // KEPT(throws-a-long): a plain number, positive in 64 bits, and no exception object.
+    // KEPT(throws-a-long): a number, positive in 64 bits, and not a std::exception.
     throw static_cast<long>(INVALID_ARGUMENT);
 }
 
@@ -40,7 +40,7 @@ unsigned int ByteStream::allocate(unsigned int size) {
     if (size == size_) {
         zeroMemory();
     } else {
-        // KEPT(allocate-frees-first): no old byte is kept, and memory may not suffice for two
+        // KEPT(allocate-frees-first): no old byte is needed, and there may be no memory for both
         // blocks.
         clear();
         // KEPT(zero-length-is-not-empty): size 0 gets a block too.

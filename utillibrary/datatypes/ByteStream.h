@@ -42,7 +42,7 @@ public:
 
     /// Makes a stream of `size` zero bytes; an empty stream for 0.
     /// Fails    with std::bad_alloc.
-    // NOLINTNEXTLINE(google-explicit-constructor): a length may stand for so many zero bytes.
+    // NOLINTNEXTLINE(google-explicit-constructor): a length converts to a stream.
     ByteStream(unsigned int size);
 
     /// Makes a stream that contains a copy of `size` bytes.
@@ -138,7 +138,7 @@ public:
     /// Cost     one new block; no new block for an equal size.
     /// Kept     copy-onto-itself-zeroes
     UTILLIBRARY_INLINE unsigned int copy(char const* bytes, unsigned int size) {
-        // The usual case of one frame after another: foreign bytes of the same length.
+        // The usual case: bytes from elsewhere, as many as this stream has.
         bool const fill = size == size_ && size != 0 && bytes != nullptr && bytes != buffer_;
         if (fill) {
             __builtin_memcpy(buffer_, bytes, size);
@@ -182,7 +182,7 @@ public:
                       unsigned int count);
 
 private:
-    // `copy` for every argument; `copy` itself only handles foreign bytes of an equal length.
+    // `copy` for every argument. `copy` itself handles its usual case alone.
     void copyGeneral(char const* bytes, unsigned int size);
     UTILLIBRARY_LOCAL void replace(char* block, unsigned int size) noexcept;
     UTILLIBRARY_LOCAL void extend(unsigned int size, unsigned int zeroEnd);

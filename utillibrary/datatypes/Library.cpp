@@ -21,17 +21,17 @@ void* failToFind(char const* message, unsigned int code) {
     return nullptr;
 }
 
-// The code of the reason not to ask the loader, after its report; SUCCESS if there is no reason.
+// Reports an empty name or a library that is open, and returns the code; otherwise SUCCESS.
 unsigned int refusal(std::string const& name, bool open) {
     if (name.empty()) return failToOpen(EMPTY_LIBRARY_NAME, INVALID_ARGUMENT);
     if (open) return failToOpen(ALREADY_OPEN, GENERAL_FAILURE);
     return SUCCESS;
 }
 
-// An exception of the file's own static constructors must not pass through the loader, which then
-// holds its lock and is not in a consistent state. So this function is noexcept. The call goes
-// through a volatile pointer, because `dlopen` is declared not to throw: a compiler that sees the
-// direct call would leave out the handler that ends the process.
+// Opens a library. If a static constructor of the file throws, this ends the process: the exception
+// must not pass through the loader, which has locked itself and is not in a consistent state. The
+// call goes through a volatile pointer, because `dlopen` is declared not to throw: for a direct
+// call the compiler would leave out the code that noexcept adds.
 void* loaderOpen(char const* name, int mode) noexcept {
     void* (*const volatile call)(char const*, int) = dlopen;
     return call(name, mode);
@@ -42,7 +42,7 @@ void* loaderOpen(char const* name, int mode) noexcept {
 Library::Library() noexcept = default;
 
 Library::Library(std::string const& name) {
-    // KEPT(constructor-throws-a-number): the plain code, and no exception object.
+    // KEPT(constructor-throws-a-number): the code itself, and not a std::exception.
     if (unsigned int const code = open(name); code != SUCCESS) throw unsigned{code};
 }
 
@@ -57,7 +57,8 @@ void* Library::procAddress(std::string const& name) const {
     if (!isOpen()) return failToFind(NOT_OPEN_FOR_SYMBOL, INVALID_ARGUMENT);
     if (name.empty()) return failToFind(EMPTY_SYMBOL_NAME, INVALID_ARGUMENT);
     void* const address = dlsym(module_, name.c_str());
-    // KEPT(null-symbol-is-missing): `dlerror` could tell the two apart, but it is not called.
+    // KEPT(null-symbol-is-missing): `dlerror` could tell a symbol of value null from a missing one,
+    // but it is not called.
     return address != nullptr ? address : failToFind(SYMBOL_LOOKUP_FAILED, SYMBOL_NOT_FOUND);
 }
 
@@ -90,7 +91,7 @@ unsigned int Library::close() {
 }
 
 bool Library::load(std::string const& name, int mode) {
-    // Reserve memory for the name first: after the loader gave a handle, nothing may throw.
+    // Reserve memory for the name first: once the loader has given a handle, nothing may throw.
     name_.reserve(name.size());
     module_ = loaderOpen(name.c_str(), mode);
     if (isOpen()) name_ = name;

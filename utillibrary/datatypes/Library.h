@@ -57,7 +57,7 @@ public:
     /// Fails    with the code of `open`, thrown as an `unsigned int` after the report; with
     ///          std::bad_alloc.
     /// Kept     constructor-throws-a-number
-    // NOLINTNEXTLINE(google-explicit-constructor): a name may stand for the library of that name.
+    // NOLINTNEXTLINE(google-explicit-constructor): a name converts to a Library.
     Library(std::string const& name);
 
     /// Closes the library if it is open. It reports nothing.

@@ -16,8 +16,9 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// A value in the low bytes of an otherwise zero slot. It is completed before it is stored: a copy
-// that follows at once reads all eight bytes, and would wait for two narrower stores.
+// A value in the low bytes of a slot whose other bytes are zero. The slot is made complete before
+// it is stored: a copy that follows at once reads all eight bytes, and would wait for two narrower
+// stores.
 template <typename T>
 Variant::Slot slotOf(T value) noexcept {
     Variant::Slot slot{};
@@ -52,7 +53,7 @@ char const* notNull(char const* text) {
     return text;
 }
 
-// The time as a copy has it. KEPT(copy-normalises-time): by the accessors, not as a whole.
+// The copy of a time. KEPT(copy-normalises-time): made by the accessors, which carry seconds.
 xtime_t copyOfTime(xtime_t const& time) noexcept {
     xtime_t copy;
     copy.putDateTime(time.getDateTime());
@@ -141,7 +142,7 @@ Variant::Variant(std::wstring const& text) : dataType(STRING), uVal(EMPTY_SLOT),
 Variant::Variant(char const* text)
     : dataType(STRING), uVal(EMPTY_SLOT), wText(widened(notNull(text))) {}
 
-// KEPT(text-ends-at-zero-byte): by its pointer, unlike a std::wstring.
+// KEPT(text-ends-at-zero-byte): c_str() ends at the first zero byte, unlike a std::wstring.
 Variant::Variant(std::string const& text) : Variant(text.c_str()) {}
 
 Variant::Variant(xtime_t const& time) noexcept
@@ -195,8 +196,8 @@ void Variant::assign(double value) noexcept { assignScalar(*this, value, DOUBLE)
 void Variant::assign(bool value) noexcept { assignScalar(*this, value, BOOLEAN); }
 
 void Variant::assign(wchar_t const* text) {
-    // A pointer into the memory of this object's own string, even after its end, reads an empty
-    // string, because that memory counts as cleared.
+    // A pointer into the memory of this object's own string, even after the end of the string,
+    // gives an empty string, because `clear` comes first.
     std::less_equal<> const notAfter;
     bool const own =
         notAfter(wText.data(), text) && notAfter(text, wText.data() + wText.capacity());
@@ -220,7 +221,7 @@ void Variant::assign(char const* text) {
     dataType = STRING;
 }
 
-// KEPT(text-ends-at-zero-byte): by its pointer, unlike a std::wstring.
+// KEPT(text-ends-at-zero-byte): c_str() ends at the first zero byte, unlike a std::wstring.
 void Variant::assign(std::string const& text) { assign(text.c_str()); }
 
 void Variant::assign(xtime_t const& time) noexcept {
@@ -229,7 +230,8 @@ void Variant::assign(xtime_t const& time) noexcept {
 }
 
 void Variant::assign(Variant const& other) {
-    // KEPT(self-assignment-empties): no test for `this`; the first step clears both.
+    // KEPT(self-assignment-empties): no test for `this`; if `other` is this object, it is cleared
+    // before it is read.
     clear();
     dataType = other.dataType;
     copyUVal(other);
@@ -241,7 +243,7 @@ void Variant::assign(Variant const& other) {
 void Variant::copyUVal(Variant const& other) noexcept { uVal = other.uVal; }
 
 // NOLINTBEGIN(misc-unconventional-assign-operator, cppcoreguidelines-c-copy-assignment-signature):
-// `assigned` returns the object that it gets.
+// `assigned` returns *this.
 Variant& Variant::operator=(wchar_t const* text) { return assigned(*this, text); }
 Variant& Variant::operator=(char const* text) { return assigned(*this, text); }
 Variant& Variant::operator=(float value) noexcept { return assigned(*this, value); }

@@ -61,7 +61,7 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// | DateTime         | its OpenVMS seconds, a double, by the next table           |
 /// | String           | the number at its front, by the table after the next one   |
 /// | Null             | 0                                                          |
-/// | 0 and all others | 0, after the line above was written to standard output     |
+/// | 0 and all others | 0, after the line above the class was written to std::cout |
 ///
 /// | floating value to | in range, cut toward zero                 | NaN and out of range |
 /// |-------------------|-------------------------------------------|----------------------|

@@ -23,8 +23,8 @@ constexpr std::string_view NO_VALUE =
 static_assert(NO_VALUE.size() == 99);
 
 void reportNoValue() {
-    // A host may have set the stream so that it throws. A conversion does not throw for that.
-    // Written unformatted, because a width that the host has set is for the host's next output.
+    // A host may have set the stream so that it throws; a conversion then does not throw. The text
+    // is written unformatted, so that a width that the host has set waits for the host's output.
     try {
         std::cout.write(NO_VALUE.data(), NO_VALUE.size());
         std::cout << std::endl;  // NOLINT(performance-avoid-endl): flushed on purpose
@@ -159,7 +159,7 @@ Variant::operator bool() const { return toBool(); }
 Variant::operator xtime_t() const noexcept { return toXtime_t(); }
 
 int Variant::compareDoublesHelper(double a, double b, double threshold) noexcept {
-    // KEPT(zero-is-below-all): there is no ratio to zero. Negative numbers are above zero, too.
+    // KEPT(zero-is-below-all): there is no ratio to zero. So zero is below negative numbers, too.
     if (a == 0.0 && b != 0.0) return -1;
     if (b == 0.0 && a != 0.0) return 1;
     // KEPT(comparison-follows-the-ratio): signs are not compared, so that -2 is above -1.

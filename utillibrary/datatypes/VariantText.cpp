@@ -19,11 +19,11 @@ namespace com::halvorin::internal {
 
 namespace {
 
-// What `stream << value` does, by its definition. The facet is called here, because the operator
-// would catch std::bad_alloc; and a mask that rethrows it would also throw when a facet sets
-// badbit.
+// What `stream << value` writes. The facet is called directly, as that operator does. The operator
+// itself would catch std::bad_alloc, and an exception mask that rethrows it would also throw if a
+// facet sets badbit.
 //
-// Not inlined: a stream needs many registers, which a caller would save for the fast path, too.
+// Not inlined: a stream needs many registers, which the fast path would have to save as well.
 template <typename Value>
 [[gnu::noinline]] std::wstring inserted(Value value) {
     std::wostringstream stream;
@@ -60,8 +60,8 @@ Bytes lowBytes(wchar_t const* from) noexcept {
 
 // Each character narrowed to its low 8 bits.
 std::string narrowed(std::wstring const& wide) {
-    // In variables of their own, because a byte that is written through a char* might otherwise
-    // change the size of the source.
+    // Local copies, because the compiler must assume that a byte written through a char* changes
+    // the size in the source.
     std::size_t const size = wide.size();
     wchar_t const* const in = wide.data();
     std::string text(size, '\0');
@@ -126,8 +126,8 @@ Text fromNumber(Value value) {
     }
 }
 
-// What each type is written as. There is one overload for each C++ type, so that a new one does not
-// compile until it is added.
+// The string of each type. There is one overload for each C++ type, so that a new type does not
+// compile until it is added here.
 template <typename Text>
 struct TextWriter {
     Text operator()(unsigned char value) const { return fromNumber<Text>(int{value}); }

@@ -11,8 +11,8 @@
 // How VariantText.cpp writes a number. A Variant inserts every number as one of these three types.
 namespace com::halvorin::internal {
 
-// The general path: the string of a wide stream that is made now, after the value was inserted. If
-// a facet of the host throws, sets badbit or fails its iterator, these are the characters so far.
+// The general path: inserts the value into a new wide stream, and returns the stream's string. If a
+// facet of the host throws, sets badbit or fails its iterator, the result is the characters so far.
 // Throws std::bad_alloc.
 std::wstring insertIntoStream(int value);
 std::wstring insertIntoStream(double value);

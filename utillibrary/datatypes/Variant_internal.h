@@ -45,8 +45,8 @@ enum TypeNumber : datatypes::VariantType { UTILLIBRARY_VARIANT_TYPES(UTILLIBRARY
 // `char` is a signed number here, also on platforms where the compiler's own is not.
 using Byte = signed char;
 
-// The low bytes of the slot as a value. Copied, because hosts may set type and slot apart from each
-// other: any bytes give a value. A bool is read as a byte, because not every byte is a bool.
+// The low bytes of the slot as a value. They are copied, because a host may set the type without
+// the slot: any bytes give a value. `storedBoolean` reads a byte, because not every byte is a bool.
 template <typename T>
 T stored(datatypes::Variant const& variant) noexcept {
     T value;
@@ -58,7 +58,7 @@ inline bool storedBoolean(datatypes::Variant const& variant) noexcept {
     return stored<unsigned char>(variant) != 0;
 }
 
-// What a visitor gets where there is no number and no string.
+// What a visitor gets if the value is no number and no string.
 struct NoValue {};          // type 0
 struct NullValue {};        // type 14
 struct UnsupportedType {};  // a number outside 0 to 14
@@ -68,9 +68,9 @@ struct DateTime {
     double vmsSeconds() const noexcept { return stored<double>(variant); }
 };
 
-// Calls the visitor with the value as what it is: an integer, a bool, a float, a double, a
+// Calls the visitor with the value in its own type: an integer, a bool, a float, a double, a
 // std::wstring, or one of the structures above. The switch has no default, so that the compiler
-// names it when the list has a type that is not here.
+// warns of a type in the list that has no case here.
 template <typename Visitor>
 auto visitValue(datatypes::Variant const& variant, Visitor const& visit) {
     switch (static_cast<TypeNumber>(variant.dataType)) {

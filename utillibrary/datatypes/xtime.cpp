@@ -51,8 +51,8 @@ UTILLIBRARY_WRAPS float xtime_t::difference(xtime_t const& other) const noexcept
                               static_cast<double>(seconds));
 }
 
-// The results are stored in the stated order: a caller who passes one variable for several of them
-// gets the last.
+// The results are stored in the order of the parameters: a caller who passes one variable for
+// several of them gets the last.
 void xtime_t::decompose(int& year, int& month, int& day, int& hour, int& minute, int& second,
                         unsigned int& nanoseconds) const noexcept {
     unsigned int const fraction = nanoseconds_;
@@ -81,7 +81,7 @@ UTILLIBRARY_WRAPS void xtime_t::add(float amount) noexcept {
             seconds_ = wrappingSum(seconds_, 1);
         }
     } else {
-        // What does not fit is the most negative number: that is the clamp, and the rule for NaN.
+        // The conversion itself clamps: what does not fit, and NaN, gives the most negative number.
         seconds_ = wrappingSum(seconds_, truncateToInt32(whole));
         if (step > nanoseconds_) {
             nanoseconds_ += NANOSECONDS_PER_SECOND;
@@ -97,7 +97,8 @@ void xtime_t::fromTime_point(
     std::chrono::time_point<std::chrono::system_clock, std::chrono::nanoseconds> const&
         point) noexcept {
     long const count = point.time_since_epoch().count();
-    // KEPT(time-point-before-1970): no borrow; the rest of a negative count stays negative.
+    // KEPT(time-point-before-1970): no second is borrowed, so the rest of a negative count is
+    // negative.
     seconds_ = count / static_cast<long>(NANOSECONDS_PER_SECOND);
     nanoseconds_ = static_cast<unsigned int>(count % static_cast<long>(NANOSECONDS_PER_SECOND));
 }
@@ -122,7 +123,7 @@ double xtime_t::toVMSTime() const noexcept {
 }
 
 void xtime_t::fromVMSTime(unsigned long ticks) noexcept {
-    // KEPT(vms-before-1970-clears): a negative time would be exact, and is not wanted.
+    // KEPT(vms-before-1970-clears): the difference is not taken as a negative number.
     if (ticks < VMS_EPOCH_TICKS) {
         clear();
         return;

@@ -292,7 +292,7 @@ public:
     UTILLIBRARY_WRAPS UTILLIBRARY_INLINE operator long() noexcept {
         // KEPT(number-of-a-variable-time): with const, `time == 5L` would be ambiguous for a
         // constant time.
-        // KEPT(half-a-second-up): from half a second on; the fourteen digits need 1 ns more.
+        // KEPT(half-a-second-up): half a second goes up; `toYYYYString` needs 1 ns more for that.
         // An unsigned sum wraps, where the overflow of a signed one is undefined.
         return static_cast<long>(static_cast<unsigned long>(seconds_) +
                                  (nanoseconds_ >= HALF_A_SECOND ? 1 : 0));

@@ -23,8 +23,8 @@ public:
     /// Takes    value: from 0 to below 2^24
     explicit constexpr FixedPoint(float value) noexcept {
         auto const bits = std::bit_cast<std::uint32_t>(value);
-        // Zero and subnormal numbers have no leading bit, but get one here. At 63
-        // places it is 2^-40: less than a billionth of a thousandth, so that no result contains it.
+        // Zero and subnormal numbers have no leading bit, but get one here. They become 2^-40,
+        // which is too small to change a result.
         mantissa_ = (bits & 0x7F'FFFF) | 0x80'0000;
         places_ = std::min(150 - (bits >> 23), 63U);
     }
@@ -32,13 +32,13 @@ public:
     /// The whole part.
     constexpr unsigned long whole() const noexcept { return mantissa_ >> places_; }
 
-    /// The part after the point, times a factor, cut.
+    /// The part after the point, times a factor, cut to a whole number.
     /// Takes    factor: below 2^39
     constexpr unsigned long fractionTimes(unsigned long factor) const noexcept {
         return (mantissa_ - (whole() << places_)) * factor >> places_;
     }
 
-    /// The number times a factor, to the nearest whole number, a half going up.
+    /// The number times a factor, rounded to the nearest whole number; a half goes up.
     /// Takes    factor: below 2^38, for a number below 1 or the number 1 itself
     constexpr unsigned long timesToNearest(unsigned long factor) const noexcept {
         return (mantissa_ * factor + (1UL << places_ >> 1)) >> places_;
@@ -51,15 +51,15 @@ private:
 
 // ---- strings, written (xtime_text.cpp; fourteen digits in xtime_conversions.cpp)
 
-// The longest ISO string: 11 characters of year, 15 of date and time, 4 of fraction, 5 of zone.
+// The longest ISO string has 35 bytes: 11 of year, 15 of date and time, 4 of fraction, 5 of zone.
 inline constexpr std::size_t ISO_BUFFER_SIZE = 64;
 
 /// "%04d-%02d-%02dT%02d:%02d:%02d", as printf writes it.
 /// Takes    out: ISO_BUFFER_SIZE bytes
 char* printDateAndTime(char* out, internal::BrokenDownTime const& t) noexcept;
 
-/// Bytes 1 to 4 of what printf("%f1.3") writes. A decimal point of two bytes leaves two digits.
-/// KEPT(fraction-of-six-decimals)
+/// Bytes 1 to 4 of what printf("%f1.3") writes: the decimal point and the digits after it. A
+/// decimal point of two bytes leaves two digits. KEPT(fraction-of-six-decimals)
 /// Takes    fraction: 0 to 1
 char* printFraction(char* out, float fraction) noexcept;
 

@@ -16,7 +16,8 @@ namespace {
 
 using namespace com::halvorin::internal;
 
-// How many bytes of the whole string, of the time of day with its zone, and of the zone count.
+// The bytes that are read: of the whole string, of the time of day with its zone, and of the zone.
+// The others are ignored.
 constexpr std::size_t MOST_BYTES = 63;
 constexpr std::size_t MOST_BYTES_OF_TIME = 31;
 constexpr std::size_t MOST_BYTES_OF_ZONE = 15;

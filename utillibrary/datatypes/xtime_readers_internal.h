@@ -14,8 +14,8 @@
 #include "utillibrary/internal/rounding.h"
 #include <utillibrary/export.h>
 
-// The fast paths of the time strings, read, and the readers of digits that they are made of. Their
-// general paths are declared in xtime_internal.h. Inline, so that a call costs nothing.
+// The fast paths that read time strings, and the readers of digits that they use. Their general
+// paths are declared in xtime_internal.h. All are inline, so that a call costs nothing.
 namespace com::halvorin::datatypes {
 
 static_assert(std::endian::native == std::endian::little);
@@ -54,7 +54,7 @@ private:
     bool matched_ = false;
 };
 
-// Reads a string from left to right. A step that returns false has not found what it was asked for.
+// Reads a string from left to right. Each step returns false if the next characters are others.
 class StringReader {
 public:
     explicit StringReader(std::string_view text) noexcept
@@ -87,7 +87,7 @@ private:
 };
 
 // A double rounded to the 24 bits of a float, to the nearest, whatever the SSE rounding word says.
-// Takes    value: 0, or a normal number of a float, that is in no middle between two floats
+// Takes    value: 0, or in the range of normal floats; not halfway between two floats
 inline float roundedToFloat(double value) noexcept {
     constexpr std::uint64_t DROPPED_BITS = (1UL << 29) - 1;
     auto const bits = std::bit_cast<std::uint64_t>(value) + (1UL << 28);
@@ -97,12 +97,12 @@ inline float roundedToFloat(double value) noexcept {
 // "ss", or "ss." and one to nine digits, as sscanf("%f") reads them.
 //
 // libc rounds the decimal number to a float once, and obeys the x87 rounding word. Here digits and
-// power are exact, and their quotient is rounded to a double, which obeys the SSE word, and then to
-// a float. Both give the same float, because no such number is near a middle between two floats. A
-// middle is an odd multiple of a power of two from 2^-18 down. No number with nine decimals is one,
-// and the nearest is 2^28 / 5^9 = 137 last places of a double away, where the quotient is at most
-// one off. FE_INEXACT is raised for the same numbers: one that a double can contain has at most 15
-// bits.
+// power are exact. Their quotient is rounded to a double, which obeys the SSE word, and then to a
+// float. Both give the same float, because no such number is near a halfway point of two floats. A
+// halfway point is an odd multiple of a power of two from 2^-18 down. No number with nine decimals
+// is a halfway point. The nearest such number is 2^28 / 5^9 = 137 last places of a double away from
+// it, and the quotient has an error of at most one last place. FE_INEXACT is raised for the same
+// numbers: a number that is exact in a double has at most 16 bits, so it is exact in a float.
 inline bool readSeconds(StringReader& reader, float& value) noexcept {
     int whole = 0;
     if (!reader.twoDigits(whole)) return false;
@@ -122,7 +122,7 @@ inline bool readSeconds(StringReader& reader, float& value) noexcept {
     return true;
 }
 
-// A zone as the table of readIsoNumbers has it, up to the end of the string.
+// Reads a zone in one of the forms that `readIsoNumbers` accepts, up to the end of the string.
 inline bool readZone(StringReader& reader, IsoNumbers& numbers) noexcept {
     if (reader.atEnd() || reader.skip('Z')) return reader.atEnd();
     bool const west = reader.skip('-');

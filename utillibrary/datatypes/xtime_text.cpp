@@ -40,7 +40,8 @@ char* printDateAndTime(char* out, BrokenDownTime const& t) noexcept {
 
 char* printFraction(char* out, float fraction) noexcept {
     char printed[16];
-    // KEPT(fraction-of-six-decimals): the format is "%f" and then "1.3", and stays so.
+    // KEPT(fraction-of-six-decimals): the format is "%f" and the characters "1.3", not "%.3f".
+    // Those characters come after byte 4.
     std::snprintf(printed, sizeof printed, "%f1.3", static_cast<double>(fraction));
     std::memcpy(out, printed + 1, 4);
     return out + 4;
@@ -66,7 +67,7 @@ std::string xtime_t::toString(bool applyOffset, int offsetSeconds,
 }
 
 std::string xtime_t::toYYYYString() const {
-    // KEPT(half-a-second-down): more than half a second, where `operator long` takes half.
+    // KEPT(half-a-second-down): more than half a second goes up; `operator long` needs only half.
     return utilities::timeToYYYYString(wrappingSum(seconds_, nanoseconds_ > HALF_A_SECOND ? 1 : 0));
 }
 

@@ -10,12 +10,12 @@
 #include "utillibrary/internal/rounding.h"
 #include "utillibrary/internal/wrapping.h"
 
-// The fast paths of the time strings, written. Each returns the end of what it wrote, or declines
-// and has written nothing. Their general paths are declared in xtime_internal.h. Inline, so that a
-// call costs nothing.
+// The fast paths that write time strings. Each returns the end of what it wrote, or declines and
+// has written nothing. Their general paths are declared in xtime_internal.h. All are inline, so
+// that a call costs nothing.
 namespace com::halvorin::datatypes {
 
-/// Years 0 to 9999: such a year has four digits, and every other field two.
+/// Answers for the years 0 to 9999: such a year has four digits, and every other field has two.
 /// Takes    out: ISO_BUFFER_SIZE bytes
 inline std::optional<char*> writeDateAndTime(char* out,
                                              internal::BrokenDownTime const& t) noexcept {
@@ -34,8 +34,8 @@ inline std::optional<char*> writeDateAndTime(char* out,
     return writeTwoDigits(out, asUnsigned(t.second));
 }
 
-/// A decimal point of one byte that is no digit, when libc rounds decimals to the nearest. printf
-/// rounds in other ways where a locale made by hand has a digit as its decimal point.
+/// Answers if the decimal point is one byte and no digit, and libc rounds decimals to the nearest.
+/// If a locale made by hand has a digit as its decimal point, printf rounds in another way.
 /// Takes    fraction: 0 to 1
 inline std::optional<char*> writeFraction(char* out, float fraction) noexcept {
     using namespace com::halvorin::internal;
@@ -52,7 +52,7 @@ inline std::optional<char*> writeFraction(char* out, float fraction) noexcept {
     return writeTwoDigits(out, milliseconds % 100);
 }
 
-/// Years 1000 to 9999, which "%4d" does not pad.
+/// Answers for the years 1000 to 9999, which "%4d" does not pad.
 /// Takes    out: FOURTEEN_DIGITS bytes
 inline std::optional<char*> writeFourteenDigits(char* out,
                                                 internal::BrokenDownTime const& t) noexcept {
