@@ -70,6 +70,19 @@ TEST(SplitAllocations, DoubleAVector) {
     EXPECT_EQ(fields.size(), 30'000U);  // below 3 * 2^14
 }
 
+// The vector moves to other memory, and what was there is overwritten.
+TEST(SplitAllocations, KeepAnElementThatIsSplit) {
+    for (std::size_t const position : {0U, 1U, 2U}) {
+        std::vector<std::string> fields(3, "x");
+        fields[position] = "a,b,c";
+        std::vector<std::string> expected = fields;
+        expected.insert(expected.end(), {"a", "b", "c"});
+        ASSERT_EQ(fields.capacity(), fields.size());
+        split(fields, fields[position], ",");
+        EXPECT_EQ(fields, expected);
+    }
+}
+
 TEST(SplitAllocations, CopyNoStringFromOutside) {
     std::string const text = std::string(1'000'000, 'x') + ",";
     std::vector<std::string> fields;

@@ -243,6 +243,22 @@ TEST(VariantNumbersFacets, LeavesEachFacetOfAHostToTheStream) {
     }
 }
 
+// The fast path of the classic locale knows which characters a stream skips, and asks no facet.
+TEST(VariantNumbersFacets, TheClassicLocaleHasSixCharactersOfWhitespace) {
+    auto const& facet = std::use_facet<std::ctype<wchar_t>>(std::locale::classic());
+    constexpr wchar_t LAST_CHARACTER = 0x10FFFF;
+    std::wstring text = L"x7";
+    for (wchar_t c = 1; c <= LAST_CHARACTER; ++c) {
+        bool const isNumber = (c >= L'0' && c <= L'9') || c == L'+' || c == L'-';
+        if (isNumber) continue;
+        text[0] = c;
+        ASSERT_EQ(readClassicInt64(text), facet.is(std::ctype_base::space, c) ? 7 : 0)
+            << static_cast<unsigned long>(c);
+    }
+    text[0] = static_cast<wchar_t>(-1);
+    EXPECT_EQ(readClassicInt64(text), 0);
+}
+
 // A stream copies the string. So a function that allocates nothing has made none.
 TEST(VariantNumbersFacets, AllocatesNothingIfAFastPathReads) {
     Variant const plain(L"-12345678901234567890");

@@ -1,6 +1,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdlib>
+#include <cwchar>
 #include <functional>
 #include <locale>
 #include <optional>
@@ -154,6 +155,10 @@ std::vector<TextWay> textWays() {
 TEST(VariantAllocation, IsNoneForTextWhereThereIsRoom) {
     for (TextWay const& way : textWays()) {
         SCOPED_TRACE(way.name);
+        Variant exact{std::wstring(std::wcslen(LONG_WIDE_TEXT), L'x')};
+        ASSERT_EQ(exact.wText.capacity(), std::wcslen(LONG_WIDE_TEXT));
+        EXPECT_EQ(allocationsOf([&] { way.assign(exact); }), 0);
+        EXPECT_EQ(exact.wText, LONG_WIDE_TEXT);
         Variant variant(std::string(100, 'x'));
         EXPECT_EQ(allocationsOf([&] { way.assign(variant); }), 0);
         EXPECT_EQ(variant.wText, LONG_WIDE_TEXT);

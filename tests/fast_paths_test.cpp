@@ -239,6 +239,22 @@ TEST(FastPaths, ReadAndWriteIntegersUnderTheFacetsOfTheStandardLibrary) {
     });
 }
 
+// ---- searches
+
+// std::string::find is the fastest for short strings, but may take the product of both lengths.
+TEST(FastPaths, SearchWithoutLibcForStringsOfUpTo63Bytes) {
+    auto const found = [](std::size_t size) {
+        std::vector<std::string> const list = {"a", std::string(100, 'x')};
+        std::string const part(size, 'x');
+        return [=] { return shown(searchVector(list, part, true) == list.begin() + 1); };
+    };
+    expectCalls({
+        {"62 bytes", found(62), "true", ""},
+        {"63 bytes", found(63), "true", ""},
+        {"64 bytes", found(64), "true", "memmem"},
+    });
+}
+
 // ---- times
 
 TEST(FastPaths, ReadAndWriteTimesOfFourDigitYears) {

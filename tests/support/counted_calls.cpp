@@ -75,6 +75,13 @@ double countedWcstod(wchar_t const* text, wchar_t** end) {
     return called<double(wchar_t const*, wchar_t**)>("wcstod")(text, end);
 }
 
+void* countedMemmem(void const* where, std::size_t size, void const* what,
+                    std::size_t whatSize) __asm__("memmem");
+void* countedMemmem(void const* where, std::size_t size, void const* what, std::size_t whatSize) {
+    using Memmem = void*(void const*, std::size_t, void const*, std::size_t);
+    return called<Memmem>("memmem")(where, size, what, whatSize);
+}
+
 int countedSscanf(char const* text, char const* format, ...) __asm__("__isoc99_sscanf");
 int countedSscanf(char const* text, char const* format, ...) {
     auto* const scan = called<int(char const*, char const*, va_list)>("sscanf", "vsscanf");

@@ -1,6 +1,8 @@
 #include "support/failing_allocations.h"
 
 #include <cstdlib>
+#include <cstring>
+#include <malloc.h>
 
 namespace testing_support {
 
@@ -10,6 +12,13 @@ bool watching = false;
 long count = 0;
 std::size_t bytes = 0;
 long failing = NO_ALLOCATION;
+
+// Whoever reads the memory later finds other bytes. The barrier keeps the compiler from leaving
+// out a write to memory that is freed next.
+void overwrite(void* memory, std::size_t size) noexcept {
+    std::memset(memory, 0xDD, size);
+    __asm__ volatile("" : : "r"(memory) : "memory");
+}
 
 }  // namespace
 
@@ -39,6 +48,9 @@ void* operator new(std::size_t size) {
     return memory;
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept {
+    if (memory != nullptr) testing_support::overwrite(memory, malloc_usable_size(memory));
+    std::free(memory);
+}
 
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }

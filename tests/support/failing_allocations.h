@@ -4,7 +4,8 @@
 #include <new>
 
 // Counts allocations, and lets one of them fail. A program that lists failing_allocations.cpp among
-// its sources has replaced the allocation functions, for itself and for the library.
+// its sources has replaced the allocation functions, for itself and for the library. Memory is
+// overwritten before it is freed.
 namespace testing_support {
 
 constexpr long NO_ALLOCATION = -1;

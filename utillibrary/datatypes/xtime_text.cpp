@@ -1,6 +1,6 @@
+#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
 
 #include "utillibrary/datatypes/xtime.h"
 #include "utillibrary/datatypes/xtime_conversions.h"
@@ -43,8 +43,7 @@ char* printFraction(char* out, float fraction) noexcept {
     // KEPT(fraction-of-six-decimals): the format is "%f" and the characters "1.3", not "%.3f".
     // Those characters come after byte 4.
     std::snprintf(printed, sizeof printed, "%f1.3", static_cast<double>(fraction));
-    std::memcpy(out, printed + 1, 4);
-    return out + 4;
+    return std::copy_n(printed + 1, 4, out);
 }
 
 std::string xtime_t::toString(bool applyOffset, int offsetSeconds,

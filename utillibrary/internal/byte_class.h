@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cctype>
+#include <climits>
 #include <cstdio>
 
 // The classes of bytes under the C locale of the calling thread. Each byte is taken as a signed
@@ -35,7 +36,7 @@ public:
     /// True if any other byte is graphic. Some character sets have letters among the control bytes.
     bool othersAreGraphic() const noexcept {
         bool any = isGraphic(0x7F);
-        for (int c = -128; c <= ' '; ++c)
+        for (int c = SCHAR_MIN; c <= ' '; ++c)
             any |= isGraphic(static_cast<char>(c));
         return any;
     }
@@ -71,7 +72,7 @@ public:
     }
     bool othersAreGraphic() const noexcept {
         unsigned short inAny = table_[0x7F];
-        for (int c = -128; c <= ' '; ++c)
+        for (int c = SCHAR_MIN; c <= ' '; ++c)
             inAny |= table_[c];
         return (inAny & _ISgraph) != 0;
     }
