@@ -15,16 +15,16 @@ namespace {
 TEST(ByteClasses, AreThoseOfTheFunctions) {
     for (std::string const& locale : byteLocales()) {
         ScopedCLocale const scope(locale);
-        CalledClasses const called;
+        ClassesByFunction const byFunction;
         ByteClasses const classes;
-        CalledLowerCase const calledLower;
+        LowerCaseByFunction const lowerByFunction;
         LowerCase const lower;
         for (int byte = -128; byte < 128; ++byte) {
             auto const c = static_cast<char>(byte);
-            EXPECT_EQ(classes.isWhitespace(c), called.isWhitespace(c)) << locale << ' ' << byte;
-            EXPECT_EQ(classes.isGraphic(c), called.isGraphic(c)) << locale << ' ' << byte;
-            EXPECT_EQ(classes.isHexDigit(c), called.isHexDigit(c)) << locale << ' ' << byte;
-            EXPECT_EQ(lower(c), calledLower(c)) << locale << ' ' << byte;
+            EXPECT_EQ(classes.isWhitespace(c), byFunction.isWhitespace(c)) << locale << ' ' << byte;
+            EXPECT_EQ(classes.isGraphic(c), byFunction.isGraphic(c)) << locale << ' ' << byte;
+            EXPECT_EQ(classes.isHexDigit(c), byFunction.isHexDigit(c)) << locale << ' ' << byte;
+            EXPECT_EQ(lower(c), lowerByFunction(c)) << locale << ' ' << byte;
         }
     }
 }
@@ -62,7 +62,7 @@ TEST(ByteClasses, KnowTheUsualGraphicBytes) {
         SCOPED_TRACE(row.locale);
         ScopedCLocale const scope(row.locale);
         expectGraphic<ByteClasses>(row);
-        expectGraphic<CalledClasses>(row);
+        expectGraphic<ClassesByFunction>(row);
     }
 }
 

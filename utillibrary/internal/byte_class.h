@@ -17,7 +17,7 @@ inline int characterOf(char c) noexcept {
     return value == EOF ? EOF : static_cast<unsigned char>(c);
 }
 
-class CalledClasses {
+class ClassesByFunction {
 public:
     // NOLINTBEGIN(readability-convert-member-functions-to-static): as in the class with tables.
     bool isWhitespace(char c) const noexcept { return std::isspace(characterOf(c)) != 0; }
@@ -45,7 +45,7 @@ public:
     bool graphicIsUsual() const noexcept { return asciiIsGraphic() && !othersAreGraphic(); }
 };
 
-class CalledLowerCase {
+class LowerCaseByFunction {
 public:
     int operator()(char c) const noexcept { return std::tolower(characterOf(c)); }
 };
@@ -57,7 +57,7 @@ public:
 // glibc's <ctype.h> promises an entry for every signed char and for EOF. An object fetches its
 // table once; the functions fetch it for each byte.
 
-class TabledClasses {
+class ClassesByTable {
 public:
     bool isWhitespace(char c) const noexcept { return has(c, _ISspace); }
     bool isGraphic(char c) const noexcept { return has(c, _ISgraph); }
@@ -88,7 +88,7 @@ private:
     unsigned short const* table_ = *__ctype_b_loc();
 };
 
-class TabledLowerCase {
+class LowerCaseByTable {
 public:
     int operator()(char c) const noexcept { return table_[static_cast<signed char>(c)]; }
 
@@ -96,13 +96,13 @@ private:
     int const* table_ = *__ctype_tolower_loc();
 };
 
-using ByteClasses = TabledClasses;
-using LowerCase = TabledLowerCase;
+using ByteClasses = ClassesByTable;
+using LowerCase = LowerCaseByTable;
 
 #else
 
-using ByteClasses = CalledClasses;
-using LowerCase = CalledLowerCase;
+using ByteClasses = ClassesByFunction;
+using LowerCase = LowerCaseByFunction;
 
 #endif
 
