@@ -25,7 +25,7 @@ TOKEN = re.compile(
     re.VERBOSE | re.DOTALL,
 )
 
-# What a binary operator becomes.
+# What replaces a binary operator.
 BINARY = {
     "<": ["<=", ">="],
     "<=": ["<", ">"],
@@ -57,6 +57,7 @@ BINARY = {
     "^=": ["|="],
 }
 
+# What replaces a name.
 WORDS = {"true": "false", "false": "true", "min": "max", "max": "min"}
 
 # A statement that begins with one of these is not dropped: it declares, or the code after it would
@@ -102,7 +103,7 @@ class Bracket:
 
 
 def tokens_of(text):
-    """The tokens, without what only a newer compiler reads."""
+    """The tokens, without code that only a newer compiler compiles."""
     text = re.sub(
         r"(?ms)^#ifdef __cpp_lib_\w+$.*?^#endif",
         lambda match: re.sub(r"[^\n]", " ", match.group()),
@@ -457,7 +458,7 @@ class Source:
             self.tokens[index + 1].begin,
             self.tokens[i - 1].end,
             f"({other}) : ({one})",
-            f"? : with its results swapped",
+            "? : with its results swapped",
         )
 
     def negate(self, index):
@@ -490,7 +491,7 @@ class Source:
             if word == "if":
                 self.add(index, begin, end, condition + "; false", "if (...) -> if (...; false)")
             return
-        # `!` before a `!`, or around one comparison, is made elsewhere.
+        # change_operator makes these mutants: it drops a leading `!`, and changes a single comparison.
         plain = [self.tokens[i].text for i in range(first, last + 1)]
         if plain[0] == "!" and not {"&&", "||"} & set(plain):
             return

@@ -36,7 +36,7 @@ MEMORY = 6 << 30
 
 
 def read_equivalent(path):
-    """The entries of the list: blocks of lines `LABEL text`, apart by empty lines."""
+    """Returns the entries of the list: blocks of lines `LABEL text`, separated by empty lines."""
     entries = []
     for block in re.split(r"\n\s*\n", path.read_text(encoding="utf-8")):
         entry = {}
@@ -61,7 +61,7 @@ def read_equivalent(path):
 
 
 def listed_as_equivalent(mutants):
-    """The reasons by the mutants' ids, and what the list names in vain."""
+    """Returns the reasons by the mutants' ids, and the entries that fit no mutant."""
     by_key = collections.defaultdict(list)
     for mutant in mutants:
         by_key[mutant.file, mutant.code, find.normal(mutant.change)].append(mutant.id)
@@ -241,7 +241,7 @@ class Project:
         self.tests = quick
 
     def find_reached(self):
-        """Finds the objects of the library that each test may call, by the names of functions."""
+        """Finds the objects of the library that each test may call, by the symbols that objects define and need."""
         objects = {name: self.base / name for name in self.library_objects}
         objects.update({name: BUILD / name for test in self.tests for name in test.objects if name not in objects})
         archives = {BUILD / word for test in self.tests for word in shlex.split(test.link) if word.startswith("tests/lib")}
@@ -258,11 +258,11 @@ class Project:
         for test in self.tests:
             # The test's own objects, then what they need of the library and of the archives.
             found = {str(objects[name]) for name in test.objects if name not in self.library_objects}
-            strange = {place for place, name in names.items() if name not in self.library_objects} - found
+            of_other_tests = {place for place, name in names.items() if name not in self.library_objects} - found
             new = set(found)
             while new:
                 new = {maker for place in new for symbol in wants[place] for maker in makers[symbol]}
-                new -= found | strange
+                new -= found | of_other_tests
                 found |= new
             test.reached = {names[place] for place in found if place in names}
 
@@ -334,7 +334,7 @@ def quiet(words, limit):
 
 
 class History:
-    """How often each test killed mutants of a file. Such tests run first."""
+    """How often each test killed mutants of a file. Tests that killed many run first."""
 
     def __init__(self):
         self.path = BUILD / "history.json"
@@ -391,18 +391,20 @@ class Worker:
         return self.programs[test.program]
 
     def order(self, mutant, including):
+        """The tests, first those that probably kill the mutant and cost little time."""
         unit = find.unit_of(mutant.file)
         kills = self.history.kills[mutant.file]
-        known = re.match(r"[A-Z]?[a-z]+(NVP)?", unit).group()
+        family = re.match(r"[A-Z]?[a-z]+(NVP)?", unit).group()  # such as Variant of VariantText
 
         def worth(test):
             value = float(kills[test.name])
             name, _, environment = test.name.partition(".")
+            # StringNVPTable_internal.h is tested by StringNVPAverage_test.
             if name == unit or unit == "StringNVPTable" and name == "StringNVPAverage":
                 value += 6
             elif name.startswith(unit):
                 value += 3
-            elif name.startswith(known):
+            elif name.startswith(family):
                 value += 1
             if mutant.file in test.direct_includes:
                 value += 6
@@ -441,7 +443,7 @@ class Worker:
             if target.read_bytes() != project.objects[name].read_bytes():
                 changed[name] = target
         if find.is_public(mutant.file):
-            # A host compiles it too. Of the tests the unit's own do.
+            # A host compiles a public header into its own code. Here only the tests of the unit do so.
             unit = find.unit_of(mutant.file)
             own = {name for test in project.tests if test.name.startswith(unit) for name in test.objects}
             including = including & own
@@ -454,7 +456,8 @@ class Worker:
             if test.reached & changed.keys() or any(name in including for name in test.objects)
         ]
         if not changed:
-            # The library is the same. Code for another processor may be called by its test alone.
+            # No object of the library changes. A test that includes the file may still call the code: the general
+            # path of another processor, for example.
             tests = [test for test in tests if any(name in including for name in test.objects)]
             if not find.is_public(mutant.file):
                 tests = [test for test in tests if mutant.file in test.direct_includes]
@@ -463,7 +466,7 @@ class Worker:
         for test in tests:
             program = self.program_of(test, changed, including)
             if program is None:
-                # The library compiles, and the test does not: it says something at compile time.
+                # The library compiles and the test does not: a static_assert of the test notices the mutant.
                 return "killed", test.name
             if not test.passes(self.library, program, 5 + 10 * test.seconds):
                 self.history.add(mutant.file, test.name)
