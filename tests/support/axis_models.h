@@ -2,8 +2,8 @@
 
 #include "support/time_axes.h"
 
-// The time-axis helpers as their rules are worded, without regard to speed. Tests compare the
-// library with these.
+// MovingTimeScale and MovingTimeAxis in the plainest code, without regard to speed. Tests compare
+// the library with these models.
 namespace testing_support {
 
 struct Step {

@@ -29,7 +29,7 @@ constexpr WholePart wholePartOf(float value) noexcept {
     auto const exponent = static_cast<int>(bits >> 23 & 0xFF);
     unsigned long const fraction = bits & 0x7FFFFF;
     if (exponent == 0xFF) return {negative, false, 0};
-    if (exponent == 0) return {negative, true, 0};  // below one by far
+    if (exponent == 0) return {negative, true, 0};  // far below one
     return shifted(negative, fraction | 0x800000, exponent - 150);
 }
 

@@ -44,7 +44,7 @@ ExpectedCall ByteStreamModel::copy(char const* bytes, unsigned int size) {
 ExpectedCall ByteStreamModel::copy(ByteStreamModel const& source) {
     ByteStreamModel from = source;
     if (this == &source) from.zeroMemory();
-    char const somewhere = 'x';
+    char const somewhere = 'x';  // a block of length 0 has a pointer, too
     char const* const bytes = from.bytes_.empty() ? &somewhere : from.bytes_.data();
     return copy(from.hasBlock_ ? bytes : nullptr, from.size());
 }

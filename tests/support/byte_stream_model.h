@@ -22,7 +22,7 @@ public:
     /// Takes    bytes: not in this model.
     ExpectedCall copy(char const* bytes, unsigned int size);
     ExpectedCall copy(ByteStreamModel const& source);
-    /// Gives    result 0 where the assignment gives its object.
+    /// Gives    result 0, because an assignment returns no number.
     ExpectedCall assign(ByteStreamModel const& source);
     ExpectedCall copyPart(ByteStreamModel const& source, unsigned int sourceStart,
                           unsigned int start, unsigned int count);

@@ -29,6 +29,7 @@ inline ByteStream streamOf(std::string const& bytes) {
 inline void fill(ByteStream& stream, Contents const& contents) {
     stream.clear();
     if (!contents) return;
+    // Twice, because `allocate(0)` leaves an empty stream without a block.
     stream.allocate(static_cast<unsigned int>(contents->size() + 1));
     stream.allocate(static_cast<unsigned int>(contents->size()));
     contents->copy(stream.buffer(), contents->size());

@@ -19,10 +19,10 @@ public:
     AllocationWatch& operator=(AllocationWatch const&) = delete;
 };
 
-/// How many there were in the last scope, one that failed included.
+/// The number of allocations in the last scope, including one that failed.
 long watchedAllocations() noexcept;
 
-/// How many bytes they asked for, all together.
+/// The number of bytes that they asked for, without one that failed.
 std::size_t watchedBytes() noexcept;
 
 template <typename Work>

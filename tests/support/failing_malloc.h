@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-// Lets malloc and its kin fail, and counts the blocks that are in use. A program that lists
-// failing_malloc.cpp among its sources has replaced malloc for itself, for the library, for libc,
-// for libstdc++ and for the loader. Only for programs of one thread, and without a sanitizer, which
-// replaces malloc itself.
+// Lets malloc and similar functions fail, and counts the blocks that are in use. A program that
+// lists failing_malloc.cpp among its sources has replaced malloc for itself, for the library, for
+// libc, for libstdc++ and for the loader. Only for programs of one thread, and without a sanitizer,
+// which replaces malloc itself.
 namespace testing_support {
 
 /// In its scope, the allocation of this number fails, counted from 0.

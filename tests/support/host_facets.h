@@ -26,7 +26,8 @@ private:
     std::string grouping_;
 };
 
-// A locale asks once while it takes the facet in. After that the facet throws.
+// Throws when a stream asks it. A std::locale asks once while it is made, so the facet throws only
+// after that.
 class ThrowingPunctuation : public std::numpunct<wchar_t> {
 public:
     static std::locale locale() {

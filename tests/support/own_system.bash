@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# A view of the system in which a test may write, and of which nothing stays.
+# Lets a test write into folders of the system. The changes vanish when the test ends.
 
 # with_a_system_of_its_own PLACE...: runs the script from standard input while the folders PLACE may
 # be written. Skips the test where the kernel allows no such view.

@@ -40,7 +40,7 @@ std::optional<SortedMap> modelOfDeserialize(std::string const& text) {
 std::optional<SortedMap> modelOfAverage(std::vector<std::string> const& names,
                                         std::string const& average, float averageDuration,
                                         std::string const& sample, float sampleDuration) {
-    // Volatile: each step is done by itself, and when it is written here.
+    // Volatile, so that the compiler does each step separately and in this order.
     float volatile weight = 1;
     float volatile sampleWeight = 0;
     // These comparisons raise no flag for NaN, unlike <= and <.

@@ -1,1 +1,2 @@
-// The precompiled headers of the tests are a part of some target: of the one with this source.
+// CMake compiles the precompiled headers of the tests as a part of a target, and a target needs a
+// source: this one.

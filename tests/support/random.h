@@ -11,7 +11,7 @@ std::uint64_t seed();
 /// A fresh engine that starts from the seed.
 std::mt19937_64 randomEngine();
 
-/// Every how many values a sweep looks: 1 for a full one. UTILLIBRARY_TEST_STRIDE.
+/// A sweep tests one value of so many: UTILLIBRARY_TEST_STRIDE, or 1 if that is not set.
 std::uint64_t sweepStride();
 
 }  // namespace testing_support

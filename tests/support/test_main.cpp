@@ -9,7 +9,7 @@
 #include "support/random.h"
 
 // Sets the locale named by UTILLIBRARY_TEST_LOCALE, as C locale and as global C++ locale, as a host
-// would; a run that cannot have the locale it is for fails rather than pass under another one.
+// would. If the locale is missing, the program fails, so that no test passes under another one.
 namespace {
 
 bool setLocale() {

@@ -24,7 +24,7 @@ inline std::ostream& operator<<(std::ostream& out, Scale const& scale) {
 }
 
 inline Scale scaleOf(long tMin, long tMax, unsigned int ticks, unsigned long minStep) {
-    Scale scale{-1, -2, 3, 4};
+    Scale scale{-1, -2, 3, 4};  // no scale has these values, so a missing one shows
     com::halvorin::utilities::MovingTimeScale(tMin, tMax, ticks, minStep, scale.start, scale.end,
                                               scale.step, scale.minor);
     return scale;
@@ -51,6 +51,7 @@ inline std::ostream& operator<<(std::ostream& out, Axis const& axis) {
 }
 
 inline Axis axisOf(long tMin, long tMax, unsigned int ticks) {
+    // No axis has these values, so a missing one shows.
     Axis axis{99, 98, std::vector<long>(3, 97), std::vector<long>(2, 96)};
     com::halvorin::utilities::MovingTimeAxis(tMin, tMax, ticks, axis.step, axis.minor, axis.majors,
                                              axis.minors);

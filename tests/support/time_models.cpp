@@ -23,8 +23,7 @@ int fullYear(std::tm const& record) {
     return static_cast<int>(static_cast<unsigned>(record.tm_year) + 1900);
 }
 
-// The calendar routine, by libc's own: -1 for what 31 bits do not hold, before the adjustment or
-// after it.
+// The seconds of a date by libc's timegm; -1 outside 0 to INT_MAX, before or after the adjustment.
 long countedByLibc(int year, int month, int day, int hour, int minute, int second, int adjustment) {
     std::tm record{};
     record.tm_year = year - 1900;
@@ -117,7 +116,7 @@ std::string modelOfFourteenDigits(long seconds) {
     return text;
 }
 
-// Fields of so few bytes leave no int, so that strtol reads them as stoi does.
+// A field has at most four bytes, so its number fits an int, and strtol reads it as stoi does.
 std::optional<long> modelOfFourteenDigitsRead(std::string const& text) {
     std::array<int, 6> fields{};
     std::size_t at = 0;

@@ -32,7 +32,7 @@ void expectIntegers(com::halvorin::datatypes::Variant const& variant, Integers c
 void expectFloating(com::halvorin::datatypes::Variant const& variant, double asDouble,
                     float asFloat);
 
-/// And for the Boolean.
+/// The same for the Boolean.
 void expectBoolean(com::halvorin::datatypes::Variant const& variant, bool expected);
 
 }  // namespace testing_support
