@@ -1,5 +1,6 @@
 #!/usr/bin/env bats
-# Each program in docs/ is compiled and run. It must print the block that follows it.
+# Each program in docs/ is compiled and run, and prints the block that follows it. Links lead somewhere,
+# and ARCHITECTURE.md names all headers of internal/.
 
 WARNINGS=(-std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 
@@ -62,4 +63,16 @@ headings() {
         done < <(local_links "$page")
     done < <(find . -name '*.md' -not -path './build/*' | sort)
     ((broken == 0))
+}
+
+@test "ARCHITECTURE.md names each header of utillibrary/internal/" {
+    local header missing=0
+    cd "$SOURCE_DIR"
+    for header in utillibrary/internal/*.h; do
+        if ! grep -qF "\`${header##*/}\`" ARCHITECTURE.md; then
+            echo "not named: $header"
+            missing=$((missing + 1))
+        fi
+    done
+    ((missing == 0))
 }
