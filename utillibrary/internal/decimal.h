@@ -57,14 +57,6 @@ char* writeGeneralExactly(char* out, double value) noexcept;
 /// too close to half of the last digit that stays.
 std::optional<char*> writeSixDigits(char* out, double value) noexcept;
 
-/// The result of `writeGeneral` as a string. It is written in place: a std::string contains
-/// GENERAL_SIZE bytes without the heap.
-inline std::string generalText(double value) {
-    std::string text(GENERAL_SIZE, '\0');
-    text.erase(static_cast<std::size_t>(writeGeneral(text.data(), value) - text.data()));
-    return text;
-}
-
 /// The bytes that `printGeneral` needs: the decimal point of a C locale may have several bytes.
 inline constexpr std::size_t PRINTED_GENERAL_SIZE = 32;
 
