@@ -33,7 +33,7 @@
 namespace com::halvorin::datatypes {
 
 /// Prints a time as `time.toString(true, 0, "")` gives it: ISO 8601, UTC, milliseconds.
-/// Takes    out: its width and fill count, as for a string.
+/// Takes    out: its width and fill are used, as for a string.
 /// Gives    out.
 /// Fails    as the insertion of a string fails; with std::bad_alloc.
 inline std::ostream& operator<<(std::ostream& out, xtime_t const& time) {
@@ -41,8 +41,8 @@ inline std::ostream& operator<<(std::ostream& out, xtime_t const& time) {
 }
 
 /// Prints a Variant as `value.toString()` gives it.
-/// Takes    out: its width and fill count, as for a string; value: a Variant itself. What merely
-///          converts to a Variant is not taken.
+/// Takes    out: its width and fill are used, as for a string; value: a Variant itself, and
+///          nothing that merely converts to one.
 /// Gives    out.
 /// Fails    as the insertion of a string fails; with std::bad_alloc.
 template <typename Value>

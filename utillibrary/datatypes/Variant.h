@@ -95,9 +95,10 @@ com::halvorin::utility::Variant::convert::Failed to convert data type because ty
 /// | Null          | 0                           | false                               |
 /// | 0, all others | 0, after that line          | false, after that line              |
 ///
-/// `char` and `wchar_t` are signed on x86-64 and unsigned on aarch64. There Variant(200).toByte()
-/// is 200 instead of -56, Variant(L'a') is a Uint32 instead of an Int32, and the widened character
-/// -23 is 4294967273. The bits are the same. A Byte is a signed number on every processor.
+/// `char` and `wchar_t` are signed on x86-64 and unsigned on aarch64. So on aarch64
+/// Variant(200).toByte() is 200 instead of -56, Variant(L'a') is a Uint32 instead of an Int32, and
+/// the widened character -23 is 4294967273. The bits are the same. A Byte is a signed number on
+/// every processor.
 ///
 /// The line on standard output ends in a newline and is flushed. It takes no lock: if several
 /// threads may write it, std::cout must be synchronised with stdio, as it is by default.

@@ -18,7 +18,8 @@ std::string const MISSING = "./missing.so";
 std::string const LONG_GOOD = "././././././././././good.so";
 constexpr unsigned int LOAD_FAILED = 0xECE99F6E;
 
-// The loader keeps the reason of its last failure until it is asked.
+// The loader keeps the reason of its last failure until dlerror returns it, and frees the text in
+// the next call.
 void forgetReason() {
     dlerror();
     dlerror();

@@ -16,7 +16,7 @@ namespace {
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;
 
-// Sends standard output to nowhere for a scope: a value that cannot be converted writes a line.
+// Discards standard output for a scope: a value that cannot be converted writes a line.
 class SilentOutput {
 public:
     SilentOutput() : kept_(dup(STDOUT_FILENO)) {
