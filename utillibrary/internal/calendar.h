@@ -31,8 +31,8 @@ struct ClockTime {
     int second;  // 0..59
 };
 
-/// The result of the calendar routine: seconds since 1970 and an adjustment to them, or -1 if they
-/// leave the range before or after the adjustment.
+/// The result of `mktimeEx` and of the parsers of time: seconds since 1970 plus an adjustment. -1
+/// if the seconds are outside the range, before the adjustment or after it.
 /// Takes    days: since 1970, within 2^45; clock: its fields may lie outside their ranges
 constexpr long secondsOf(long days, ClockTime const& clock, long adjustment) noexcept {
     long const secondOfDay = long{clock.hour} * SECONDS_PER_HOUR +

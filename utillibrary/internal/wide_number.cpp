@@ -77,6 +77,7 @@ std::optional<double> readDouble(std::wstring const& text) noexcept {
     return readPlain<double>(text, wideDecimalPoint);
 }
 
+// Calls readPlain, which is inlined, and not readDouble: plain_number.h says why.
 double wideTextToDouble(std::wstring const& text) noexcept {
     if (auto const value = readPlain<double>(text, wideDecimalPoint)) return *value;
     return convertDouble(text);
