@@ -44,7 +44,7 @@ using namespace std::string_literals;
 constexpr float INFINITE_FLOAT = INFINITY;
 constexpr float NAN_FLOAT = NAN;
 
-// What the type number alone makes of a slot.
+// A Variant of a type, with these bits in its slot.
 Variant slot(VariantType type, unsigned long bits) {
     Variant variant;
     variant.dataType = type;
@@ -68,77 +68,93 @@ IntegerFact reads(char const* fact, Variant const& value, Integers const& intege
 }
 
 IntegerFact const INTEGER_FACTS[] = {
-    reads("UnsignedByte extends by zeros", uchar{200}, {200, -56, 200, 200, 200, 200, 200, 200}),
-    reads("UnsignedByte at its end", uchar{255}, {255, -1, 255, 255, 255, 255, 255, 255}),
-    reads("Uint16 extends by zeros", ushort{65535},
+    reads("an UnsignedByte of 200 is extended by zeros", uchar{200},
+          {200, -56, 200, 200, 200, 200, 200, 200}),
+    reads("the largest UnsignedByte is -1 in 8 signed bits", uchar{255},
+          {255, -1, 255, 255, 255, 255, 255, 255}),
+    reads("the largest Uint16 is extended by zeros", ushort{65535},
           {255, -1, -1, 65535, 65535, 65535, 65535, 65535}),
-    reads("Uint16 just fits an Int16", ushort{32767},
+    reads("a Uint16 of 32767 fits an Int16", ushort{32767},
           {255, -1, 32767, 32767, 32767, 32767, 32767, 32767}),
-    reads("Uint16 just does not", ushort{32768}, {0, 0, -32768, 32768, 32768, 32768, 32768, 32768}),
-    reads("Uint32 extends by zeros", 4294967295U,
+    reads("a Uint16 of 32768 is -32768 in an Int16", ushort{32768},
+          {0, 0, -32768, 32768, 32768, 32768, 32768, 32768}),
+    reads("the largest Uint32 is extended by zeros", 4294967295U,
           {255, -1, -1, 65535, -1, 4294967295, 4294967295, 4294967295}),
-    reads("Uint32 of half its range", 2147483648U,
+    reads("a Uint32 of 2^31 is -2^31 in an Int32", 2147483648U,
           {0, 0, 0, 0, INT_MIN, 2147483648, 2147483648, 2147483648}),
-    reads("Byte extends by its sign", '\xFF',
+    reads("a Byte of -1 is extended by its sign", '\xFF',
           {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
-    reads("Byte at its lower end", '\x80',
+    reads("the least Byte is extended by its sign", '\x80',
           {128, -128, -128, 65408, -128, 4294967168, -128, 18446744073709551488U}),
-    reads("Byte at its upper end", '\x7F', {127, 127, 127, 127, 127, 127, 127, 127}),
-    reads("Int16 extends by its sign", short{-32768},
+    reads("the largest Byte is the same for every target", '\x7F',
+          {127, 127, 127, 127, 127, 127, 127, 127}),
+    reads("the least Int16 is extended by its sign", short{-32768},
           {0, 0, -32768, 32768, -32768, 4294934528, -32768, 18446744073709518848U}),
-    reads("Int32 cut to 16 bits", 40000, {64, 64, -25536, 40000, 40000, 40000, 40000, 40000}),
-    reads("Int32 extends by its sign", INT_MIN,
+    reads("an Int32 of 40000 is cut to 16 bits", 40000,
+          {64, 64, -25536, 40000, 40000, 40000, 40000, 40000}),
+    reads("the least Int32 is extended by its sign", INT_MIN,
           {0, 0, 0, 0, INT_MIN, 2147483648, -2147483648, 18446744071562067968U}),
-    reads("Int32 of different bytes", 0x12345687,
+    reads("an Int32 of four different bytes is cut to its low bytes", 0x12345687,
           {0x87, -121, 0x5687, 0x5687, 0x12345687, 0x12345687, 0x12345687, 0x12345687}),
-    reads("Int64 at its lower end", LONG_MIN, {0, 0, 0, 0, 0, 0, LONG_MIN, 9223372036854775808U}),
-    reads("Int64 at its upper end", LONG_MAX,
-          {255, -1, -1, 65535, -1, 4294967295, LONG_MAX, 9223372036854775807}),
-    reads("Int64 below zero", -1L, {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
-    reads("Uint64 at its end", ULONG_MAX,
-          {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
-    reads("Uint64 of 2^32", 4294967296UL, {0, 0, 0, 0, 0, 0, 4294967296, 4294967296}),
-    reads("Uint64 of 2^63", 9223372036854775808UL,
+    reads("the least Int64 has low bits of 0", LONG_MIN,
           {0, 0, 0, 0, 0, 0, LONG_MIN, 9223372036854775808U}),
-    reads("true", true, {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("false", false, {0, 0, 0, 0, 0, 0, 0, 0}),
+    reads("the largest Int64 has low bits of 1", LONG_MAX,
+          {255, -1, -1, 65535, -1, 4294967295, LONG_MAX, 9223372036854775807}),
+    reads("an Int64 of -1 has bits of 1 for every target", -1L,
+          {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
+    reads("the largest Uint64 has bits of 1 for every target", ULONG_MAX,
+          {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
+    reads("a Uint64 of 2^32 has low bits of 0", 4294967296UL,
+          {0, 0, 0, 0, 0, 0, 4294967296, 4294967296}),
+    reads("a Uint64 of 2^63 is the least Int64", 9223372036854775808UL,
+          {0, 0, 0, 0, 0, 0, LONG_MIN, 9223372036854775808U}),
+    reads("true is 1", true, {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("false is 0", false, {0, 0, 0, 0, 0, 0, 0, 0}),
     reads("a Boolean byte of 2 is true", slot(12, 2), {1, 1, 1, 1, 1, 1, 1, 1}),
     reads("a Boolean byte of 255 is true", slot(12, 255), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("only its low byte is a Boolean", slot(12, 0xFFFFFFFFFFFFFF00), {0, 0, 0, 0, 0, 0, 0, 0}),
-    reads("a type reads its own width of the slot", slot(1, 0x1111111111111142),
+    reads("a Boolean is the low byte of the slot alone", slot(12, 0xFFFFFFFFFFFFFF00),
+          {0, 0, 0, 0, 0, 0, 0, 0}),
+    reads("an UnsignedByte is the low byte of a full slot", slot(1, 0x1111111111111142),
           {0x42, 0x42, 0x42, 0x42, 0x42, 0x42, 0x42, 0x42}),
-    reads("a Uint16 in a full slot", slot(2, 0xFFFFFFFFFFFF0001), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("a Uint32 in a full slot", slot(3, 0xFFFFFFFF00000001), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("a Byte in a full slot", slot(4, 0xFFFFFFFFFFFFFF01), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("an Int16 in a full slot", slot(5, 0xFFFFFFFFFFFF0001), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("an Int32 in a full slot", slot(6, 0xFFFFFFFF00000001), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("a Float in a full slot", slot(7, 0xFFFFFFFF3F800000), {1, 1, 1, 1, 1, 1, 1, 1}),
-    reads("300.7 as a small integer", 300.7, {44, 44, 300, 300, 300, 300, 300, 300}),
+    reads("a Uint16 is the low 16 bits of a full slot", slot(2, 0xFFFFFFFFFFFF0001),
+          {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("a Uint32 is the low 32 bits of a full slot", slot(3, 0xFFFFFFFF00000001),
+          {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("a Byte is the low byte of a full slot", slot(4, 0xFFFFFFFFFFFFFF01),
+          {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("an Int16 is the low 16 bits of a full slot", slot(5, 0xFFFFFFFFFFFF0001),
+          {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("an Int32 is the low 32 bits of a full slot", slot(6, 0xFFFFFFFF00000001),
+          {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("a Float is the low 32 bits of a full slot", slot(7, 0xFFFFFFFF3F800000),
+          {1, 1, 1, 1, 1, 1, 1, 1}),
+    reads("300.7 is cut to 300, and 300 to the low bits", 300.7,
+          {44, 44, 300, 300, 300, 300, 300, 300}),
     reads("-1.5 is cut toward zero", -1.5,
           {255, -1, -1, 65535, -1, 4294967295, -1, 18446744073709551615U}),
     reads("a Float is read as a Double is", -300.7F,
           {212, -44, -300, 65236, -300, 4294966996, -300, 18446744073709551316U}),
-    // KEPT(small-integers-through-int32): not even with the low bits that 64 would have.
-    reads("2^31 fits no small integer", 2147483648.0,
+    // KEPT(small-integers-through-int32): 0, and not the low bits of a 64-bit integer.
+    reads("2^31 is 0 in 8 and 16 bits", 2147483648.0,
           {0, 0, 0, 0, INT_MIN, 2147483648, 2147483648, 2147483648}),
-    reads("2^31 + 77 neither", 2147483725.0,
+    reads("2^31 + 77 is 0 in 8 and 16 bits, and not its low bits", 2147483725.0,
           {0, 0, 0, 0, INT_MIN, 2147483725, 2147483725, 2147483725}),
-    reads("2^31 - 1 has low bits", 2147483647.0,
+    reads("2^31 - 1 is its low bits in 8 and 16 bits", 2147483647.0,
           {255, -1, -1, 65535, 2147483647, 2147483647, 2147483647, 2147483647}),
-    reads("3e9 fits an unsigned integer", 3e9F,
+    reads("3e9 fits an unsigned int", 3e9F,
           {0, 0, 0, 0, INT_MIN, 3000000000, 3000000000, 3000000000}),
     reads("a DateTime is its OpenVMS seconds", xtime_t(1763164800, 0),
           {0, 0, 0, 0, INT_MIN, 974914304, 5269881600, 5269881600}),
-    reads("its fraction is cut", xtime_t(1763164800, 999000000),
+    reads("the fraction of a DateTime's OpenVMS seconds is cut", xtime_t(1763164800, 999000000),
           {0, 0, 0, 0, INT_MIN, 974914304, 5269881600, 5269881600}),
-    reads("text is cut after it was read", L"70000",
+    reads("a String of 70000 is read and then cut", L"70000",
           {112, 112, 4464, 4464, 70000, 70000, 70000, 70000}),
-    reads("text below zero", "  -12xyz",
+    reads("a String of a negative number is extended by its sign", "  -12xyz",
           {244, -12, -12, 65524, -12, 4294967284, -12, 18446744073709551604U}),
-    reads("text of 2^32 - 1", "4294967295",
+    reads("a String of 2^32 - 1 is read as a long", "4294967295",
           {255, -1, -1, 65535, -1, 4294967295, 4294967295, 4294967295}),
     // KEPT(text-is-read-as-int64): the same for each target.
-    reads("text of 2^64 - 1", "18446744073709551615",
+    reads("a String of 2^64 - 1 is read as LONG_MAX", "18446744073709551615",
           {255, -1, -1, 65535, -1, 4294967295, LONG_MAX, 9223372036854775807}),
 };
 
@@ -150,7 +166,7 @@ TEST(VariantNumbers, ReadsEveryTypeAsEveryInteger) {
     }
 }
 
-// Each of these is also read from a DateTime, and from a Float where it is one.
+// Reads the value from a Double, from a DateTime, and from a Float if it is exact in one.
 void expectFloatingRead(double value, int int32, long int64, unsigned long uint64) {
     Integers expected = lowBitsOf(int32);
     expected.uint32 = static_cast<unsigned int>(int64);
@@ -164,7 +180,7 @@ void expectFloatingRead(double value, int int32, long int64, unsigned long uint6
     }
 }
 
-// What fits 32 bits, after it is cut, is one number for all.
+// Values whose whole part fits an int: every target gets its low bits.
 struct SmallFloatingFact {
     char const* fact;
     double value;
@@ -203,7 +219,8 @@ TEST(VariantNumbers, CutsAFloatingValueTowardZero) {
     }
 }
 
-// What only fits 64 bits is INT_MIN for all but three targets.
+// Values whose whole part fits a long only: it is the result for long, unsigned long and, cut,
+// unsigned int. All other targets get the low bits of INT_MIN.
 struct LargeFloatingFact {
     char const* fact;
     double value;
@@ -234,7 +251,7 @@ TEST(VariantNumbers, ReadsWhatDoesNotFitAnIntAsTheLeastInt) {
     }
 }
 
-// What does not fit 64 signed bits either.
+// Values at and beyond the ends of a long.
 struct HugeFloatingFact {
     char const* fact;
     double value;
@@ -283,55 +300,67 @@ FloatingFact reads(char const* fact, Variant const& value, double asDouble, floa
 }
 
 FloatingFact const FLOATING_FACTS[] = {
-    reads("UnsignedByte", uchar{255}, 255, 255),
-    reads("Uint16", ushort{65535}, 65535, 65535),
-    reads("Uint32", 4294967295U, 4294967295.0, 4294967296.0F),
-    reads("Byte", '\x80', -128, -128),
-    reads("Int16", short{-32768}, -32768, -32768),
-    reads("Int32, exact in a Double", 2147483647, 2147483647.0, 2147483648.0F),
-    reads("Int32, halfway, to the even Float", 16777217, 16777217.0, 16777216.0F),
-    reads("Int32, halfway, up to the even Float", 16777219, 16777219.0, 16777220.0F),
-    reads("Int64, halfway, to the even Double", 9007199254740993L, 9007199254740992.0,
-          9007199254740992.0F),
-    reads("Int64, halfway, up to the even Double", 9007199254740995L, 9007199254740996.0,
-          9007199254740992.0F),
-    reads("Int64 at its ends", LONG_MAX, 0x1p63, 0x1p63F),
-    reads("and below", LONG_MIN, -0x1p63, -0x1p63F),
-    // By way of a Double it would be halfway, and so 0x1p60.
-    reads("Int64 to Float, rounded once", 0x1000001000000001L, 0x1.000001p60, 0x1.000002p60F),
-    reads("and below zero", -0x1000001000000001L, -0x1.000001p60, -0x1.000002p60F),
-    reads("Uint64 is unsigned", ULONG_MAX, 0x1p64, 0x1p64F),
-    reads("Uint64 of 2^63", 0x8000000000000000UL, 0x1p63, 0x1p63F),
-    reads("Uint64, halfway, to the even Double", 0x8000000000000400UL, 0x1p63, 0x1p63F),
-    reads("Uint64, above halfway", 0x8000000000000401UL, 0x1.0000000000001p63, 0x1p63F),
-    reads("Uint64 to Float, rounded once", 0x8000008000000001UL, 0x1.000001p63, 0x1.000002p63F),
-    reads("Float", 0.1F, 0x1.99999ap-4, 0.1F),
-    reads("Float of the least", 0x1p-149F, 0x1p-149, 0x1p-149F),
-    reads("Float, negative zero", -0.0F, -0.0, -0.0F),
-    reads("Float, infinity", INFINITE_FLOAT, INFINITY, INFINITE_FLOAT),
-    reads("Float, no number", NAN_FLOAT, NAN, NAN_FLOAT),
-    reads("Double", 0.1, 0.1, 0.1F),
-    reads("Double, negative zero", -0.0, -0.0, -0.0F),
-    reads("Double, halfway, to the even Float", 0x1.000001p0, 0x1.000001p0, 1.0F),
-    reads("Double, above halfway", 0x1.0000010000001p0, 0x1.0000010000001p0, 0x1.000002p0F),
-    reads("Double beyond a Float", 1e39, 1e39, INFINITE_FLOAT),
-    reads("Double that rounds to the largest Float", 0x1.fffffefffffffp127, 0x1.fffffefffffffp127,
-          FLT_MAX),
-    reads("Double halfway beyond it", 0x1.ffffffp127, 0x1.ffffffp127, INFINITE_FLOAT),
-    reads("Double too small for a Float", -1e-46, -1e-46, -0.0F),
-    reads("Double, infinity", -INFINITY, -INFINITY, -INFINITE_FLOAT),
-    reads("Double, no number", NAN, NAN, NAN_FLOAT),
-    reads("DateTime as OpenVMS seconds", xtime_t(1763164800, 0), 5269881600.0, 5269881856.0F),
-    reads("DateTime with its fraction", xtime_t(1763164800, 250000000), 5269881600.25,
-          5269881856.0F),
-    reads("true", true, 1, 1),
-    reads("false", false, 0, 0),
+    reads("an UnsignedByte is exact", uchar{255}, 255, 255),
+    reads("a Uint16 is exact", ushort{65535}, 65535, 65535),
+    reads("the largest Uint32 is exact in a double and rounded in a float", 4294967295U,
+          4294967295.0, 4294967296.0F),
+    reads("a Byte is exact", '\x80', -128, -128),
+    reads("an Int16 is exact", short{-32768}, -32768, -32768),
+    reads("the largest Int32 is exact in a double and rounded in a float", 2147483647, 2147483647.0,
+          2147483648.0F),
+    reads("an Int32 halfway between two floats is rounded down to the even one", 16777217,
+          16777217.0, 16777216.0F),
+    reads("an Int32 halfway between two floats is rounded up to the even one", 16777219, 16777219.0,
+          16777220.0F),
+    reads("an Int64 halfway between two doubles is rounded down to the even one", 9007199254740993L,
+          9007199254740992.0, 9007199254740992.0F),
+    reads("an Int64 halfway between two doubles is rounded up to the even one", 9007199254740995L,
+          9007199254740996.0, 9007199254740992.0F),
+    reads("the largest Int64 is rounded to 2^63", LONG_MAX, 0x1p63, 0x1p63F),
+    reads("the least Int64 is exact", LONG_MIN, -0x1p63, -0x1p63F),
+    // Rounded to a double first, it would be halfway, and the float would be 0x1p60.
+    reads("an Int64 is rounded once on its way to a float", 0x1000001000000001L, 0x1.000001p60,
+          0x1.000002p60F),
+    reads("a negative Int64 is rounded once on its way to a float", -0x1000001000000001L,
+          -0x1.000001p60, -0x1.000002p60F),
+    reads("the largest Uint64 is rounded to 2^64", ULONG_MAX, 0x1p64, 0x1p64F),
+    reads("a Uint64 of 2^63 is exact", 0x8000000000000000UL, 0x1p63, 0x1p63F),
+    reads("a Uint64 halfway between two doubles is rounded to the even one", 0x8000000000000400UL,
+          0x1p63, 0x1p63F),
+    reads("a Uint64 above halfway between two doubles is rounded up", 0x8000000000000401UL,
+          0x1.0000000000001p63, 0x1p63F),
+    reads("a Uint64 is rounded once on its way to a float", 0x8000008000000001UL, 0x1.000001p63,
+          0x1.000002p63F),
+    reads("a Float is exact in a double", 0.1F, 0x1.99999ap-4, 0.1F),
+    reads("the least Float is exact in a double", 0x1p-149F, 0x1p-149, 0x1p-149F),
+    reads("a Float of -0 keeps its sign", -0.0F, -0.0, -0.0F),
+    reads("a Float of infinity is infinity", INFINITE_FLOAT, INFINITY, INFINITE_FLOAT),
+    reads("a Float of NaN is NaN", NAN_FLOAT, NAN, NAN_FLOAT),
+    reads("a Double is rounded to a float", 0.1, 0.1, 0.1F),
+    reads("a Double of -0 keeps its sign", -0.0, -0.0, -0.0F),
+    reads("a Double halfway between two floats is rounded to the even one", 0x1.000001p0,
+          0x1.000001p0, 1.0F),
+    reads("a Double above halfway between two floats is rounded up", 0x1.0000010000001p0,
+          0x1.0000010000001p0, 0x1.000002p0F),
+    reads("a Double above all floats is infinity as a float", 1e39, 1e39, INFINITE_FLOAT),
+    reads("a Double may be rounded down to the largest float", 0x1.fffffefffffffp127,
+          0x1.fffffefffffffp127, FLT_MAX),
+    reads("a Double halfway above the largest float is infinity as a float", 0x1.ffffffp127,
+          0x1.ffffffp127, INFINITE_FLOAT),
+    reads("a Double too small for a float is 0 with its sign", -1e-46, -1e-46, -0.0F),
+    reads("a Double of -infinity is -infinity", -INFINITY, -INFINITY, -INFINITE_FLOAT),
+    reads("a Double of NaN is NaN", NAN, NAN, NAN_FLOAT),
+    reads("a DateTime is its OpenVMS seconds", xtime_t(1763164800, 0), 5269881600.0, 5269881856.0F),
+    reads("a DateTime is its OpenVMS seconds with their fraction", xtime_t(1763164800, 250000000),
+          5269881600.25, 5269881856.0F),
+    reads("true is 1", true, 1, 1),
+    reads("false is 0", false, 0, 0),
     reads("a Boolean byte of 2 is true", slot(12, 2), 1, 1),
     reads("a Boolean byte of 255 is true", slot(12, 255), 1, 1),
-    reads("only its low byte is a Boolean", slot(12, 0x100), 0, 0),
-    reads("text", L"1e3", 1000, 1000),
-    reads("no text", L"", 0, 0),
-    reads("a type reads its own width of the slot", slot(7, 0x3FF000003FC00000), 1.5, 1.5),
+    reads("a Boolean is the low byte of the slot alone", slot(12, 0x100), 0, 0),
+    reads("a String is the number that it contains", L"1e3", 1000, 1000),
+    reads("an empty String is 0", L"", 0, 0),
+    reads("a Float is the low 32 bits of a full slot", slot(7, 0x3FF000003FC00000), 1.5, 1.5),
 };
 
 TEST(VariantNumbers, ReadsEveryTypeAsFloatAndDouble) {
@@ -346,7 +375,7 @@ TEST(VariantNumbers, ReadsEveryTypeAsFloatAndDouble) {
 
 Variant booleanByte(uchar byte) { return slot(12, byte); }
 
-// All set but the lowest byte.
+// A slot in which all bits above the lowest byte are set.
 Variant upperBytes(VariantType type) { return slot(type, 0xFFFFFFFFFFFFFF00); }
 
 xtime_t afterVmsEpoch(unsigned int nanoseconds) { return {-3506716800, nanoseconds}; }
@@ -526,7 +555,7 @@ Conversion const CONVERSIONS[] = {
     {"operator bool", converted<bool>},
 };
 
-// Something in every member that a conversion might look at.
+// A Variant with a value in every member that a conversion might read.
 Variant ofType(VariantType type) {
     Variant variant(L"42");
     variant.dataType = type;
@@ -599,7 +628,7 @@ private:
     Failure failure_;
 };
 
-// What used to come out: the exception that a host's own buffer throws.
+// Earlier, the exception that a host's own buffer throws came out.
 TEST(VariantNumbers, DoesNotThrowWhenStandardOutputDoes) {
     using Failure = FailingOutput::Failure;
     for (Failure const failure : {Failure::REFUSES, Failure::CANNOT_FLUSH, Failure::THROWS,
