@@ -14,8 +14,8 @@
 
 #include "support/recorded_reports.h"
 
-// This program is its own allocator: it defines new and delete, in place of the standard library's,
-// so that blocks are counted, and memory fails when it is told to.
+// This program defines new and delete itself, in place of the standard library's. So it counts
+// blocks, and lets allocations fail.
 
 using com::halvorin::datatypes::ByteStream;
 using testing_support::takeReports;
@@ -109,7 +109,7 @@ struct BlockFact {
     Sizes requests;
 };
 
-// Upon "abcdefgh", from "0123".
+// Operations on a stream "abcdefgh", with a source "0123".
 BlockFact const BLOCK_FACTS[] = {
     {"copy of fewer bytes", [](ByteStream& s, ByteStream&) { s.copy(BYTES, 5); }, {5}},
     {"copy of more bytes", [](ByteStream& s, ByteStream&) { s.copy(BYTES, 16); }, {16}},
@@ -264,7 +264,7 @@ struct Outcome {
     unsigned long copied;
 };
 
-// What a copy of a part is to come to, in sums that do not wrap.
+// The outcome that a copy of a part must have, from sums that do not wrap.
 Outcome expectedOf(unsigned long sourceSize, unsigned long size, unsigned long sourceStart,
                    unsigned long start, unsigned long count) {
     if (sourceStart + count > sourceSize) return {End::REFUSED, {}, 0};
@@ -293,7 +293,7 @@ Outcome outcomeOf(ByteStream& stream, ByteStream& source, unsigned int sourceSta
     return outcome;
 }
 
-// Takes  stream, source: streams that hold the first of the bytes above
+// Takes  stream, source: streams that contain the first of the bytes above
 void copyPartAndCheck(ByteStream& stream, ByteStream& source, unsigned int sourceStart,
                       unsigned int start, unsigned int count) {
     std::string bytes(stream.buffer(), stream.size());

@@ -9,7 +9,7 @@
 
 #include "support/recorded_reports.h"
 
-// The largest block that there is, of 4294967295 bytes, made once and asked at its ends.
+// The largest possible block, of 4294967295 bytes: made once, and checked at both ends.
 
 using com::halvorin::datatypes::ByteStream;
 using testing_support::takeReports;
@@ -24,7 +24,7 @@ bool memoryIsThere() {
     return pages * pageSize > MOST + (1UL << 30);
 }
 
-// As a value: how many bytes are zero, from the first on.
+// The number of zero bytes at the start. A number, because a failure prints it.
 unsigned int leadingZeros(ByteStream const& stream) {
     char const* const end = stream.buffer() + stream.size();
     char const* const found = std::find_if(static_cast<char const*>(stream.buffer()), end,
@@ -45,7 +45,7 @@ TEST(LargestBlock, IsABlockLikeAnyOther) {
     large.buffer()[0] = 0;
     EXPECT_EQ(leadingZeros(large), MOST - 1);
 
-    // Nothing is longer.
+    // No block is longer.
     char const* const block = large.buffer();
     EXPECT_THROW(large.copy(letters, 0, MOST - 3, 4), std::bad_alloc);
     EXPECT_THROW(large.copy(letters, 0, MOST, 1), std::bad_alloc);
@@ -53,7 +53,7 @@ TEST(LargestBlock, IsABlockLikeAnyOther) {
     EXPECT_EQ(large.resize(MOST), MOST);
     EXPECT_EQ(large.buffer(), block);
 
-    // Sums that are small in 32 bits are past its end.
+    // A part whose end would be small in 32 bits is past the end of the block.
     takeReports();
     EXPECT_THROW(letters.copy(large, MOST, 0, 1), long);
     EXPECT_THROW(letters.copy(large, 1, 0, MOST), long);
@@ -63,7 +63,7 @@ TEST(LargestBlock, IsABlockLikeAnyOther) {
     EXPECT_EQ(letters.copy(large, MOST - 1, 0, 1), 1U);
     EXPECT_EQ(letters.buffer()[0], 'd');
 
-    // Its own last bytes to its beginning, and all of it in place.
+    // The stream's own last bytes are copied to its start, and all its bytes onto themselves.
     EXPECT_EQ(large.copy(large, MOST - 4, 0, 0), 4U);
     EXPECT_EQ(large.copy(large, 0, 0, 0), MOST);
     EXPECT_EQ(std::string(large.buffer(), 5), std::string("abcd\0", 5));

@@ -7,7 +7,7 @@
 
 #include "support/failing_allocations.h"
 
-// After an allocation failed no handle is left open, and the object is unchanged.
+// After a failed allocation no handle is left open, and the object is unchanged.
 
 using com::halvorin::datatypes::Library;
 using testing_support::failsWithout;
@@ -24,8 +24,8 @@ bool isLoaded(std::string const& name) {
     return true;
 }
 
-// Lets the first allocation fail, then the second, and so on until all are there.
-// Gives  how many failed
+// Lets the first allocation fail, then the second, and so on, until none fails.
+// Gives  the number of allocations that failed
 template <typename Work, typename Check>
 long failEachOf(Work const& work, Check const& check) {
     long failing = 0;

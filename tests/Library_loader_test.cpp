@@ -9,9 +9,8 @@
 #include <utillibrary/application/ORUsyslog.h>
 #include <utillibrary/datatypes/Library.h>
 
-// This program is its own loader: it defines the calls that Library makes, in place of libc's, and
-// the log hook, so that what passes between them is seen in its order. What a real loader does
-// is in Library_test.cpp.
+// This program defines the functions of the loader that Library calls, in place of libc's, and the
+// log hook. So it sees the order of the calls. Library_test.cpp tests with the real loader.
 
 using com::halvorin::datatypes::Library;
 using namespace std::string_literals;

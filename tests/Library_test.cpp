@@ -51,7 +51,7 @@ Reports oneReport(char const* component, std::string const& message, unsigned in
     return {{component, 3, message, code}};
 }
 
-// What the loader has to say of a file; after it the loader has nothing left to say.
+// The reason why the loader cannot open a file. Afterwards the loader has no reason left.
 std::string reasonOf(std::string const& name) {
     EXPECT_EQ(dlopen(name.c_str(), RTLD_LAZY), nullptr);
     char const* const reason = dlerror();

@@ -108,8 +108,8 @@ OneListFact const ONE_LIST_FACTS[] = {
     {"an instant is 2 majors and no minor tick", 0, 3, 2},
 };
 
-// If the room for majors and minor ticks were made one after the other, the second allocation could
-// fail when the majors are in the list already: 2505 ticks stayed in it.
+// Earlier, the room for the majors and for the minor ticks was made one after the other. If the
+// second allocation failed, the list contained 2505 ticks.
 TEST_F(AxisTest, AllocatesOnceForOneListThatIsGivenForBoth) {
     for (OneListFact const& row : ONE_LIST_FACTS) {
         SCOPED_TRACE(row.fact);

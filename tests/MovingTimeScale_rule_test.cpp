@@ -11,7 +11,7 @@
 #include "support/random.h"
 #include "support/time_axes.h"
 
-// The two helpers upon any arguments, against their rules and what follows from these.
+// Both functions with random arguments: compared with models, and with properties of the results.
 
 using namespace testing_support;
 
@@ -23,10 +23,11 @@ constexpr long LAST = LONG_MAX;
 
 using Times = std::vector<long>;
 
-// What a row's starts are multiples of.
+// The number of which the starts of a row are multiples.
 long gridOf(Step const& row) { return row.granularity == 0 ? row.seconds : row.granularity; }
 
-// Whether a row has a start, not after tMin, from which it reaches tMax. From 1970 on.
+// True if a scale of this row can start at or before tMin and end at or after tMax. For times from
+// 1970 on.
 bool covers(Step const& row, long tMin, long tMax, long ticks) {
     return tMin - tMin % gridOf(row) + row.seconds * (ticks - 1) >= tMax;
 }
@@ -138,7 +139,7 @@ TEST(MovingTimeAxis, OfShortRangesAnywhereIsWhatTheRuleSays) {
     }
 }
 
-// ---- what any axis is like
+// ---- properties of every axis
 
 // True if each time is later than the one before, and all are strictly between two others.
 bool riseBetween(Times const& times, long first, long last) {
@@ -157,7 +158,7 @@ bool haveNoneInCommon(Times const& some, Times const& others) {
     return common.empty();
 }
 
-// How many multiples of a step lie strictly between two times.
+// The number of multiples of a step between two times, without these two.
 std::size_t multiplesBetween(long first, long last, long step) {
     auto const upTo = [step](long time) { return time / step - (time % step < 0 ? 1 : 0); };
     return static_cast<std::size_t>(upTo(last - 1) - upTo(first));

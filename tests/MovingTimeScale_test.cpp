@@ -286,7 +286,7 @@ void expectAxes(std::span<AxisFact const> facts) {
     }
 }
 
-// From 0 to tMax, with three ticks.
+// An axis from 0 to tMax, with three ticks.
 struct AxisStepFact {
     long tMax;
     unsigned long step;
@@ -302,7 +302,7 @@ void expectSteps(std::span<AxisStepFact const> facts) {
     }
 }
 
-// Two intervals, as long as they may be for a step; and with one second more.
+// For each step two ranges: the longest that it covers in two intervals, and one second more.
 AxisStepFact const AXIS_STEP_FACTS[] = {
     {4, 2, 1, {0, 2, 4}, {1, 3}},
     {5, 5, 4, {0, 5}, {1, 2, 3, 4}},
@@ -492,7 +492,7 @@ AxisStepFact const LONG_STEP_FACTS[] = {
 
 TEST(MovingTimeAxis, CountsLongStepsInDays) { expectSteps(LONG_STEP_FACTS); }
 
-// From 0 to tMax, with three ticks; and the first three minor ones.
+// An axis from 0 to tMax, with three ticks, and its first three minor ticks.
 struct FloatFact {
     char const* fact;
     long tMax;
@@ -537,7 +537,7 @@ TEST(MovingTimeAxis, CountsInFloats) {  // KEPT(axis-counts-in-floats)
     }
 }
 
-// Times are counted from an end of the 64 bits; three ticks.
+// An axis with three ticks. Its times are counted from LONG_MIN or LONG_MAX.
 struct EdgeFact {
     char const* fact;
     long edge;

@@ -111,8 +111,8 @@ struct ShareFact {
     float percent;
 };
 
-// Each of the last rows is off by one bit where the counts are made doubles, where the product or
-// the quotient is a float, or where the division comes first in floats.
+// A result of the last rows is wrong by one bit if the counts become doubles, if the product or the
+// quotient is a float, or if the division comes first in floats.
 ShareFact const SHARE_FACTS[] = {
     {"none of seven is 0 percent", 0, 7, 0.0F},
     {"one of a hundred is 1 percent", 1, 100, 1.0F},
@@ -150,7 +150,7 @@ struct DiskFact {
 };
 
 DiskFact const DISK_FACTS[] = {
-    {"with one size for both, used is total less free", {1000, 4096, 250, 4096}, 75.0F, 1024000},
+    {"with one size for both, used is total minus free", {1000, 4096, 250, 4096}, 75.0F, 1024000},
     {"the total is counted in fragments",
      {1000, 1024, 10, 4096},
      96.0F,

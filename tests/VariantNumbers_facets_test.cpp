@@ -145,7 +145,7 @@ TEST(VariantNumbersFacets, ReadsRandomStringsAsAPlainStreamDoes) {
     }
 }
 
-// ---- literals, so that stream and Variant may not err alike
+// ---- results as literals: a stream and a Variant could make the same mistake
 
 struct FacetFact {
     char const* locale;

@@ -29,15 +29,15 @@ using testing_support::unsignedNumber;
 using testing_support::WholePart;
 using testing_support::wholePartOf;
 
-// What a Variant reads, held against the plain calls of stream and libc, and against bits, for
-// random values of every kind.
+// What a Variant reads for random values of every kind, compared with calls of streams and libc,
+// and with bits.
 namespace {
 
 using wide = std::wstring;
 
 using namespace std::string_literals;
 
-// Fewer where a sweep is to be short.
+// Fewer cases if sweeps test a sample only.
 int cases(int count) { return sweepStride() == 1 ? count : count / 100; }
 
 std::size_t below(std::mt19937_64& engine, std::size_t end) { return engine() % end; }
@@ -86,7 +86,7 @@ std::uint64_t floatingBits(std::uint64_t magnitude, int fractionBits, int bias) 
     if (magnitude == 0) return 0;
     int const exponent = static_cast<int>(std::bit_width(magnitude)) - 1;
     auto const biased = static_cast<std::uint64_t>(exponent + bias);
-    // The leading one, which the format leaves out, counts one in the exponent field.
+    // The format has no bit for the leading one. In these sums it adds one to the exponent.
     if (exponent <= fractionBits) {
         return ((biased - 1) << fractionBits) + (magnitude << (fractionBits - exponent));
     }
@@ -183,7 +183,7 @@ wchar_t oneOf(std::mt19937_64& engine, wide const& characters) {
     return characters[below(engine, characters.size())];
 }
 
-// Signs, digits and separators in the order in which they make sense, and then some disorder.
+// Signs, digits and separators in the usual order, with some changes.
 wide someIntegerText(std::mt19937_64& engine) {
     wide text;
     std::size_t const shape = below(engine, 8);

@@ -275,8 +275,8 @@ struct FloatTextFact {
     float asFloat;
 };
 
-// 1.00000005960464477540 is above the point halfway between two floats, by less than a double can
-// tell. Rounded to a float at once it would be 1.0000001.
+// 1.00000005960464477540 is so little above the point halfway between two floats that the double is
+// that point. Rounded to a float directly it would be 1.0000001.
 FloatTextFact const FLOAT_TEXT_FACTS[] = {
     {"a float is read", L"0.1", 0.1, 0.1F},
     {"a number is rounded to a double and then to a float", L"1.00000005960464477540", 0x1.000001p0,

@@ -104,7 +104,7 @@ double powerOfTen(int exponent) {
     return std::strtod(("1e" + std::to_string(exponent)).c_str(), nullptr);
 }
 
-// The nearest doubles to these have so few bits that they show.
+// Powers of ten whose nearest doubles have few bits, so that their six digits are others.
 struct FewBitsFact {
     int exponent;
     char const* text;

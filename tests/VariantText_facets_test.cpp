@@ -118,7 +118,7 @@ TEST(VariantTextFacets, WritesRandomNumbersAsAPlainStreamDoes) {
     }
 }
 
-// The text so far, which a plain stream has too: written out, so that both may not err alike.
+// The characters so far, as literals: a stream and a Variant could make the same mistake.
 TEST(VariantTextFacets, GivesTheCharactersSoFarIfAFacetFails) {
     struct {
         char const* fact;

@@ -27,10 +27,10 @@ using testing_support::ScopedLocale;
 using testing_support::ScopedRounding;
 using testing_support::sweepStride;
 
-// What a Variant prints, held against a wide stream, for random numbers of every kind.
+// What a Variant prints for random numbers of every kind, compared with a wide stream.
 namespace {
 
-// Fewer where a sweep is to be short.
+// Fewer cases if sweeps test a sample only.
 int cases(int count) { return sweepStride() == 1 ? count : count / 100; }
 
 int between(std::mt19937_64& engine, int first, int last) {
@@ -41,7 +41,7 @@ double decimal(std::string const& digits, int exponent) {
     return std::strtod((digits + "e" + std::to_string(exponent)).c_str(), nullptr);
 }
 
-// A few steps away, or none.
+// A double at most two steps away.
 double nudged(std::mt19937_64& engine, double value) {
     int const steps = between(engine, -2, 2);
     double const target = std::copysign(std::numeric_limits<double>::infinity(), steps);

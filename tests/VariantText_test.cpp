@@ -326,8 +326,8 @@ struct LocalTimeFact {
     std::string narrow;
 };
 
-// ps_AF's point is U+066B, in UTF-8 two bytes; each is widened by its sign, and of point and digits
-// four bytes are kept.
+// The decimal point of ps_AF is U+066B, which has two bytes in UTF-8. Each byte is widened by its
+// sign. The first four bytes of point and digits are kept.
 wide const WIDENED_POINT = {static_cast<wchar_t>(-39), static_cast<wchar_t>(-85)};
 
 LocalTimeFact const LOCAL_TIME_FACTS[] = {

@@ -221,7 +221,7 @@ TEST(VariantAllocation, LeavesTheSourcesTypeBesideNoTextWhenACopyFails) {
         EXPECT_EQ(variant.wText, L"");
         expectTheRestOf(variant);
 
-        // The second text fails, and the first one is there already.
+        // The second string fails, after the first one was copied.
         Variant other = withoutRoom();
         EXPECT_TRUE(failsWithout(1, [&] { copy(other); }));
         EXPECT_EQ(other.type(), 9);
@@ -259,7 +259,7 @@ TEST(VariantAllocation, KeepsTheNarrowCacheWhenANewOneFails) {
 
 // ---- streams
 
-// Lets each allocation fail in turn: the result is either whole or none. Gives how many there were.
+// Lets each allocation fail in turn: the result is complete, or there is none. Gives their number.
 template <typename Result>
 long expectWholeOrNone(std::function<Result()> const& work, Result const& whole) {
     for (long failingAllocation = 0;; ++failingAllocation) {
@@ -268,7 +268,7 @@ long expectWholeOrNone(std::function<Result()> const& work, Result const& whole)
         std::optional<Result> result;
         bool const failed = failsWithout(failingAllocation, [&] { result.emplace(work()); });
         EXPECT_EQ(failed, !result);
-        // Where the allocation was reached, there is no result.
+        // There is no result exactly if the allocation was reached.
         EXPECT_EQ(failed, watchedAllocations() > failingAllocation);
         if (result) {
             EXPECT_EQ(*result, whole);

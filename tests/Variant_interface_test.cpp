@@ -165,7 +165,7 @@ static_assert(EACH_TURNS_INTO_A_VARIANT<bool, char, unsigned char, short, unsign
                                         unsigned int, long, unsigned long, float, double>);
 static_assert(EACH_TURNS_INTO_A_VARIANT<char const*, char*, wchar_t const*, wchar_t*, std::string,
                                         std::wstring, xtime_t, xtime_t&, Variant, Variant&>);
-// By promotion; the tests below say to what.
+// These are promoted; the tests below say to which type.
 static_assert(
     EACH_TURNS_INTO_A_VARIANT<signed char, wchar_t, char8_t, char16_t, char32_t, Unscoped>);
 // Any other pointer is a bool, as everywhere in the language.
@@ -200,7 +200,7 @@ static_assert(A_VARIANT_TURNS_INTO_NONE<signed char, wchar_t, char8_t, char16_t,
                                         long long, unsigned long long, long double, Unscoped>);
 static_assert(A_VARIANT_TURNS_INTO_NONE<std::string, std::wstring, std::string_view, char*,
                                         wchar_t const*, std::nullptr_t, void*, Scoped>);
-// `T x(v)` goes further: these have a constructor of their own that takes what a Variant gives.
+// More types accept `T x(v)`: they have a constructor for what a Variant converts to.
 static_assert(std::is_constructible_v<xtime_t, Variant const&>);
 static_assert(std::is_constructible_v<std::string, Variant const&>);
 static_assert(std::is_constructible_v<std::string_view, Variant const&>);

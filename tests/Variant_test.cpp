@@ -149,7 +149,7 @@ TEST(Variant, IsBuiltFromEachKindOfValueAlone) {
     }
 }
 
-// KEPT(clear-keeps-time): so does every assignment, but that of a time or of another Variant.
+// KEPT(clear-keeps-time): every assignment keeps it too, except of a time or of another Variant.
 TEST(Variant, TakesEachKindOfValueInPlaceOfAnEarlierOne) {
     for (Given const& row : GIVEN) {
         SCOPED_TRACE(row.fact);
@@ -401,7 +401,7 @@ TEST(Variant, EndsEmptyWhenAssignedToItself) {
             row.assign(*variant);
             assignToItself(*variant, *variant);
             expectValue(*variant, 0, 0, L"");
-            // The time survives; it is copied like the rest, so it is normalised.
+            // The time stays. It is copied like the other members, so it is normalised.
             expectRest(*variant, xtime_t(9, 0), L"auxiliary", "cached");
         }
         auto const null = withEverything();
@@ -417,7 +417,7 @@ TEST(Variant, WidensEachByteByItsSign) {
     for (int byte = 1; byte < 256; ++byte) {
         SCOPED_TRACE(byte);
         int const character = byte < 128 ? byte : byte - 256;  // KEPT(bytes-widen-by-sign)
-        // In many places of a string: it is widened in blocks.
+        // The byte is in many places of the string, because strings are widened in blocks.
         std::string narrow(40, 'x');
         std::wstring expected(40, L'x');
         for (std::size_t place = 0; place < narrow.size(); place += 3) {

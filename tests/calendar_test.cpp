@@ -101,7 +101,7 @@ TEST(Calendar, CountsSecondsUpTo2038) {  // KEPT(calendar-ends-in-2038)
     }
 }
 
-// The seconds that fit 31 bits find their century by a shorter way than all others.
+// Seconds that fit 31 bits find their century by a shorter calculation than all others.
 TEST(Calendar, FindsTheSameDateByBothWays) {
     constexpr unsigned long SHIFTED = DAYS_SHIFTED * SECONDS_PER_DAY;
     for (long const seconds : {0L, 1L, 86399L, 86400L, 951868799L, 951868800L, 1709618889L,

@@ -87,7 +87,7 @@ TEST(Decimal, WritesTheGeneralFormOnBothPaths) {
     }
 }
 
-// It stores whole words, of which the last bytes are no part of the result.
+// writeGeneral stores whole words, whose last bytes may be after the result.
 TEST(Decimal, StoresNothingBeyondItsSize) {
     constexpr std::size_t SPARE = 16;
     for (double const value : {-12345.6, -123456.0, 0.0, 1.5, -1e-4, -DBL_MAX, -DBL_TRUE_MIN}) {

@@ -245,7 +245,7 @@ NormalisedFact const NORMALISED_FACTS[] = {
     {"from 1970 into 1969", {70, 0, 1, 0, 0, -1}, {69, 11, 31, 23, 59, 59}},
 };
 
-// Sums leave an int on the way; what is written is cut to one.
+// Sums that do not fit an int are correct; a field is cut to an int when it is written.
 NormalisedFact const FAR_NORMALISED_FACTS[] = {
     {"the largest second", {70, 0, 1, 0, 0, INT_MAX}, {138, 0, 19, 3, 14, 7}},
     {"the smallest second", {138, 0, 19, 3, 15, INT_MIN}, {70, 0, 1, 0, 0, 52}},
@@ -281,7 +281,7 @@ NormalisedFact const FAR_NORMALISED_FACTS[] = {
     {"all fields at their smallest", SMALLEST, {1962397931, 11, 1, 10, 37, 52}},
 };
 
-// The result is that of the record it was normalised to.
+// The record is normalised, and the result is that of the normalised record.
 void expectNormalised(NormalisedFact const& row) {
     SCOPED_TRACE(row.fact);
     std::tm record = recordOf(row.fields);
@@ -546,7 +546,7 @@ TEST(MktimeEx, AgreesWithTimegmOnRandomRecords) {
     std::mt19937_64 engine = testing_support::randomEngine();
     unsigned long const count = testing_support::sweepStride() == 1 ? 3'000'000 : 30'000;
     for (unsigned long i = 0; i < count; ++i) {
-        // Years so far from the ends of int that no carry leads timegm out of its own range.
+        // Years far enough from the ends of int: after every carry they are in the range of timegm.
         int const far = static_cast<int>(engine()) / 4 * 3;
         int const near = static_cast<int>(engine() % 100) + 60;
         int const year = engine() % 4 == 0 ? far : near;

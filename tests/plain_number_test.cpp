@@ -18,7 +18,7 @@ using com::halvorin::internal::takeInteger;
 using testing_support::ScopedCLocale;
 
 // The readers of digits, and which strings the fast path reads as a number. What a number is in
-// each state of the rounding words is held by VariantNumbers_rounding_test.
+// each state of the rounding words is tested by VariantNumbers_rounding_test.
 namespace {
 
 using namespace std::string_literals;

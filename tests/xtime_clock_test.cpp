@@ -16,8 +16,8 @@
 #include "support/locales.h"
 #include "support/recorded_reports.h"
 
-// This program defines the clock itself, in place of libc's, so that `now` meets every answer that
-// a system can give. Whoever else asks gets the real time.
+// This program defines clock_gettime, in place of libc's, so that `now` gets every answer that a
+// system can give. All other callers get the real time.
 
 using com::halvorin::datatypes::xtime_t;
 using com::halvorin::datatypes::xtimeNow;

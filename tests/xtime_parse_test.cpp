@@ -117,7 +117,7 @@ TEST(XtimeFromString, ReadsDateAndTime) {
     }
 }
 
-// A zone, and the time of day that is 06:08:09 in UTC there; unless the sum is told.
+// Times with a zone. Most of them are 06:08:09 UTC, which is second 1709618889.
 ReadFact const ZONE_FACTS[] = {
     {"no zone is UTC", "2024-03-05T06:08:09", 1709618889},
     {"Z is UTC", "2024-03-05T06:08:09Z", 1709618889},
@@ -214,7 +214,7 @@ TEST(XtimeFromString, ReadsSecondsAsAFloat) {
         expectRead("2024-03-05T06:08:"s + row.secondsText,
                    xtime_t(1709618880 + row.seconds, row.nanoseconds));
     }
-    // KEPT(refused-time-is-minus-one), of which the fraction remains.
+    // KEPT(refused-time-is-minus-one): the fraction is stored all the same.
     expectRead("2038-01-19T03:14:08.5Z", xtime_t(-1, 500000000));
 }
 
@@ -248,7 +248,7 @@ TEST(XtimeFromString, ReadsSecondsInTheRoundingModeOfTheHost) {
         expectReadIn(FE_DOWNWARD, row.secondsText, row.downward);
         expectReadIn(FE_TOWARDZERO, row.secondsText, row.downward);
     }
-    // What rounds to 60 is refused, and down it does not.
+    // To the nearest, these seconds round to 60 and are refused. Downward they do not.
     testing_support::ScopedRounding const downward(FE_DOWNWARD);
     expectRead("2024-03-05T06:08:59.9999999", xtime_t(1709618939, 999996185));
 }
@@ -334,8 +334,8 @@ TEST(XtimeFromString, RefusesOtherText) {
 RefusedFact const REFUSED_SECONDS_FACTS[] = {
     {"59.9999999 rounds up to 60 and is refused", "59.9999999"},
     {"59.999998093 rounds up to 60 and is refused", "59.999998093"},
-    {"seventeen digits above the middle round up to 60", "59.99999809265136719"},
-    {"the middle itself rounds to even, which is 60", "59.9999980926513671875"},
+    {"seventeen digits above the halfway point round up to 60", "59.99999809265136719"},
+    {"the halfway point rounds to even, which is 60", "59.9999980926513671875"},
     {"60 in hexadecimal is refused", "0x3c"},
     {"60 with an exponent is refused", "6e1"},
     {"60.0 is refused", "60.0"},
@@ -503,7 +503,7 @@ TEST(XtimeFromString, SkipsASignOfTheZoneThatIsWhitespace) {
     }
 }
 
-// A half is the same in both directions; the seconds of an offset are not written.
+// Half a second is written and read exactly. The odd seconds of an offset are not written.
 TEST(XtimeFromString, ReadsWhatToStringWrites) {
     for (std::string const& name : testing_support::allLocales()) {
         SCOPED_TRACE(name);

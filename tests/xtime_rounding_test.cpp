@@ -25,8 +25,8 @@ namespace {
 
 unsigned long rounds(unsigned long full) { return sweepStride() == 1 ? full : full / 20; }
 
-// Nanoseconds whose rounding is hard: beside every whole and half millisecond and microsecond near
-// it, exact binary fractions, the last of a second, and any.
+// Nanoseconds whose rounding is hard: up to a microsecond before or after each whole millisecond,
+// exact binary fractions, the last of a second, and random ones.
 std::vector<unsigned> hardNanoseconds() {
     std::vector<unsigned> all = {999999519, 999999520, 999999521, 999999522, 999999969,
                                  999999970, 999999971, 999999999, 1,         29};
@@ -94,8 +94,8 @@ TEST(XtimeToString, RaisesNoFlagForExactFractions) {
     }
 }
 
-// Seconds whose rounding is hard: decimal forms of floats and of middles between them, cut to 0 to
-// 10 digits, and any digits. Ten are one more than the fast path takes.
+// Seconds whose rounding is hard: decimal forms of floats and of halfway points, cut to 0 to 10
+// digits, and random digits. The fast path takes at most nine.
 std::vector<std::string> hardSeconds() {
     std::vector<std::string> all = {
         "09",         "09.1",         "09.25",        "09.5",      "09.7",         "09.0000009",

@@ -209,7 +209,7 @@ xtime_t const ORDERED[] = {
     {LONG_MAX, UINT_MAX},
 };
 
-// All six, from what the order of the two ought to be.
+// All six operators, compared with the expected order of the two times.
 void expectOrder(xtime_t const& left, xtime_t const& right, int order) {
     ASSERT_EQ(left == right, order == 0)
         << testing::PrintToString(left) << testing::PrintToString(right);
@@ -260,7 +260,7 @@ TEST(XtimeOrder, OfAConstantTimeAndANumberIsThatOfTheNumbersTime) {
     EXPECT_TRUE(xtime_t(5, 0) == static_cast<xtime_t const&>(xtime_t(5)));
 }
 
-// ---- the clock; how it fails is told in xtime_clock_test.cpp
+// ---- the clock; xtime_clock_test.cpp tests how it fails
 
 TEST(XtimeNow, IsBetweenTwoLooksAtTheClock) {
     auto const look = [] {

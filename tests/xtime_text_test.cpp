@@ -290,7 +290,7 @@ TEST(XtimeToString, ShowsTheDecimalPointOfTheCLocale) {
             ScopedCLocale const locale(row.locale);
             EXPECT_EQ(to_string(time), text);
         }
-        // And that of the thread, which wins.
+        // The locale of the thread comes before that of the process.
         ScopedCLocale const process("C");
         locale_t const mine = newlocale(LC_ALL_MASK, row.locale, nullptr);
         ASSERT_NE(mine, nullptr);

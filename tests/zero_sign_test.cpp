@@ -12,7 +12,7 @@
 
 // A zero that is made of an unsigned integer has no sign in any rounding mode. clang++ without
 // -frounding-math converts 64-bit unsigned integers to double by a subtraction, which gives -0 when
-// the mode is FE_DOWNWARD. So these tests hold the flags that the library is built with.
+// the mode is FE_DOWNWARD. So these tests fail if the library is built without that flag.
 
 using com::halvorin::datatypes::Variant;
 using com::halvorin::datatypes::xtime_t;

@@ -8,7 +8,7 @@ namespace {
 
 __extension__ typedef __int128 Wide;
 
-// What a row's starts are multiples of.
+// The number of which the starts of a row are multiples.
 long gridOf(Step const& row) { return row.granularity == 0 ? row.seconds : row.granularity; }
 
 }  // namespace

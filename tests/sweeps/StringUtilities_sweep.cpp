@@ -75,7 +75,8 @@ void expectAsPrinted(double value) {
     ASSERT_EQ(to_string(-value, "%g"), text.data());
 }
 
-// Both ways from each power of ten, where a digit is gained, and from each that is nearly one.
+// The doubles around each power of ten, where the number of digits changes, and around some of its
+// multiples.
 TEST(ShortNumbers, EqualLibcAroundEveryPowerOfTen) {
     ScopedCLocale const scope("C");
     for (int exponent = -20; exponent <= 20; ++exponent) {

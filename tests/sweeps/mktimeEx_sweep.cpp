@@ -82,7 +82,7 @@ TEST(CalendarSweep, GoesBothWaysOnEveryDayOfAnEra) {
     }
 }
 
-// Months that a year cannot hold and days that no month can, in every year of an era.
+// Months beyond a year and days beyond a month, in every year of an era.
 TEST(CalendarSweep, NormalisesEveryMonthAndDayOfAnEra) {
     testing_support::ScopedTimeZone const utc("UTC0");
     int const step = testing_support::sweepStride() == 1 ? 1 : 7;

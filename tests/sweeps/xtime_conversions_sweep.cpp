@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::string_view EPOCH = "1970-01-01T00:00:00";
 
-// Every seventh nanosecond, whose fraction is the four bytes after the first that printf makes of a
-// float. Neighbours share a float, so that printf is asked once for each.
+// Every seventh nanosecond. Its fraction is bytes 1 to 4 of what printf writes for the float.
+// Several neighbours have the same float, so printf is called once for them.
 TEST(XtimeConversionsSweep, ShowsTheFractionThatPrintfPrints) {
     std::string const options;
     std::string expected(EPOCH);
