@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unistd.h>
 #include <unordered_map>
 #include <vector>
 
@@ -204,6 +205,20 @@ TEST(MemoryBounds, HoldForStringsOfEachSize) {
                 expectTheSameInGuardedMemory(operation, text);
                 text += pattern[size % pattern.size()];
             }
+        }
+    }
+}
+
+// Such a string begins and ends where a page does. So what is before it cannot be read either.
+TEST(MemoryBounds, HoldForStringsOfAWholePage) {
+    auto const size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) - 1;  // and the zero byte
+    for (Operation const& operation : OPERATIONS) {
+        for (std::string const& pattern : PATTERNS) {
+            std::string text;
+            while (text.size() < size)
+                text += pattern;
+            text.resize(size);
+            expectTheSameInGuardedMemory(operation, text);
         }
     }
 }
