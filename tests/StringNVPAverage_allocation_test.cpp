@@ -41,18 +41,32 @@ TEST(AverageNVP, KeepsItsAverageWhereMemoryRunsOut) {
     takeReports();
 }
 
-TEST(AverageNVP, AllocatesLittleForAFewNames) {
+// The pairs of both strings are stored on the stack.
+TEST(AverageNVP, AllocatesOnlyTheResultForUpTo32Names) {
     ScopedCLocale const scope("C");
-    Strings names;
-    std::string average;
-    std::string sample;
-    for (int i = 0; i < 8; ++i) {
-        names.push_back("value" + std::to_string(i));
-        addToNVPString(average, names.back(), "10.125");
-        addToNVPString(sample, names.back(), "20.5");
+    struct {
+        int names;
+        bool onlyTheResult;
+    } const facts[] = {{1, true}, {8, true}, {9, true}, {31, true}, {32, true}, {33, false}};
+    for (auto const& row : facts) {
+        SCOPED_TRACE(row.names);
+        Strings names;
+        std::string average;
+        std::string sample;
+        for (int i = 0; i < row.names; ++i) {
+            names.push_back("value" + std::to_string(i));
+            addToNVPString(average, names.back(), "10.125");
+            addToNVPString(sample, names.back(), "20.5");
+        }
+        long const allocations = allocationsOf([&] { averageNVP(names, average, 3, sample, 1); });
+        EXPECT_EQ(average.substr(0, 14), "value0=12.7188");
+        if (row.onlyTheResult) {
+            // The result of one pair fits into the std::string itself.
+            EXPECT_EQ(allocations, row.names == 1 ? 0 : 1);
+        } else {
+            EXPECT_GT(allocations, 1);
+        }
     }
-    EXPECT_EQ(allocationsOf([&] { averageNVP(names, average, 3, sample, 1); }), 1);
-    EXPECT_EQ(average.substr(0, 14), "value0=12.7188");
 }
 
 TEST(AverageNVP, AllocatesNothingForAMalformedString) {
