@@ -66,7 +66,7 @@ std::uint64_t FieldReader::separatorsLookedUp(char const* bytes, std::size_t siz
     std::uint64_t bits = 0;
     for (std::size_t i = 0; i < size; ++i) {
         auto const byte = static_cast<unsigned char>(bytes[i]);
-        bits |= std::uint64_t{isSeparator_[byte]} << i;
+        bits |= static_cast<std::uint64_t>(isSeparator_[byte]) << i;
     }
     return bits;
 }
