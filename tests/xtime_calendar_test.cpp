@@ -55,8 +55,8 @@ constexpr Calendar ALL_ZERO_RECORD = {1900, 1, 0, 0, 0, 0};
 
 DecomposeFact const DECOMPOSE_FACTS[] = {
     {"the epoch", 0, {1970, 1, 1, 0, 0, 0}},
-    {"a second after it", 1, {1970, 1, 1, 0, 0, 1}},
-    {"a second before it", -1, {1969, 12, 31, 23, 59, 59}},
+    {"a second after the epoch", 1, {1970, 1, 1, 0, 0, 1}},
+    {"a second before the epoch", -1, {1969, 12, 31, 23, 59, 59}},
     {"the last second of a minute", 59, {1970, 1, 1, 0, 0, 59}},
     {"the first second of the second minute", 60, {1970, 1, 1, 0, 1, 0}},
     {"the last second of an hour", 3599, {1970, 1, 1, 0, 59, 59}},

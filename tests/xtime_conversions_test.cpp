@@ -48,7 +48,7 @@ struct FourteenOutFact {
 
 FourteenOutFact const FOURTEEN_OUT_FACTS[] = {
     {"the epoch", 0, "19700101000000"},
-    {"a second before it", -1, "19691231235959"},
+    {"a second before the epoch", -1, "19691231235959"},
     {"a present-day second", SECONDS, "20240305060809"},
     {"a leap day", 1709251199, "20240229235959"},
     {"after 2038", 4107542400, "21000301000000"},
@@ -121,7 +121,7 @@ struct FourteenInFact {
 FourteenInFact const FOURTEEN_IN_FACTS[] = {
     {"a present-day second", "20240305060809", 1709618889},
     {"the epoch", "19700101000000", 0},
-    {"a second after it", "19700101000001", 1},
+    {"a second after the epoch", "19700101000001", 1},
     {"the second before the epoch gives -1", "19691231235959", -1},
     {"the last second but one of 31 bits", "20380119031406", 2147483646},
     {"the last second of 31 bits", "20380119031407", 2147483647},
