@@ -42,7 +42,7 @@ public:
 
     /// Adds a reading to the averages and to the chart.
     /// Takes    span: the time that the reading covers.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     void add(Reading const& reading, Averages::Seconds span);
 
     /// Draws the chart, if there is one.

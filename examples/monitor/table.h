@@ -32,16 +32,16 @@ public:
     Table(int offsetSeconds, ByteUnit freeUnit);
 
     /// The row of headings with their units. It ends with a newline, as all rows do.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     std::string header(std::size_t width = 0) const;
 
     /// The row of a reading.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     std::string row(Reading const& reading, std::size_t width = 0) const;
 
     /// The last row: averages, with the time that they cover in the first column.
     /// Takes    mean: a value that is Unknown has an empty cell.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     std::string averageRow(Reading const& mean, std::chrono::duration<double> span,
                            std::size_t width = 0) const;
 

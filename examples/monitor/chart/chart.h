@@ -18,7 +18,7 @@ namespace monitor {
 /// Takes    offsetSeconds: the zone of the times, east of UTC, less than a day; title: UTF-8. A
 ///          long title has a smaller font.
 /// Gives    for a history without a reading a chart that says so and has no time axis.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 Drawing drawChart(History const& history, int offsetSeconds, std::string const& title);
 
 }  // namespace monitor

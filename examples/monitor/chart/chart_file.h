@@ -18,7 +18,7 @@ public:
     ChartFile(ChartOptions const& options, int offsetSeconds);
 
     /// Adds the latest reading. The next `draw` shows it.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     void add(Reading const& reading) { history_.add(reading); }
 
     /// Replaces the file in one step. Whoever reads it sees the old picture or the new one, never a

@@ -70,12 +70,12 @@ struct Notes {
 constexpr double ARROW_WIDTH = 10;
 
 /// A small triangle that points up. Its base is at `y`.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::vector<Point> arrowAt(double x, double y);
 
 /// Draws the line of a value, with its bands, area and marks, and adds to the notes.
 /// Gives    the place of the last value, or nothing if there is no value.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::optional<Point> drawSeries(Drawing& drawing, History const& history, Series series,
                                 TimeScale const& scale, Notes& notes);
 

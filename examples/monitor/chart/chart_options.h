@@ -26,7 +26,7 @@ struct ChartOptions {
 /// for "charts/Load.SVG".
 /// Gives    an empty string unless that end consists of one or more ASCII letters and digits, with
 ///          at least one character of the name before the dot.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string formatOf(std::string_view file);
 
 }  // namespace monitor

@@ -36,13 +36,13 @@ public:
     static constexpr int MOMENTS = 360;
 
     /// Takes    window: above zero.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     explicit History(std::chrono::seconds window);
 
     /// Adds the latest reading, and removes those that are now before the window. It also removes
     /// those that are later than this one: the machine's clock was set back.
     /// Range    a time before 1970 or after the year 9999 is replaced by that limit.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     void add(Reading const& reading);
 
     /// The length of the window.

@@ -38,15 +38,15 @@ double estimatedWidth(std::string_view text, double fontSize) noexcept;
 /// Gives    ticks from `from` to `to`, in order. Each text is centred on its tick. Labels are at
 ///          least LABEL_GAP apart, and so are contexts. A context that is too close to the next one
 ///          is left out.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 TimeAxis timeAxis(long from, long to, double unitsPerSecond, int offsetSeconds);
 
 /// The time of day of a time in seconds since 1970: "13:50:40".
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string timeOfDay(long time, int offsetSeconds);
 
 /// The day of a time in seconds since 1970: "21 Nov 2026".
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string dayAndYear(long time, int offsetSeconds);
 
 }  // namespace monitor

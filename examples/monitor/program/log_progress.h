@@ -9,7 +9,7 @@ namespace monitor {
 /// How much of a log has been read, in words.
 /// Takes    size: of the log, or 0 if it has none.
 /// Gives    "read: 45 % of 200 MiB", or "read: 90 MiB" without a size.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string logProgressText(unsigned long bytesRead, unsigned long size);
 
 // The progress line of a replay that takes long. It is shown on a terminal only.
@@ -21,7 +21,7 @@ public:
 
     /// Shows how much of a log has been read. Does nothing in the first moments, which are enough
     /// for a short log.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     void show(unsigned long bytesRead, unsigned long size);
 
     /// Erases the line, if it is shown.

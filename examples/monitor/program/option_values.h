@@ -34,7 +34,7 @@ struct Names {
 
 /// Names of values with commas between them: of FIELDS, each at most once, in any order.
 /// Gives    the names; or, if they are wrong, half a sentence that quotes the first wrong one.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 Names parseNames(std::string_view text);
 
 /// A window of time in whole seconds, from 5 to 2592000 (30 days).
@@ -42,11 +42,11 @@ Names parseNames(std::string_view text);
 std::optional<std::chrono::seconds> parseWindow(std::string_view text) noexcept;
 
 /// The name of a chart's file. It has a format, as `formatOf` says.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::optional<std::string> parseChartFile(std::string_view text);
 
 /// The title of a chart: 1 to 100 characters of UTF-8, without control characters.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::optional<std::string> parseTitle(std::string_view text);
 
 /// A theme: "light" or "dark".

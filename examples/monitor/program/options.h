@@ -33,7 +33,7 @@ struct Refusal {
 
 /// Reads the command line.
 /// Gives    the options; or an answer to --help and --version; or a refusal.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::variant<Options, Answer, Refusal> parseCommandLine(int argc, char const* const* argv);
 
 }  // namespace monitor

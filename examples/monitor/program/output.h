@@ -20,16 +20,16 @@ void print(std::string const& text);
 
 /// Writes "monitor: ", a message and a newline to standard error, as `printable` shows the message.
 /// If that fails, nothing can report it.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 void say(std::string const& message);
 
 /// Writes a message, and a second line that says how the program is used.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 void sayWithUsage(std::string const& message);
 
 /// Shows a progress line in place of the one before, if standard error is a terminal. Whatever else
 /// is written to the terminal must erase it first.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 void showProgress(std::string const& text);
 
 /// Erases the progress line.

@@ -19,14 +19,14 @@ public:
     using Seconds = std::chrono::duration<double>;
 
     /// Takes    names: of FIELDS, each at most once. Without a name nothing is averaged.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     explicit Averages(std::vector<std::string> const& names);
 
     /// Adds a reading.
     /// Takes    span: the time that the reading covers. A reading whose span is zero or negative is
     ///          used only for a value that has no average yet. The first reading with a positive
     ///          span replaces it.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     void add(Reading const& reading, Seconds span);
 
     /// True if there is nothing to show: no name was given, or no reading was added.
@@ -40,7 +40,7 @@ public:
     /// The averages, in the form of a reading.
     /// Gives    Null for a value that was Null in every reading. The values that nobody asked for,
     ///          and the time, are not set.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     Reading mean() const;
 
 private:

@@ -40,7 +40,7 @@ bool isKnown(com::halvorin::datatypes::Variant const& value) noexcept;
 class Sampler {
 public:
     /// Takes    path: any file or folder on the disk to watch.
-    /// Fails    never, save std::bad_alloc.
+    /// Fails    with std::bad_alloc only.
     explicit Sampler(std::string path);
 
     /// Reads all values now.
@@ -56,7 +56,7 @@ private:
 /// The message for a disk error that has changed since the reading before.
 /// Takes    before, now: errno values, 0 for none.
 /// Gives    "PATH: REASON" or "PATH: readable again"; empty if nothing has changed.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string diskErrorChange(std::string const& path, int before, int now);
 
 }  // namespace monitor

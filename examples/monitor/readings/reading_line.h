@@ -12,12 +12,12 @@ namespace monitor {
 /// A value in decimal digits: the fewest that give the same Float or Uint64 when they are read
 /// again. Variant::toString gives six significant digits, which is not always enough.
 /// Gives    an empty string for a value that is Null or Unknown.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string valueText(com::halvorin::datatypes::Variant const& value);
 
 /// A reading as a line without a newline. A value that is Null or Unknown has no pair.
 /// Gives    the time in UTC with milliseconds, as the table shows it.
-/// Fails    never, save std::bad_alloc.
+/// Fails    with std::bad_alloc only.
 std::string toLine(Reading const& reading);
 
 // Why a line is malformed, in half a sentence. It quotes no byte of the line.
