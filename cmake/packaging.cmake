@@ -32,9 +32,9 @@ install(EXPORT utillibraryTargets NAMESPACE utillibrary::
 install(FILES "${package_dir}/utillibraryConfig.cmake" "${package_dir}/utillibraryConfigVersion.cmake"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/utillibrary")
 
-# A folder below the prefix moves with it: pkg-config finds the prefix from where its file lies. An
-# absolute folder, which some distributions ask for, stays what it is. So does the prefix /usr, which
-# pkg-config leaves out of the flags only when it is written like this.
+# A folder below the prefix moves with the prefix: pkg-config finds the prefix from the folder of the
+# .pc file. An absolute folder, which some distributions ask for, is written unchanged. So is the
+# prefix /usr, because pkg-config leaves it out of the flags only in this form.
 foreach(folder IN ITEMS LIBDIR INCLUDEDIR)
   set(pc_${folder} "${CMAKE_INSTALL_${folder}}")
   if(NOT IS_ABSOLUTE "${pc_${folder}}")

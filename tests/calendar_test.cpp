@@ -90,8 +90,12 @@ SecondsFact const SECONDS_FACTS[] = {
     {"an adjustment to before the first", 0, {1, 0, 0}, -3601, -1},
     {"an adjustment to the last second", 24855, {3, 13, 7}, 60, 2147483647},
     {"an adjustment to after the last", 24855, {3, 13, 7}, 61, -1},
-    {"an adjustment does not save a second after the last", 24855, {3, 14, 8}, -1, -1},
-    {"an adjustment does not save a second before the first", 0, {0, 0, -1}, 1, -1},
+    {"an adjustment does not bring a second after the last into the range",
+     24855,
+     {3, 14, 8},
+     -1,
+     -1},
+    {"an adjustment does not bring a second before the first into the range", 0, {0, 0, -1}, 1, -1},
 };
 
 TEST(Calendar, CountsSecondsUpTo2038) {  // KEPT(calendar-ends-in-2038)

@@ -4,7 +4,7 @@
 # shellcheck disable=SC2016 # the made-up scripts have variables
 bats_require_minimum_version 1.5.0
 
-# A mark is put together here, so that check-kept does not take this file for a test of that name.
+# The mark is written in two parts, so that check-kept does not count this file as a test of it.
 MARK="KEPT""(it-does-so)"
 
 # A tree without a mistake.

@@ -1,4 +1,4 @@
-# What tests for a foreign processor need. Debian has no package of GoogleTest for one.
+# What the tests for another processor need. Debian has no package of GoogleTest for it.
 
 find_package(GTest QUIET)
 if(NOT GTest_FOUND)

@@ -1,6 +1,6 @@
-# GoogleTest from its sources, where the machine has none that was compiled as the tests are: for a
-# foreign processor, or with the checked containers of the standard library. Debian's package of the
-# sources is googletest.
+# Builds GoogleTest from its sources, for builds that cannot use the installed one: for another
+# processor, or with the checked containers of the standard library. Debian's package of the sources
+# is googletest.
 
 add_subdirectory(/usr/src/googletest "${CMAKE_CURRENT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 # The warnings of this project are not those of GoogleTest.

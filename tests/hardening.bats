@@ -27,7 +27,7 @@ shows() {
     "$READELF" --wide "$2" "$1" | grep -qE "$3"
 }
 
-# calls FILE PATTERN: whether it takes such a function from another library.
+# calls FILE PATTERN: true if the file uses a function of another library with such a name.
 calls() {
     "$NM" --dynamic --undefined-only --format=just-symbols "$1" | grep -qE "$2"
 }

@@ -58,7 +58,7 @@ setup_file() {
     wait
 }
 
-# run_host VARIANT PROGRAM: with that library, and nothing else of this one's kind.
+# run_host VARIANT PROGRAM: runs a host with the library of that variant.
 run_host() {
     run --separate-stderr env LD_LIBRARY_PATH="$VARIANTS/$1:$(dirname "$2")" "$2"
 }

@@ -139,8 +139,14 @@ SecondsFact const SECONDS_FACTS[] = {
     {"an adjustment far before the first gives -1", {137, 11, 28, 23, 59, 59}, INT_MIN, -1},
     {"the smallest adjustment from the last second gives -1", {138, 0, 19, 3, 14, 7}, INT_MIN, -1},
     // the range is looked at before the adjustment as well
-    {"an adjustment does not save a time after the last", {138, 0, 19, 3, 14, 8}, -1, -1},
-    {"an adjustment does not save a time before the first", {69, 11, 31, 23, 59, 59}, 1, -1},
+    {"an adjustment does not bring a time after the last into the range",
+     {138, 0, 19, 3, 14, 8},
+     -1,
+     -1},
+    {"an adjustment does not bring a time before the first into the range",
+     {69, 11, 31, 23, 59, 59},
+     1,
+     -1},
 };
 
 TEST(MktimeEx, CountsTheSecondsOfARecord) {

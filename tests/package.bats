@@ -26,7 +26,7 @@ setup_file() {
     done
 }
 
-# moved_to LIBRARY_FOLDER: where the package with that folder lies now.
+# moved_to LIBRARY_FOLDER: prints where the package with that folder is now.
 moved_to() {
     echo "$MOVED/${1//\//-}"
 }
@@ -216,7 +216,7 @@ compiles_alone() {
 ./utillibrary/utillibrary/libutillibrary.so.1.0.0
 END
 
-    # Its warnings are its own affair, and so are the flags that it is built with.
+    # The host chooses its warnings and the flags that it is built with.
     local commands="$build/compile_commands.json"
     [[ $(grep '"command"' "$commands" | grep -c 'ORUsyslog.cpp') -eq 1 ]]
     run grep -E '"command".*-W.*utillibrary\.dir' "$commands"

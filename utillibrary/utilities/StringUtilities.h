@@ -14,7 +14,8 @@
 // No function decodes characters: a byte is a byte, and a zero byte is like any other unless the
 // function says otherwise. "The C locale" is libc's locale that is in force when the function is
 // called: `setlocale` or `uselocale` sets it, and the library never changes it. No function keeps
-// state, so several threads may call them at once. No function reports through the log hook.
+// state, so several threads may call them at the same time. No function reports through the log
+// hook.
 //     std::string const escaped = escapeString("a b\n", false);    // "a\\u0020b\\n"
 //     unescapeString(escaped);                                     // "a b\n"
 //     std::vector<std::string> names = {"cpu", "memory"};
