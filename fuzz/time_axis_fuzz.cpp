@@ -91,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     }
     expectSame(scaleOf(tMin, tMax, ticks, minStep) == modelOfScale(tMin, tMax, ticks, minStep),
                "MovingTimeScale");
-    // An axis has about as many ticks as are asked for, or a tick a second.
+    // An axis has about as many ticks as are asked for, or a tick for each second.
     auto const range = static_cast<unsigned long>(tMax) - static_cast<unsigned long>(tMin);
     if (std::min<unsigned long>(range, ticks) > 500) return 0;
     expectSame(axisOf(tMin, tMax, ticks) == modelOfAxis(tMin, tMax, ticks), "MovingTimeAxis");

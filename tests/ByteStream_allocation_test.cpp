@@ -101,7 +101,7 @@ struct AllocationTest : testing::Test {
     }
 };
 
-// ---- one block an operation
+// ---- one block for each operation
 
 struct BlockFact {
     char const* fact;

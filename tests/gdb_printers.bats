@@ -11,7 +11,7 @@ setup_file() {
         -L"a moved tree/lib" -lutillibrary -o objects
 }
 
-# show EXPRESSION...: prints what gdb prints of each, one a line, after its name.
+# show EXPRESSION...: prints what gdb prints of each, one per line, after its name.
 show() {
     cd "$BATS_FILE_TMPDIR" || return
     {

@@ -9,7 +9,7 @@
 #include "operations/operations.h"
 
 // Runs millions of mixed operations and compares resident memory and open descriptors before and
-// after. A leak of one byte an operation would show as megabytes.
+// after. A leak of one byte per operation would show as megabytes.
 
 using namespace com::halvorin::test;
 

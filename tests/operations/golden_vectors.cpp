@@ -11,7 +11,7 @@
 
 using namespace com::halvorin::test;
 
-// Prints the name and the hash of each group, one group a line. With a file of such lines as its
+// Prints the name and the hash of each group, one group per line. With a file of such lines as its
 // argument it compares, and gives status 1 for a difference.
 int main(int count, char** arguments) {
     constexpr int CASES = 100'000;

@@ -13,7 +13,7 @@ namespace monitor {
 namespace {
 
 constexpr char const* DESCRIPTION =
-    "Watches this machine: processor, memory, disk and uptime, one row a reading.\n"
+    "Watches this machine: processor, memory, disk and uptime, one row per reading.\n"
     "The first row comes one interval after the start, because the processor's load\n"
     "is that of the interval before. SIGINT (Ctrl-C) and SIGTERM end the program.\n";
 
