@@ -11,8 +11,9 @@
 # -z relro, -z now               the tables of addresses are read-only after the program is loaded
 # -z noexecstack                 the stack is not executable
 
-# What they cost, in instructions of a release by g++ 12 on x86-64: the stack protector 5 to 20 an
-# operation that has a buffer, checked sizes some 13 for each copy of bytes, zeroed variables 4 to 50.
+# What they cost, in instructions of a release by g++ 12 on x86-64: the stack protector 5 to 20 for
+# each operation that has a buffer, checked sizes about 13 for each copy of bytes, zeroed variables 4
+# to 50.
 # Large buffers are marked UTILLIBRARY_UNINITIALIZED, so that they are not zeroed.
 
 include(CheckCXXCompilerFlag)

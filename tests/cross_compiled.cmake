@@ -5,5 +5,5 @@ if(NOT GTest_FOUND)
   include(googletest.cmake)
 endif()
 
-# An emulator takes some ten times as long as the processor.
+# An emulator takes about ten times as long as the processor.
 set(UTILLIBRARY_TEST_ALL OFF)

@@ -1,5 +1,5 @@
 # The programs that give the same results under valgrind, which rounds to the nearest alone, fails no
-# allocation of a test, and takes some fifty times as long.
+# allocation of a test, and takes about fifty times as long.
 
 find_program(VALGRIND_PROGRAM valgrind REQUIRED)
 foreach(name IN ITEMS
