@@ -58,7 +58,7 @@ inline bool storedBoolean(datatypes::Variant const& variant) noexcept {
     return stored<unsigned char>(variant) != 0;
 }
 
-// What a visitor gets if the value is no number and no string.
+// What a visitor gets if the value is neither a number nor a string.
 struct NoValue {};          // type 0
 struct NullValue {};        // type 14
 struct UnsupportedType {};  // a number outside 0 to 14

@@ -240,7 +240,7 @@ public:
     ///          time    "%d:%d:%f": hour 0..23,            bytes after      no minutes; a number
     ///                  minute 0..59, second from 0 to     the minutes or   out of range; a leap
     ///                  below 60; no seconds, or seconds   the seconds      second (60)
-    ///                  that are no number, count as 0
+    ///                  that are not a number, count as 0
     ///          zone    the first 'Z', '+' or '-' of the   bytes after      a sign without hours;
     ///                  time starts it: "Z" or nothing     'Z' or the       "+hh:" without minutes;
     ///                  is UTC; "+hh:mm", "+hhmm", "+hh"   minutes          a number out of range

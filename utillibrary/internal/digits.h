@@ -55,7 +55,7 @@ constexpr Character const* endOfDigits(std::basic_string_view<Character> text) n
     return text.data() + text.size();
 }
 
-/// A string needs no limit: after its last character is a zero, which is no digit.
+/// A string needs no limit: after its last character is a zero, which is not a digit.
 template <typename Character>
 constexpr auto endOfDigits(std::basic_string<Character> const& /*text*/) noexcept {
     return std::unreachable_sentinel;

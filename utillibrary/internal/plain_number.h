@@ -156,7 +156,7 @@ template <typename Floating>
 }
 
 /// The number that the whole string is, as strtof, strtod or wcstod gives it. Declines a string
-/// that is no plain number, and the few numbers that only libc rounds.
+/// that is not a plain number, and the few numbers that only libc rounds.
 /// Takes  Floating: float or double; text: a std::string, a std::wstring, or a std::string_view;
 ///        decimalPoint: as for `parsePlainNumber`
 template <typename Floating, typename Text, typename DecimalPoint>
