@@ -1,5 +1,6 @@
 #!/usr/bin/env bats
-# Every script in scripts/ explains itself and refuses unknown arguments, before it does anything else.
+# Every script in scripts/ explains itself and refuses unknown arguments, before it does anything else. The
+# mistakes that scripts/fuzz-broken makes fit the code.
 
 bats_require_minimum_version 1.5.0
 
@@ -50,4 +51,21 @@ setup() {
         [[ $status -eq 2 ]]
         [[ ${lines[0]} == "usage: scripts/"* ]]
     done
+}
+
+@test "each mistake of fuzz/broken.txt changes code that its file contains exactly once" {
+    local line file='' count=0 wrong=0
+    while IFS= read -r line; do
+        case $line in
+            'file   '*) file=${line#???????} ;;
+            'old    '*)
+                count=$((count + 1))
+                if [[ $(grep -oF -e "${line#???????}" "$SOURCE_DIR/$file" | wc -l) -ne 1 ]]; then
+                    echo "$file: $line"
+                    wrong=$((wrong + 1))
+                fi
+                ;;
+        esac
+    done <"$SOURCE_DIR/fuzz/broken.txt"
+    ((count > 0 && wrong == 0))
 }

@@ -14,8 +14,8 @@ namespace {
 
 using Characters = std::ctype<wchar_t>;
 
-// True for what streams skip in the classic locale: no character but these six. A test compares
-// every character with the facet of that locale.
+// True for the six characters that streams skip in the classic locale. A test compares every
+// character with the facet of that locale.
 bool isClassicWhitespace(wchar_t c) noexcept { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
 
 bool isPartOfIntegers(wchar_t c) noexcept { return isDecimalDigit(c) || isSign(c); }
