@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <string>
@@ -395,6 +396,27 @@ TEST(AveragePaths, TheFastOneAnswersForAnyNumberOfNames) {
         EXPECT_TRUE(averageByTable(strung.names, strung.pairs, strung.pairs, EQUAL)) << count;
         expectUnchanged(strung);
     }
+}
+
+// A hash takes eight bytes at a time. In another order than that of the string, each name is found
+// by its hash.
+TEST(AveragePaths, TheFastOneFindsNamesOfEachSize) {
+    Strings names;
+    for (std::size_t size = 1; size <= 40; ++size) {
+        names.insert(names.begin(), std::string(size, 'n'));
+        names.push_back('m' + std::string(size, 'n'));
+    }
+    Strung strung = numbered(names);
+    std::reverse(strung.names.begin(), strung.names.end());
+    std::string const zeros = [&names] {
+        std::string pairs;
+        for (std::string const& name : names)
+            addToNVPString(pairs, name, "0");
+        return pairs;
+    }();
+    std::string average = zeros;
+    averageNVP(strung.names, average, 0, strung.pairs, 1);  // the sample alone counts
+    EXPECT_EQ(writtenPairs(average), writtenPairs(strung.pairs));
 }
 
 TEST(AveragePaths, TheFastOneDeclinesManyNamesThatCollide) {

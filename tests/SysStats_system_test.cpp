@@ -303,6 +303,7 @@ std::string const FILLING(10000, 'x');
 
 ReadingFact const READING_FACTS[] = {
     {"one read returns the whole line", {{"cpu  1 2 3 4 5\n"}}, {1, 2, 3, 4}},
+    {"whitespace before the word is ignored", {{" cpu 1 2 3 4"}}, {1, 2, 3, 4}},
     {"several reads are joined", {{"cpu  1"}, {"2 3 "}, {"4"}, {"5 67 8\n"}}, {12, 3, 45, 67}},
     {"reads of one byte each are joined",
      {{"c"}, {" "}, {"1"}, {" "}, {"2"}, {" "}, {"3"}, {" "}, {"4"}},

@@ -126,6 +126,19 @@ TEST(Calendar, FindsTheSameDateByBothWays) {
     EXPECT_EQ(secondOfCentury(INT_MAX + 1L).day.firstYear, 2000);
 }
 
+// Every fourth year has 366 days there, so the days of four years repeat.
+TEST(Calendar, FindsTheDatesOfACenturyOfAnyLength) {
+    constexpr unsigned FOUR_YEARS = 4 * 365 + 1;
+    for (unsigned day = 0; day < 1U << 22; ++day) {
+        CivilDate const date = dateOf({0, day});
+        CivilDate const sameDay = dateOf({0, day % FOUR_YEARS});
+        ASSERT_EQ(date.year, sameDay.year + 4 * (day / FOUR_YEARS)) << day;
+        ASSERT_EQ(date.month, sameDay.month) << day;
+        ASSERT_EQ(date.day, sameDay.day) << day;
+        ASSERT_EQ(date.marchDay, sameDay.marchDay) << day;
+    }
+}
+
 TEST(Calendar, RecordsSecondsWhoseYearsFitAnInt) {  // KEPT(year-wraps-at-32-bits)
     EXPECT_FALSE(isRecorded(FIRST_RECORDED - 1));
     EXPECT_TRUE(isRecorded(FIRST_RECORDED));

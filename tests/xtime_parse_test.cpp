@@ -496,11 +496,16 @@ SkippedSignFact const SKIPPED_SIGN_FACTS[] = {
 };
 
 TEST(XtimeFromString, SkipsASignOfTheZoneThatIsWhitespace) {
-    ScopedCLocale const locale("ss_SS.ISO-8859-1");
-    for (SkippedSignFact const& row : SKIPPED_SIGN_FACTS) {
-        SCOPED_TRACE(row.fact);
-        expectRead(row.text, xtime_t(row.seconds, 0));
+    {
+        ScopedCLocale const locale("ss_SS.ISO-8859-1");
+        for (SkippedSignFact const& row : SKIPPED_SIGN_FACTS) {
+            SCOPED_TRACE(row.fact);
+            expectRead(row.text, xtime_t(row.seconds, 0));
+        }
     }
+    ScopedCLocale const onlyTheMinus("rr_RR.ISO-8859-1");
+    SkippedSignFact const& minus = SKIPPED_SIGN_FACTS[0];
+    expectRead(minus.text, xtime_t(minus.seconds, 0));
 }
 
 // Half a second is written and read exactly. The odd seconds of an offset are not written.
