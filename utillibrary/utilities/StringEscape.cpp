@@ -35,7 +35,7 @@ constexpr Escape makeEscape(std::string_view characters) noexcept {
 
 constexpr std::size_t sizeOf(Escape escape) noexcept { return escape >> 56; }
 
-// What a result begins with where the string contains a backslash.
+// A string with a backslash gives a result that begins so.
 constexpr std::string_view START_OVER = "\\\\";
 constexpr Escape BACKSLASH_ESCAPE = makeEscape(START_OVER);
 
@@ -172,23 +172,24 @@ std::size_t usualSize(std::string_view text, bool keepSpace) noexcept {
     return size + sizeByTable(text.substr(done), usualTable(keepSpace));
 }
 
-// How many bytes at the front of a string without a backslash stay as they are, in whole steps.
+// The number of bytes at the front of a string that are not escaped, in whole steps.
+// Takes  text: without a backslash
 std::size_t plainSize(std::string_view text, bool keepSpace) noexcept {
     constexpr std::size_t STEP = 4 * sizeof(Bytes);
-    std::size_t size = 0;
-    for (; size + STEP <= text.size(); size += STEP) {
+    std::size_t plain = 0;
+    for (; plain + STEP <= text.size(); plain += STEP) {
         Bytes stay = ~Bytes{};
         for (std::size_t i = 0; i < STEP; i += sizeof(Bytes))
-            stay &= staysAsUsual(loadBytes(&text[size + i]), keepSpace);
+            stay &= staysAsUsual(loadBytes(&text[plain + i]), keepSpace);
         if (any(~stay)) break;
     }
-    return size;
+    return plain;
 }
 
 // ---- whole strings
 
-// Strings of up to this size are copied when all is plain, else written to the stack first. Longer
-// ones are looked at from the end, for a backslash.
+// A string of up to this size is copied if no byte is escaped; otherwise its result is written to
+// the stack first. In a longer string the last backslash is searched first.
 constexpr std::size_t SHORT_SIZE = 64;
 
 // What a result consists of: two pieces as they are, then the escapes of the third.
@@ -258,7 +259,8 @@ std::string escapeString(std::string const& text, bool keepSpace) {
     using namespace internal;
     ByteClasses const classes;
     bool const asciiIsGraphic = classes.asciiIsGraphic();
-    // A plain string needs no answer about the other bytes, which would take as long again.
+    // For a plain string it does not matter whether other bytes are graphic. That question takes as
+    // long as the one above.
     bool const shortAndPlain = text.size() <= SHORT_SIZE && isPlain(text, keepSpace);
     if (shortAndPlain && asciiIsGraphic) return text;
     return escaped(text, {keepSpace, asciiIsGraphic && !classes.othersAreGraphic()});

@@ -37,8 +37,9 @@ constexpr LetterEscape ESCAPES_ONLY_READ[] = {
 
 // ---- strings of which every byte stays as it is
 
-/// Sets all bits of each byte that stays as it is where exactly the bytes from '!' to '~' are
-/// graphic. Takes one byte or a block of them; none of them may be a backslash.
+/// 0xFF for each byte that is not escaped, and 0 for the others, under a locale in which exactly
+/// the bytes from '!' to '~' are graphic.
+/// Takes    bytes: one byte or a block of them; none may be a backslash
 template <typename Byte>
 constexpr Byte staysAsUsual(Byte bytes, bool keepSpace) noexcept {
     return static_cast<Byte>(between(bytes, keepSpace ? ' ' : '!', '~') & ~equal(bytes, '"'));
@@ -104,7 +105,7 @@ static_assert(escapedRoom(1) == sizeof(std::uint64_t));
 /// Writes `escaped(text, escaping)` to `out`; returns the position after it.
 char* writeEscaped(char* out, std::string_view text, Escaping const& escaping) noexcept;
 
-/// Fast path of `writeEscaped`: owns plain strings of one to two words under a usual locale.
+/// Fast path of `writeEscaped`: answers for plain strings of one to two words under a usual locale.
 /// Declines others.
 template <typename Word>
 std::optional<char*> copyPlain(char* out, std::string_view text, bool keepSpace) noexcept {
@@ -143,8 +144,8 @@ struct DigitsRead {
 /// General path: reads up to four bytes at the front that `isxdigit` accepts under the C locale.
 DigitsRead readDigits(std::string_view text) noexcept;
 
-/// Fast path: owns strings that begin with four of 0 to 9, a to f and A to F, which are digits in
-/// every locale. Declines others.
+/// Fast path: answers for strings that begin with four of 0 to 9, a to f and A to F, which are
+/// digits in every locale. Declines others.
 inline std::optional<DigitsRead> readFourDigits(std::string_view text) noexcept {
     if (text.size() < 4) return std::nullopt;
     int const high = hexadecimalValue(text[0]) | hexadecimalValue(text[1]);

@@ -25,8 +25,8 @@ using utilities::unescapeString;
 
 // ---- numbers
 
-// KEPT(unreadable-values-are-silent): NaN means every value that is no number. None is ever mixed
-// in.
+// KEPT(unreadable-values-are-silent): NaN stands in for each value that is not a number, and is
+// never mixed in.
 bool isReadable(float number) noexcept { return !std::isnan(number); }
 
 float mixed(float average, float sample, Weights weights) noexcept {

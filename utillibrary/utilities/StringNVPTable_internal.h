@@ -189,7 +189,8 @@ private:
         return false;
     }
 
-    // The vectors' memory while there are few pairs. It cannot be copied, nor can the table.
+    // The memory of the vectors while there are few pairs. The vectors point to it, so a table
+    // cannot be copied.
     std::array<std::byte, FEW*(sizeof(Pair) + 2 * sizeof(std::size_t))> buffer_;
     std::pmr::monotonic_buffer_resource memory_{buffer_.data(), buffer_.size(),
                                                 std::pmr::new_delete_resource()};

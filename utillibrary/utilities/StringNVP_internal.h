@@ -17,7 +17,7 @@ class FieldReader {
 public:
     FieldReader(std::string_view text, std::string_view separators) noexcept;
 
-    /// The number of fields that `next` has not given yet, if it has given none.
+    /// The number of fields. Call it before `next`.
     std::size_t count() const noexcept;
 
     /// Stores the next field in `field`. False after the last one.
@@ -34,7 +34,7 @@ public:
         }
         if (finished_) return false;
         finished_ = true;
-        // KEPT(split-keeps-last): the last field may be empty, unlike the fields above.
+        // KEPT(split-keeps-last): only the last field may be empty.
         field = std::string_view(fieldStart_, static_cast<std::size_t>(end_ - fieldStart_));
         return true;
     }

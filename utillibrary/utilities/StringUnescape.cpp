@@ -84,8 +84,8 @@ void readBackslash(char const*& text, char const* end, char*& out) noexcept {
 
 constexpr std::ptrdiff_t STEP = sizeof(Bytes);
 
-// Copies `size` bytes and up to STEP after them. It copies STEP bytes even if `size` is 0: which of
-// two escapes have nothing between them cannot be predicted.
+// Copies `size` bytes and up to STEP after them. It copies STEP bytes even if `size` is 0, because
+// a processor cannot predict between which escapes there is nothing.
 void copySteps(char const*& text, char*& out, std::ptrdiff_t size) noexcept {
     std::ptrdiff_t copied = 0;
     do {
