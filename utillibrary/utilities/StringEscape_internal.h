@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -55,8 +56,7 @@ Bytes endsOf(std::string_view text) noexcept {
     std::array<Word, sizeof(Bytes) / sizeof(Word)> words;
     std::memcpy(words.data(), text.data(), sizeof(Word));
     std::memcpy(words.data() + 1, text.data() + text.size() - sizeof(Word), sizeof(Word));
-    for (std::size_t i = 2; i < words.size(); ++i)
-        words[i] = words[0];
+    std::fill(words.begin() + 2, words.end(), words[0]);
     return std::bit_cast<Bytes>(words);
 }
 
