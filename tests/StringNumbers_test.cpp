@@ -400,6 +400,7 @@ TEST(ToString, IgnoresAnEarlierFailureToFindMemory) {
     ScopedCLocale const scope("C");
     errno = ENOMEM;
     EXPECT_EQ(to_string(1.5, "%e"), "1.500000e+00");
+    EXPECT_EQ(to_string(1.5, ""), "");  // no character at all is no failure either
     errno = 0;
 }
 
