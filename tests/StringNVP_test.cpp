@@ -271,6 +271,21 @@ TEST(SerializeNVP, AppendsThePairsOfAHashMapInItsOrder) {
     EXPECT_EQ(out, expected);
 }
 
+// Pairs are collected in 4096 bytes. The last escape is stored as eight bytes, of which six count.
+TEST(SerializeNVP, WritesPairsThatJustFillItsBuffer) {
+    for (char const* const value : {"", "x", "\"", "\x01", "\x01\x01", "plain value"}) {
+        std::string const written = escapeString(value, false);
+        for (std::size_t size = 4070; size <= 4100; ++size) {
+            std::string const name(size, 'n');
+            for (std::string const before : {"", "a=b"}) {
+                std::string out = before;
+                serializeNVP(out, std::unordered_map<std::string, std::string>{{name, value}});
+                ASSERT_EQ(out, before + (before.empty() ? "" : " ") + name + '=' + written) << size;
+            }
+        }
+    }
+}
+
 TEST(SerializeNVP, MayWriteToAValueOfItsMap) {
     for (std::string const& value : {std::string("v v"), LONG_FIELD, std::string(5000, 'v')}) {
         std::string const escaped = modelOfEscape(value, false);
