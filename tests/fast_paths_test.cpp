@@ -114,9 +114,14 @@ std::function<std::string()> readTime(std::string const& text, long seconds) {
     };
 }
 
+// The tests begin under "C". Those that need another locale set it.
+class FastPaths : public testing::Test {
+    ScopedLocale const plain_{"C"};
+};
+
 // ---- numbers under the locale "C"
 
-TEST(FastPaths, ReadNumbersOfUpToNineteenDigits) {
+TEST_F(FastPaths, ReadNumbersOfUpToNineteenDigits) {
     expectCalls({
         {"a whole number", readByStrtodEx("42", 42), "true", ""},
         {"a decimal point", readByStrtodEx("-42.5", -42.5), "true", ""},
@@ -139,7 +144,7 @@ TEST(FastPaths, ReadNumbersOfUpToNineteenDigits) {
 // The leading bits of a power of ten are too small by less than 1, and so is their product with the
 // digits after its lowest bits are cut off. So a number is undecided if it seems to be less than 2
 // below a halfway point.
-TEST(FastPaths, LeaveNumbersNearAHalfwayPointToLibc) {
+TEST_F(FastPaths, LeaveNumbersNearAHalfwayPointToLibc) {
     expectCalls({
         {"1 below halfway", readByStrtodEx("101277e-30", 101277e-30), "true", "strtod"},
         {"2 below halfway", readByStrtodEx("100301e-30", 100301e-30), "true", ""},
@@ -148,7 +153,7 @@ TEST(FastPaths, LeaveNumbersNearAHalfwayPointToLibc) {
 }
 
 // Then the digits and the power of ten must be exact, so that one operation rounds once.
-TEST(FastPaths, ReadSmallNumbersInEveryRoundingMode) {
+TEST_F(FastPaths, ReadSmallNumbersInEveryRoundingMode) {
     for (int const mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
         SCOPED_TRACE(mode);
         ScopedRounding const rounding(mode);
@@ -171,7 +176,7 @@ TEST(FastPaths, ReadSmallNumbersInEveryRoundingMode) {
     }
 }
 
-TEST(FastPaths, WriteNumbersOfSixDigits) {
+TEST_F(FastPaths, WriteNumbersOfSixDigits) {
     expectCalls({
         {"a short form", printed(1.5, "%g"), "1.5", ""},
         {"a short form at a halfway point", printed(100000.5, "%g"), "100000", "to_chars"},
@@ -199,7 +204,7 @@ TEST(FastPaths, WriteNumbersOfSixDigits) {
 
 // ---- other locales
 
-TEST(FastPaths, NeedAPointInTheCLocale) {
+TEST_F(FastPaths, NeedAPointInTheCLocale) {
     ScopedCLocale const comma("de_DE.UTF-8");
     expectCalls({
         {"a whole number", readByStrtodEx("42", 42), "true", ""},
@@ -214,7 +219,7 @@ TEST(FastPaths, NeedAPointInTheCLocale) {
     });
 }
 
-TEST(FastPaths, ReadAndWriteIntegersUnderTheFacetsOfTheStandardLibrary) {
+TEST_F(FastPaths, ReadAndWriteIntegersUnderTheFacetsOfTheStandardLibrary) {
     expectCalls({
         {"the classic locale", readWholeByVariant("42 km", 42), "true", ""},
         {"nineteen digits", readWholeByVariant("1234567890123456789", 1234567890123456789), "true",
@@ -242,7 +247,7 @@ TEST(FastPaths, ReadAndWriteIntegersUnderTheFacetsOfTheStandardLibrary) {
 // ---- searches
 
 // std::string::find is the fastest for short strings, but may take the product of both lengths.
-TEST(FastPaths, SearchWithoutLibcForStringsOfUpTo63Bytes) {
+TEST_F(FastPaths, SearchWithoutLibcForStringsOfUpTo63Bytes) {
     auto const found = [](std::size_t size) {
         std::vector<std::string> const list = {"a", std::string(100, 'x')};
         std::string const part(size, 'x');
@@ -257,7 +262,7 @@ TEST(FastPaths, SearchWithoutLibcForStringsOfUpTo63Bytes) {
 
 // ---- times
 
-TEST(FastPaths, ReadAndWriteTimesOfFourDigitYears) {
+TEST_F(FastPaths, ReadAndWriteTimesOfFourDigitYears) {
     auto const written = [](long seconds) {
         return [=] { return xtime_t(seconds, 250000000).toString(true, 0, ""); };
     };
